@@ -1,0 +1,44 @@
+# Compiler settings shared by the library, its tests, benchmarks and examples.
+
+find_program(CCACHE_PROGRAM ccache)
+if(PROJECT_IS_TOP_LEVEL AND CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+# shared_compile_settings(<target>): language level, visibility, warnings and exact floating point.
+function(shared_compile_settings target)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES
+    CXX_EXTENSIONS OFF
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
+    POSITION_INDEPENDENT_CODE ON)
+  if(MSVC)
+    target_compile_options(${target} PRIVATE /W4 /permissive- /utf-8 /fp:precise
+                           $<$<BOOL:${SHARED_WARNINGS_AS_ERRORS}>:/WX>)
+  else()
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+                           -ffp-contract=off
+                           $<$<BOOL:${SHARED_WARNINGS_AS_ERRORS}>:-Werror>)
+  endif()
+  if(WIN32)
+    target_compile_definitions(${target} PRIVATE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
+  endif()
+endfunction()
+
+# Boost is used header-only. A cross build sees the host's copy through a folder that holds nothing else, so
+# that no other host header can slip in.
+function(shared_find_boost)
+  if(TARGET Shared_boost)
+    return()
+  endif()
+  add_library(Shared_boost INTERFACE)
+  if(CMAKE_CROSSCOMPILING AND EXISTS /usr/include/boost)
+    file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/boost-include")
+    file(CREATE_LINK /usr/include/boost "${PROJECT_BINARY_DIR}/boost-include/boost" SYMBOLIC)
+    target_include_directories(Shared_boost SYSTEM INTERFACE "${PROJECT_BINARY_DIR}/boost-include")
+  else()
+    find_package(Boost 1.74 REQUIRED)
+    target_include_directories(Shared_boost SYSTEM INTERFACE ${Boost_INCLUDE_DIRS})
+  endif()
+endfunction()

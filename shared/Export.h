@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+/// @file
+/// Marks what the shared library exports. Everything else stays hidden on both targets.
+///
+/// `SHARED_EXPORTS` is defined while the library itself is compiled, `SHARED_STATIC` by whoever links the
+/// static archive.
+
+#pragma once
+
+#if defined(SHARED_STATIC)
+#define SHARED_API
+#elif defined(_WIN32)
+#if defined(SHARED_EXPORTS)
+#define SHARED_API __declspec(dllexport)
+#else
+#define SHARED_API __declspec(dllimport)
+#endif
+#else
+#define SHARED_API __attribute__((visibility("default")))
+#endif

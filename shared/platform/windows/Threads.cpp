@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "shared/platform/Threads.h"
+
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+
+namespace shr::platform {
+
+std::uint32_t CurrentThreadId() noexcept { return GetCurrentThreadId(); }
+
+}  // namespace shr::platform

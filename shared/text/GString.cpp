@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "shared/text/GString.h"
+
+#include <cstdio>
+#include <ostream>
+
+#include "shared/platform/CodePages.h"
+#include "shared/text/StringUtility.h"
+
+namespace shr {
+namespace {
+
+constexpr std::uint32_t ANSI_CODE_PAGE = 0;
+constexpr std::uint32_t UTF8_CODE_PAGE = 65001;
+
+std::wstring Widen(std::string_view text, std::uint32_t codePage) {
+  std::wstring wide;
+  platform::AppendWide(codePage, text, wide);
+  return wide;
+}
+
+}  // namespace
+
+GString::GString(const char* text) : text_(Widen(text, ANSI_CODE_PAGE)) {}
+
+GString::GString(const std::string& text) : text_(Widen(text, ANSI_CODE_PAGE)) {}
+
+GString& GString::operator=(const std::wstring& text) {
+  text_ = text;
+  return *this;
+}
+
+GString& GString::operator=(std::wstring&& text) noexcept {
+  text_ = std::move(text);
+  return *this;
+}
+
+GString& GString::operator=(const wchar_t* text) {
+  text_ = text;
+  return *this;
+}
+
+GString& GString::operator=(wchar_t ch) {
+  text_ = ch;
+  return *this;
+}
+
+GString& GString::operator=(char ch) {
+  text_ = Widen(std::string_view(&ch, 1), ANSI_CODE_PAGE);
+  return *this;
+}
+
+GString& GString::operator+=(const GString& text) {
+  text_ += text.text_;
+  return *this;
+}
+
+GString& GString::operator+=(const wchar_t* text) {
+  text_ += text;
+  return *this;
+}
+
+GString& GString::operator+=(wchar_t ch) {
+  text_ += ch;
+  return *this;
+}
+
+GString& GString::operator+=(char ch) {
+  text_ += Widen(std::string_view(&ch, 1), ANSI_CODE_PAGE);
+  return *this;
+}
+
+GString& GString::append(const wchar_t* text) {
+  text_.append(text);
+  return *this;
+}
+
+GString& GString::append(const wchar_t* text, size_type count) {
+  text_.append(text, count);
+  return *this;
+}
+
+GString& GString::append(size_type count, wchar_t ch) {
+  text_.append(count, ch);
+  return *this;
+}
+
+GString& GString::assign(const wchar_t* text, size_type count) {
+  text_.assign(text, count);
+  return *this;
+}
+
+void GString::FromNarrow(const char* text, std::uint32_t codePage) {
+  text_ = Widen(text, codePage);
+}
+
+void GString::FromNarrow(std::string_view text, std::uint32_t codePage) {
+  text_ = Widen(text, codePage);
+}
+
+std::string GString::ToNarrow(std::uint32_t codePage) const {
+  std::string narrow;
+  platform::AppendNarrow(codePage, text_, narrow);
+  return narrow;
+}
+
+void GString::FromWide(const wchar_t* text, std::uint32_t /*codePage*/) { text_ = text; }
+
+const std::wstring& GString::ToWide(std::uint32_t /*codePage*/) const { return text_; }
+
+std::string GString::WtoAForDiagnostics() const {
+  std::string narrow;
+  narrow.reserve(text_.size());
+  for (const wchar_t ch : text_) {
+    const auto unit = static_cast<std::uint32_t>(ch);
+    if (unit < 128) {
+      narrow += static_cast<char>(unit);
+    } else {
+      char escape[16];
+      std::snprintf(escape, sizeof escape, "\\U+%04X", static_cast<unsigned int>(unit));
+      narrow += escape;
+    }
+  }
+  return narrow;
+}
+
+GString& GString::erase(size_type pos, size_type count) {
+  text_.erase(pos, count);
+  return *this;
+}
+
+GString::size_type GString::find(const GString& text, size_type pos) const noexcept {
+  return text_.find(text.text_, pos);
+}
+
+GString::size_type GString::find_last_of(wchar_t ch, size_type pos) const noexcept {
+  return text_.find_last_of(ch, pos);
+}
+
+GString GString::substr(size_type pos, size_type count) const {
+  return GString(text_.substr(pos, count));
+}
+
+GString& GString::MakeLower() {
+  shr::MakeLower(text_);
+  return *this;
+}
+
+GString& GString::MakeUpper() {
+  shr::MakeUpper(text_);
+  return *this;
+}
+
+GString GString::ToLower() const { return GString(shr::ToLower(text_)); }
+
+GString GString::ToUpper() const { return GString(shr::ToUpper(text_)); }
+
+GString& GString::TrimLeft() {
+  shr::TrimLeft(text_);
+  return *this;
+}
+
+GString& GString::TrimRight() {
+  shr::TrimRight(text_);
+  return *this;
+}
+
+GString& GString::Trim() {
+  shr::Trim(text_);
+  return *this;
+}
+
+bool GString::FormatString(const wchar_t* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const bool done = shr::FormatStringVA(text_, format, arguments);
+  va_end(arguments);
+  return done;
+}
+
+bool GString::FormatString(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const bool done = FormatStringVA(format, arguments);
+  va_end(arguments);
+  return done;
+}
+
+bool GString::FormatStringVA(const wchar_t* format, va_list arguments) {
+  return shr::FormatStringVA(text_, format, arguments);
+}
+
+bool GString::FormatStringVA(const char* format, va_list arguments) {
+  return shr::FormatStringVA(text_, Widen(format, ANSI_CODE_PAGE).c_str(), arguments);
+}
+
+bool GString::AppendFormatString(const wchar_t* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const bool done = shr::AppendFormatStringVA(text_, format, arguments);
+  va_end(arguments);
+  return done;
+}
+
+bool GString::AppendFormatString(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const bool done =
+      shr::AppendFormatStringVA(text_, Widen(format, ANSI_CODE_PAGE).c_str(), arguments);
+  va_end(arguments);
+  return done;
+}
+
+bool GString::WildCmp(const GString& pattern, bool caseSensitive) const {
+  return shr::WildCmp(pattern.c_str(), c_str(), caseSensitive);
+}
+
+GString GString::ParseToken(size_type& pos, wchar_t delimiter) const {
+  return GString(shr::ParseToken(text_, pos, delimiter));
+}
+
+bool GString::ToBool(bool& value) const { return StringToBool(text_, value); }
+
+bool GString::ToInt(int& value) const { return StringToInt(text_, value); }
+
+bool GString::ToInt64(std::int64_t& value) const { return StringToInt64(text_, value); }
+
+bool GString::ToUnsignedInt(unsigned int& value) const { return StringToUnsigned(text_, value); }
+
+bool GString::ToDouble(double& value) const { return StringToDouble(text_, value); }
+
+std::wostream& operator<<(std::wostream& out, const GString& text) { return out << text.String(); }
+
+std::ostream& operator<<(std::ostream& out, const GString& text) {
+  const std::string utf8 = text.ToNarrow(UTF8_CODE_PAGE);
+  return out.write(utf8.data(), static_cast<std::streamsize>(utf8.size()));
+}
+
+}  // namespace shr
