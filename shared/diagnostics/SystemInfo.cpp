@@ -11,7 +11,9 @@
 namespace shr {
 namespace {
 
-void ThrowCopy(const InternalErrorException& error) { throw InternalErrorException(error); }
+void ThrowCopy(const InternalErrorException& error) {
+  throw InternalErrorException(error);
+}
 
 struct Settings {
   CSystemInfo::InternalErrorHandlerType handler = ThrowCopy;
@@ -33,7 +35,9 @@ void CSystemInfo::InternalErrorHandler(InternalErrorHandlerType handler) {
   GetSettings().handler = handler ? std::move(handler) : InternalErrorHandlerType(ThrowCopy);
 }
 
-const std::vector<GString>& CSystemInfo::GetSearchFolders() { return GetSettings().searchFolders; }
+const std::vector<GString>& CSystemInfo::GetSearchFolders() {
+  return GetSettings().searchFolders;
+}
 
 void CSystemInfo::SetSearchFolders(const std::vector<GString>& folders) {
   std::vector<GString> terminated;
@@ -48,6 +52,8 @@ void CSystemInfo::SetSearchFolders(const std::vector<GString>& folders) {
   GetSettings().searchFolders = std::move(terminated);
 }
 
-void CSystemInfo::ResetToDefaults() { GetSettings() = Settings(); }
+void CSystemInfo::ResetToDefaults() {
+  GetSettings() = Settings();
+}
 
 }  // namespace shr

@@ -21,9 +21,9 @@ class InternalErrorException;
 
 /// Access to the process-wide settings. All members are static.
 class SHARED_API CSystemInfo {
- public:
-  /// Called with every internal error before it is thrown. It may throw an exception of its own, end the
-  /// process, or return, in which case the library throws the `InternalErrorException`.
+public:
+  /// Called with every internal error before it is thrown. It may throw an exception of its own,
+  /// end the process, or return, in which case the library throws the `InternalErrorException`.
   using InternalErrorHandlerType = std::function<void(const InternalErrorException&)>;
 
   CSystemInfo() = delete;
@@ -37,8 +37,8 @@ class SHARED_API CSystemInfo {
   /// Returns the folders in which `LocateFile` looks first, in order, each ending with a separator.
   static const std::vector<GString>& GetSearchFolders();
 
-  /// Replaces the search folders. A folder without a trailing separator is given one; empty folders are
-  /// left out.
+  /// Replaces the search folders. A folder without a trailing separator is given one; empty folders
+  /// are left out.
   static void SetSearchFolders(const std::vector<GString>& folders);
 
   /// Restores the default handler and empties the list of search folders.

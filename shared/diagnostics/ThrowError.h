@@ -4,9 +4,9 @@
 /// @file
 /// The only ways in which the library raises its own errors.
 ///
-/// This header needs no `GString`, so the string classes themselves may include it. The types that are
-/// thrown are declared in shared/diagnostics/Exception.h.
-/// Threads: all functions may be called on any thread.
+/// This header needs no `GString`, so the string classes themselves may include it. The types that
+/// are thrown are declared in shared/diagnostics/Exception.h. Threads: all functions may be called
+/// on any thread.
 
 #pragma once
 
@@ -27,8 +27,9 @@ inline constexpr const wchar_t* INVALID_PARAMETER_TEXT =
 inline constexpr const wchar_t* OUT_OF_MEMORY_TEXT = L"Out of global memory";
 
 /// Throws an `Exception` of module "Shared".
-/// `format` and the arguments follow the rules of `FormatString` (shared/text/StringUtility.h): "%s" takes
-/// wide text. A description that does not fit the formatter's buffer is replaced by the bare format.
+/// `format` and the arguments follow the rules of `FormatString` (shared/text/StringUtility.h):
+/// "%s" takes wide text. A description that does not fit the formatter's buffer is replaced by the
+/// bare format.
 [[noreturn]] SHARED_API void ThrowErrorImpl(const wchar_t* sourceFile, int line,
                                             const wchar_t* format, ...);
 

@@ -106,9 +106,13 @@ std::string GString::ToNarrow(std::uint32_t codePage) const {
   return narrow;
 }
 
-void GString::FromWide(const wchar_t* text, std::uint32_t /*codePage*/) { text_ = text; }
+void GString::FromWide(const wchar_t* text, std::uint32_t /*codePage*/) {
+  text_ = text;
+}
 
-const std::wstring& GString::ToWide(std::uint32_t /*codePage*/) const { return text_; }
+const std::wstring& GString::ToWide(std::uint32_t /*codePage*/) const {
+  return text_;
+}
 
 std::string GString::WtoAForDiagnostics() const {
   std::string narrow;
@@ -153,9 +157,13 @@ GString& GString::MakeUpper() {
   return *this;
 }
 
-GString GString::ToLower() const { return GString(shr::ToLower(text_)); }
+GString GString::ToLower() const {
+  return GString(shr::ToLower(text_));
+}
 
-GString GString::ToUpper() const { return GString(shr::ToUpper(text_)); }
+GString GString::ToUpper() const {
+  return GString(shr::ToUpper(text_));
+}
 
 GString& GString::TrimLeft() {
   shr::TrimLeft(text_);
@@ -221,17 +229,29 @@ GString GString::ParseToken(size_type& pos, wchar_t delimiter) const {
   return GString(shr::ParseToken(text_, pos, delimiter));
 }
 
-bool GString::ToBool(bool& value) const { return StringToBool(text_, value); }
+bool GString::ToBool(bool& value) const {
+  return StringToBool(text_, value);
+}
 
-bool GString::ToInt(int& value) const { return StringToInt(text_, value); }
+bool GString::ToInt(int& value) const {
+  return StringToInt(text_, value);
+}
 
-bool GString::ToInt64(std::int64_t& value) const { return StringToInt64(text_, value); }
+bool GString::ToInt64(std::int64_t& value) const {
+  return StringToInt64(text_, value);
+}
 
-bool GString::ToUnsignedInt(unsigned int& value) const { return StringToUnsigned(text_, value); }
+bool GString::ToUnsignedInt(unsigned int& value) const {
+  return StringToUnsigned(text_, value);
+}
 
-bool GString::ToDouble(double& value) const { return StringToDouble(text_, value); }
+bool GString::ToDouble(double& value) const {
+  return StringToDouble(text_, value);
+}
 
-std::wostream& operator<<(std::wostream& out, const GString& text) { return out << text.String(); }
+std::wostream& operator<<(std::wostream& out, const GString& text) {
+  return out << text.String();
+}
 
 std::ostream& operator<<(std::ostream& out, const GString& text) {
   const std::string utf8 = text.ToNarrow(UTF8_CODE_PAGE);

@@ -4,10 +4,11 @@
 /// @file
 /// `GString`, the library's one string type: a value class around one `std::wstring`.
 ///
-/// A unit is a UTF-16 code unit on Windows and a code point on Linux; nothing checks that surrogates pair.
-/// Narrow text without a code page is read in the active ANSI code page (number 0), never as UTF-8; give
-/// 65001 to `FromNarrow` and `ToNarrow` for UTF-8. Whole-text functions on standard strings are in
-/// shared/text/StringUtility.h, conversion objects in shared/text/CodePageConversion.h.
+/// A unit is a UTF-16 code unit on Windows and a code point on Linux; nothing checks that
+/// surrogates pair. Narrow text without a code page is read in the active ANSI code page (number
+/// 0), never as UTF-8; give 65001 to `FromNarrow` and `ToNarrow` for UTF-8. Whole-text functions on
+/// standard strings are in shared/text/StringUtility.h, conversion objects in
+/// shared/text/CodePageConversion.h.
 ///
 ///     GString name(L"  Layer  ");
 ///     name.Trim();
@@ -38,10 +39,10 @@ namespace shr {
 
 /// Wide text with value semantics: copies are deep, moves take the buffer over.
 ///
-/// Requires: narrow and wide C strings handed in are not null. A text longer than the standard string can
-/// hold raises `std::length_error`.
+/// Requires: narrow and wide C strings handed in are not null. A text longer than the standard
+/// string can hold raises `std::length_error`.
 class SHARED_API GString {
- public:
+public:
   using value_type = wchar_t;
   using size_type = std::wstring::size_type;
   using difference_type = std::wstring::difference_type;
@@ -93,13 +94,13 @@ class SHARED_API GString {
 
   // Conversions.
 
-  /// Replaces the text with the conversion of `text` from `codePage`; a page that cannot be used gives the
-  /// empty text.
+  /// Replaces the text with the conversion of `text` from `codePage`; a page that cannot be used
+  /// gives the empty text.
   void FromNarrow(const char* text, std::uint32_t codePage);
   void FromNarrow(std::string_view text, std::uint32_t codePage);
 
-  /// Returns the text in `codePage`. Characters that the page lacks become its default character; a page
-  /// that cannot be used gives the empty string. Units behind a zero unit are converted too.
+  /// Returns the text in `codePage`. Characters that the page lacks become its default character; a
+  /// page that cannot be used gives the empty string. Units behind a zero unit are converted too.
   std::string ToNarrow(std::uint32_t codePage) const;
 
   /// Replaces the text; the code page is accepted for symmetry and ignored.
@@ -113,8 +114,8 @@ class SHARED_API GString {
   operator const std::wstring&() const noexcept { return text_; }
   operator std::wstring_view() const noexcept { return text_; }
 
-  /// Returns an ASCII rendering for logs and crash reports: a unit below 128 as one byte, any other as "\U+"
-  /// and its value in upper-case hexadecimal of at least four digits.
+  /// Returns an ASCII rendering for logs and crash reports: a unit below 128 as one byte, any other
+  /// as "\U+" and its value in upper-case hexadecimal of at least four digits.
   std::string WtoAForDiagnostics() const;
 
   /// Returns the terminated text. Valid until the next change.
@@ -163,9 +164,9 @@ class SHARED_API GString {
   GString& TrimRight();
   GString& Trim();
 
-  /// Replace the text with the formatted result, or leave it unchanged and return false when the result has
-  /// 8,192 units or more, or the format is malformed. "%s" takes wide text, also in the narrow overloads,
-  /// whose format alone is converted from the active ANSI code page.
+  /// Replace the text with the formatted result, or leave it unchanged and return false when the
+  /// result has 8,192 units or more, or the format is malformed. "%s" takes wide text, also in the
+  /// narrow overloads, whose format alone is converted from the active ANSI code page.
   bool FormatString(const wchar_t* format, ...);
   bool FormatString(const char* format, ...);
   bool FormatStringVA(const wchar_t* format, va_list arguments);
@@ -180,8 +181,8 @@ class SHARED_API GString {
   /// Returns the next token from `pos` and moves `pos` past it and its delimiter.
   GString ParseToken(size_type& pos, wchar_t delimiter) const;
 
-  /// Parse the whole text. They return false, and set the value to 0 or false, when the text is not exactly
-  /// one value of the kind.
+  /// Parse the whole text. They return false, and set the value to 0 or false, when the text is not
+  /// exactly one value of the kind.
   bool ToBool(bool& value) const;
   bool ToInt(int& value) const;
   bool ToInt64(std::int64_t& value) const;
@@ -212,7 +213,7 @@ class SHARED_API GString {
 
   friend void swap(GString& a, GString& b) noexcept { a.swap(b); }
 
- private:
+private:
   std::wstring text_;
 };
 

@@ -30,8 +30,12 @@ int CompareFolded(std::basic_string_view<Char> a, std::basic_string_view<Char> b
 
 }  // namespace
 
-int CompareNoCase(std::wstring_view a, std::wstring_view b) noexcept { return CompareFolded(a, b); }
+int CompareNoCase(std::wstring_view a, std::wstring_view b) noexcept {
+  return CompareFolded(a, b);
+}
 
-int CompareNoCase(std::string_view a, std::string_view b) noexcept { return CompareFolded(a, b); }
+int CompareNoCase(std::string_view a, std::string_view b) noexcept {
+  return CompareFolded(a, b);
+}
 
 }  // namespace shr

@@ -4,9 +4,9 @@
 /// @file
 /// Case-insensitive comparison of text, the key order of the library's registries.
 ///
-/// Only the ASCII letters fold; all other code units compare by value. The process locale plays no part, so
-/// the order is the same on every machine.
-/// Threads: all functions may be called on any thread.
+/// Only the ASCII letters fold; all other code units compare by value. The process locale plays no
+/// part, so the order is the same on every machine. Threads: all functions may be called on any
+/// thread.
 
 #pragma once
 
@@ -16,8 +16,9 @@
 
 namespace shr {
 
-/// Returns a negative value, zero or a positive value as `a` is ordered before, equal to or after `b` when
-/// the ASCII letters of both are taken as lower case. Embedded zero units take part like any other.
+/// Returns a negative value, zero or a positive value as `a` is ordered before, equal to or after
+/// `b` when the ASCII letters of both are taken as lower case. Embedded zero units take part like
+/// any other.
 SHARED_API int CompareNoCase(std::wstring_view a, std::wstring_view b) noexcept;
 SHARED_API int CompareNoCase(std::string_view a, std::string_view b) noexcept;
 
