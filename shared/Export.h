@@ -4,8 +4,8 @@
 /// @file
 /// Marks what the shared library exports. Everything else stays hidden on both targets.
 ///
-/// `SHARED_EXPORTS` is defined while the library itself is compiled, `SHARED_STATIC` by whoever links the
-/// static archive.
+/// `SHARED_EXPORTS` is defined while the library itself is compiled, `SHARED_STATIC` by whoever
+/// links the static archive.
 
 #pragma once
 

@@ -2,12 +2,13 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// Conversion between wide text and narrow text in a numbered code page, one implementation a target.
+/// Conversion between wide text and narrow text in a numbered code page, one implementation a
+/// target.
 ///
-/// Page 0 is the active ANSI page, 1 the OEM page, 65001 UTF-8. All functions take counted text: zero bytes
-/// and zero units are characters like any other. Bad input never fails: a bad sequence becomes the page's
-/// replacement, an unpaired surrogate the default character.
-/// Threads: all functions may be called on any thread.
+/// Page 0 is the active ANSI page, 1 the OEM page, 65001 UTF-8. All functions take counted text:
+/// zero bytes and zero units are characters like any other. Bad input never fails: a bad sequence
+/// becomes the page's replacement, an unpaired surrogate the default character. Threads: all
+/// functions may be called on any thread.
 
 #pragma once
 
@@ -22,12 +23,13 @@ namespace shr::platform {
 /// Returns true when text in `codePage` can be converted on this target.
 SHARED_API bool IsCodePageServed(std::uint32_t codePage);
 
-/// Appends the conversion of `bytes` to `wide`. Returns false, leaving `wide` unchanged, when the page is not
-/// served.
+/// Appends the conversion of `bytes` to `wide`. Returns false, leaving `wide` unchanged, when the
+/// page is not served.
 SHARED_API bool AppendWide(std::uint32_t codePage, std::string_view bytes, std::wstring& wide);
 
-/// Appends the conversion of `text` to `narrow`. Characters that the page lacks become its best-fit letter
-/// or its default character. Returns false, leaving `narrow` unchanged, when the page is not served.
+/// Appends the conversion of `text` to `narrow`. Characters that the page lacks become its best-fit
+/// letter or its default character. Returns false, leaving `narrow` unchanged, when the page is not
+/// served.
 SHARED_API bool AppendNarrow(std::uint32_t codePage, std::wstring_view text, std::string& narrow);
 
 }  // namespace shr::platform

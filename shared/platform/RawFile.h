@@ -2,8 +2,8 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// Unbuffered files by descriptor and runtime streams by path, with share modes that bind every opener that
-/// uses this library.
+/// Unbuffered files by descriptor and runtime streams by path, with share modes that bind every
+/// opener that uses this library.
 ///
 /// Failures are told by the result; `LastErrorText` then gives the system's words for them.
 /// Threads: one thread a descriptor; the error text belongs to the calling thread's last failure.
@@ -38,7 +38,8 @@ enum class FileOrigin { Begin = 0, Current = 1, End = 2 };
 /// Returned instead of a descriptor when an open fails.
 inline constexpr int NO_DESCRIPTOR = -1;
 
-/// Opens a file and returns its descriptor, or `NO_DESCRIPTOR`. A folder is not a file: opening one fails.
+/// Opens a file and returns its descriptor, or `NO_DESCRIPTOR`. A folder is not a file: opening one
+/// fails.
 SHARED_API int OpenFile(const GString& path, const FileOpenOptions& options);
 SHARED_API bool CloseFile(int descriptor);
 
@@ -58,8 +59,8 @@ SHARED_API bool FlushFile(int descriptor);
 /// Opens a runtime stream with the runtime's own mode text ("rb", "wt", ...), or returns null.
 SHARED_API std::FILE* OpenStream(const GString& path, const GString& mode, FileSharing sharing);
 
-/// Returns the system's text for the calling thread's last failed operation of this header, without a line
-/// end; never empty.
+/// Returns the system's text for the calling thread's last failed operation of this header, without
+/// a line end; never empty.
 SHARED_API GString LastErrorText();
 
 /// Returns the system's text for an operating-system error code of this target, without a line end.
