@@ -24,3 +24,46 @@ function(shared_test folder)
     SHARED_EXAMPLE_DATA_DIR="${PROJECT_SOURCE_DIR}/examples/data")
   gtest_discover_tests(${program} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
 endfunction()
+
+# shared_fuzz(<Name>): a fuzz target from fuzz/<Name>.cpp with seeds in fuzz/corpus/<Name>/.
+# With SHARED_BUILD_FUZZ it becomes a libFuzzer program. Otherwise it becomes a program that runs the seeds and
+# the empty input once, as a test of every build.
+function(shared_fuzz name)
+  set(seeds "${PROJECT_SOURCE_DIR}/fuzz/corpus/${name}")
+  if(NOT IS_DIRECTORY "${seeds}")
+    message(FATAL_ERROR "${name} has no seeds: add at least one file to fuzz/corpus/${name}/")
+  endif()
+  add_executable(${name} "${PROJECT_SOURCE_DIR}/fuzz/${name}.cpp")
+  shared_compile_settings(${name})
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${name} PRIVATE Shared::Shared)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+  if(SHARED_BUILD_FUZZ)
+    target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  else()
+    target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/fuzz/ReplayMain.cpp")
+    add_test(NAME Replay.${name} COMMAND ${name} "${seeds}")
+    set_tests_properties(Replay.${name} PROPERTIES TIMEOUT 120)
+  endif()
+endfunction()
+
+# shared_bench(<folder> <source> ... [PEERS <library> ...]): the program <folder>_bench from files of
+# bench/<folder>. PEERS are linked to it; the library itself never sees them. Without sources nothing is made.
+function(shared_bench folder)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "PEERS")
+  set(sources ${arg_UNPARSED_ARGUMENTS})
+  if(NOT sources)
+    return()
+  endif()
+  list(TRANSFORM sources PREPEND "${PROJECT_SOURCE_DIR}/bench/${folder}/")
+  set(program "${folder}_bench")
+  add_executable(${program} ${sources})
+  shared_compile_settings(${program})
+  target_include_directories(${program} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${program} PRIVATE Shared::Shared benchmark::benchmark
+                        benchmark::benchmark_main ${arg_PEERS})
+  target_compile_definitions(${program} PRIVATE
+    SHARED_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data"
+    SHARED_EXAMPLE_DATA_DIR="${PROJECT_SOURCE_DIR}/examples/data")
+  set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+endfunction()
