@@ -33,7 +33,7 @@ public:
   Exception(const GString& module, const GString& sourceFile, int line, const GString& description);
 
   /// Returns the operating system's id of the thread that constructed the exception.
-  std::uint32_t GetThreadId() const { return threadId_; }
+  const std::uint32_t& GetThreadId() const { return threadId_; }
   const std::int32_t& GetSrcLine() const { return sourceLine_; }
   const GString& GetModule() const { return module_; }
   const GString& GetSrcFile() const { return sourceFile_; }
