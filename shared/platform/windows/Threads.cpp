@@ -3,7 +3,6 @@
 
 #include "shared/platform/Threads.h"
 
-#define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
 namespace shr::platform {
