@@ -292,13 +292,13 @@ void CHtmlReport::WriteToFile(const GString& path) const {
   const std::string document = GetReport() + '\n';
   platform::FileOpenOptions options;
   options.write = options.create = options.truncate = true;
-  const int file = platform::OpenFile(path, options);
+  const int file = platform::OpenDescriptor(path, options);
   if (file == platform::NO_DESCRIPTOR) {
     ThrowErrorImpl(L"HtmlReport", __LINE__, L"Unable to open '%s'.\n%s", path.c_str(),
                    platform::LastErrorText().c_str());
   }
-  const bool written = platform::WriteFile(file, document.data(), document.size());
-  if (!platform::CloseFile(file) || !written) {
+  const bool written = platform::WriteDescriptor(file, document.data(), document.size());
+  if (!platform::CloseDescriptor(file) || !written) {
     ThrowErrorImpl(L"HtmlReport", __LINE__, L"Unable to write to '%s'.\n%s", path.c_str(),
                    platform::LastErrorText().c_str());
   }

@@ -5,8 +5,16 @@
 /// Unbuffered files by descriptor and runtime streams by path, with share modes that bind every
 /// opener that uses this library.
 ///
-/// Failures are told by the result; `LastErrorText` then gives the system's words for them.
-/// Threads: one thread a descriptor; the error text belongs to the calling thread's last failure.
+/// Two openers get along when each allows what the other does: the second open fails while the
+/// first one denies reading or writing that the second asks for, or the other way round. This holds
+/// between descriptors and streams, within a process and between processes. On Windows the system
+/// enforces it against every program. On Linux it binds the openers of this library only (and
+/// whoever holds record locks over the whole file); there, deleting and renaming an open file is
+/// never refused, and file systems without record locks, devices and pipes do not take part.
+///
+/// Failures are told by the result; `LastErrorText` then gives the system's words for them. Paths
+/// that are empty or hold a zero unit are refused. Threads: one thread a descriptor; the error text
+/// belongs to the calling thread's last failure.
 
 #pragma once
 
@@ -39,31 +47,45 @@ enum class FileOrigin { Begin = 0, Current = 1, End = 2 };
 inline constexpr int NO_DESCRIPTOR = -1;
 
 /// Opens a file and returns its descriptor, or `NO_DESCRIPTOR`. A folder is not a file: opening one
-/// fails.
-SHARED_API int OpenFile(const GString& path, const FileOpenOptions& options);
-SHARED_API bool CloseFile(int descriptor);
+/// fails. A file whose share mode refuses the open keeps its content, also when `truncate` is set.
+SHARED_API int OpenDescriptor(const GString& path, const FileOpenOptions& options);
+SHARED_API bool CloseDescriptor(int descriptor);
 
-/// Returns the number of bytes read, 0 at the end, -1 on failure. Interrupted calls are continued.
-SHARED_API std::ptrdiff_t ReadFile(int descriptor, void* buffer, std::size_t count);
+/// Returns the number of bytes read, 0 at the end, -1 on failure. Interrupted calls are continued;
+/// a pipe or terminal may give fewer bytes than asked before its end.
+SHARED_API std::ptrdiff_t ReadDescriptor(int descriptor, void* buffer, std::size_t count);
 /// Returns true when all bytes were written.
-SHARED_API bool WriteFile(int descriptor, const void* buffer, std::size_t count);
+SHARED_API bool WriteDescriptor(int descriptor, const void* buffer, std::size_t count);
 /// Returns the new position, or -1.
-SHARED_API std::int64_t SeekFile(int descriptor, std::int64_t offset, FileOrigin origin);
+SHARED_API std::int64_t SeekDescriptor(int descriptor, std::int64_t offset, FileOrigin origin);
 /// Returns the length in bytes, or -1.
-SHARED_API std::int64_t GetFileLength(int descriptor);
+SHARED_API std::int64_t GetDescriptorLength(int descriptor);
 /// Cuts or extends the file with zeros; the position stays.
-SHARED_API bool SetFileLength(int descriptor, std::int64_t length);
-/// Hands what was written to the disk.
-SHARED_API bool FlushFile(int descriptor);
+SHARED_API bool SetDescriptorLength(int descriptor, std::int64_t length);
+/// Hands what was written to the disk. True for descriptors that have no disk or were opened for
+/// reading.
+SHARED_API bool FlushDescriptor(int descriptor);
 
-/// Opens a runtime stream with the runtime's own mode text ("rb", "wt", ...), or returns null.
+/// Opens a runtime stream with the runtime's own mode text ("rb", "wt", ...), or returns null. Mode
+/// text that the runtime does not know fails with the system's text for an invalid argument. Linux:
+/// "r", "w" or "a", then any of "+", "b", "t", "x", "c", "n", "N", "S", "R", "T", each at most
+/// once. Windows: in addition "D", and an encoding behind ", ccs=".
 SHARED_API std::FILE* OpenStream(const GString& path, const GString& mode, FileSharing sharing);
 
-/// Returns the system's text for the calling thread's last failed operation of this header, without
-/// a line end; never empty.
+/// Seeks a stream with a 64-bit offset; returns true on success.
+SHARED_API bool SeekStream(std::FILE* stream, std::int64_t offset, FileOrigin origin);
+/// Returns the stream's position, or -1.
+SHARED_API std::int64_t TellStream(std::FILE* stream);
+
+/// Returns the system's text for the calling thread's last failed operation of this header, or of a
+/// standard stream function, without a line end; never empty.
 SHARED_API GString LastErrorText();
 
-/// Returns the system's text for an operating-system error code of this target, without a line end.
+/// Forgets the last failure, so that `LastErrorText` speaks of the next one.
+SHARED_API void ClearLastError();
+
+/// Returns the system's text for an operating-system error code of this target, without a line end;
+/// never empty.
 SHARED_API GString FormatSystemErrorMsg(std::uint32_t code);
 
 }  // namespace shr::platform

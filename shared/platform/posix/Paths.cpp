@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "shared/platform/Paths.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <link.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "shared/platform/posix/NativePath.h"
+
+namespace shr::platform {
+namespace {
+
+std::string ReadLink(const char* link) {
+  std::string target(256, '\0');
+  for (;;) {
+    const ssize_t length = readlink(link, target.data(), target.size());
+    if (length < 0) return std::string();
+    if (static_cast<std::size_t>(length) < target.size()) {
+      target.resize(static_cast<std::size_t>(length));
+      return target;
+    }
+    target.resize(target.size() * 2);
+  }
+}
+
+std::string CurrentFolder() {
+  std::string folder(256, '\0');
+  while (getcwd(folder.data(), folder.size()) == nullptr) {
+    if (errno != ERANGE) return std::string();
+    folder.resize(folder.size() * 2);
+  }
+  folder.resize(folder.find('\0'));
+  return folder;
+}
+
+/// Resolves "." and ".." of an absolute path by its text; a trailing slash stays.
+std::string Normalize(std::string_view path) {
+  std::vector<std::string_view> parts;
+  for (std::size_t begin = 0; begin < path.size();) {
+    std::size_t end = path.find('/', begin);
+    if (end == std::string_view::npos) end = path.size();
+    const std::string_view part = path.substr(begin, end - begin);
+    begin = end + 1;
+    if (part.empty() || part == ".") continue;
+    if (part != "..") {
+      parts.push_back(part);
+    } else if (!parts.empty()) {
+      parts.pop_back();
+    }
+  }
+  std::string normal;
+  for (const std::string_view part : parts) normal.append("/").append(part);
+  if (parts.empty() || path.back() == '/') normal += '/';
+  return normal;
+}
+
+/// Returns the absolute form of a path that is not empty, or nothing when the current folder is
+/// unknown.
+std::string MakeAbsolute(const std::string& path) {
+  if (path.front() == '/') return Normalize(path);
+  const std::string folder = CurrentFolder();
+  return folder.empty() ? folder : Normalize(folder + "/" + path);
+}
+
+std::vector<std::string> SearchOrder() {
+  std::vector<std::string> folders;
+  const std::string executable = ReadLink("/proc/self/exe");
+  folders.push_back(executable.substr(0, executable.rfind('/') + 1));
+  folders.push_back(CurrentFolder());
+  const char* const variable = std::getenv("PATH");
+  const std::string_view list = variable == nullptr ? "" : variable;
+  for (std::size_t begin = 0; begin < list.size();) {
+    std::size_t end = list.find(':', begin);
+    if (end == std::string_view::npos) end = list.size();
+    folders.emplace_back(list.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return folders;
+}
+
+GString WithinLimit(const std::string& path, std::size_t units) {
+  GString wide = FromNativePath(path);
+  return wide.size() < units ? wide : GString();
+}
+
+/// Returns the file name of the module that holds `address` or whose dlopen handle it is.
+std::string ModuleName(const void* address) {
+  Dl_info info = {};
+  if (dladdr(address, &info) != 0 && info.dli_fname != nullptr) return info.dli_fname;
+  void* const self = dlopen(nullptr, RTLD_LAZY);
+  const link_map* first = nullptr;
+  if (self == nullptr || dlinfo(self, RTLD_DI_LINKMAP, &first) != 0) return std::string();
+  std::string name;
+  for (const link_map* entry = first; entry != nullptr; entry = entry->l_next) {
+    if (entry != address) continue;
+    name = entry->l_name[0] == '\0' ? ReadLink("/proc/self/exe") : entry->l_name;
+  }
+  dlclose(self);
+  return name;
+}
+
+}  // namespace
+
+const wchar_t PATH_SEPARATOR = L'/';
+
+bool IsPathSeparator(wchar_t ch) {
+  return ch == L'/';
+}
+
+std::size_t RootLength(const GString& path) {
+  std::size_t length = 0;
+  while (length < path.size() && path[length] == L'/') ++length;
+  return length;
+}
+
+bool IsAbsolutePath(const GString& path) {
+  return RootLength(path) > 0;
+}
+
+GString GetFullPath(const GString& path) {
+  if (path.empty()) return WithinLimit(CurrentFolder(), FULL_PATH_UNITS);
+  if (!IsUsablePath(path)) return GString();
+  return WithinLimit(MakeAbsolute(ToNativePath(path)), FULL_PATH_UNITS);
+}
+
+GString FindInSearchOrder(const GString& name) {
+  if (!IsUsablePath(name)) return GString();
+  const std::string native = ToNativePath(name);
+  if (native.front() == '/') {
+    const bool exists = access(native.c_str(), F_OK) == 0;
+    return exists ? WithinLimit(Normalize(native), FOUND_PATH_UNITS) : GString();
+  }
+  for (const std::string& folder : SearchOrder()) {
+    if (folder.empty()) continue;
+    const std::string candidate = folder + "/" + native;
+    if (access(candidate.c_str(), F_OK) != 0) continue;
+    return WithinLimit(MakeAbsolute(candidate), FOUND_PATH_UNITS);
+  }
+  return GString();
+}
+
+GString GetModulePath(const void* module) {
+  if (module == nullptr) return FromNativePath(ReadLink("/proc/self/exe"));
+  const std::string name = ModuleName(module);
+  return name.empty() ? GString() : FromNativePath(MakeAbsolute(name));
+}
+
+bool TestAccess(const GString& path, PathAccess access) {
+  if (!IsUsablePath(path)) {
+    errno = path.empty() ? ENOENT : EINVAL;
+    return false;
+  }
+  // The numbers of the tests are the bits of the system: 4 reads, 2 writes. The rights asked about
+  // are those with which the process would open the file.
+  return faccessat(AT_FDCWD, ToNativePath(path).c_str(), static_cast<int>(access), AT_EACCESS) == 0;
+}
+
+bool ReplaceExistingFile(const GString& from, const GString& to) {
+  if (!IsUsablePath(from) || !IsUsablePath(to)) {
+    errno = from.empty() || to.empty() ? ENOENT : EINVAL;
+    return false;
+  }
+  const std::string target = ToNativePath(to);
+  if (std::rename(ToNativePath(from).c_str(), target.c_str()) != 0) return false;
+  // The new name is on the disk only when its folder is. Where folders cannot be opened or
+  // synchronised the rename still stands.
+  const std::string folder = target.substr(0, target.rfind('/') + 1);
+  const int descriptor =
+      open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor >= 0) {
+    fsync(descriptor);
+    close(descriptor);
+  }
+  return true;
+}
+
+bool RemoveFile(const GString& path) {
+  if (!IsUsablePath(path)) {
+    errno = path.empty() ? ENOENT : EINVAL;
+    return false;
+  }
+  return unlink(ToNativePath(path).c_str()) == 0;
+}
+
+}  // namespace shr::platform
