@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+//
+// A small program of somebody else: it knows the library only by what is installed. It fails when a value that
+// crosses the border of the library, or an exception thrown inside and caught here, is not what it should be.
+
+#include <cstdio>
+#include <string>
+
+#include "shared/diagnostics/Exception.h"
+#include "shared/diagnostics/ThrowError.h"
+#include "shared/text/GString.h"
+
+namespace {
+
+std::string DescriptionOfThrown() {
+  try {
+    shr::ThrowErrorImpl(L"Consumer", __LINE__, L"Layer %d of '%s'", 3, L"map");
+  } catch (const shr::InternalErrorException&) {
+    return "wrong type";
+  } catch (const shr::Exception& error) {
+    return error.GetDescription().ToNarrow(65001);
+  }
+}
+
+}  // namespace
+
+int main() {
+  shr::GString text;
+  text.FormatString(L"%s has %d points", L"\x00c5land", 12);
+  const std::string utf8 = text.ToNarrow(65001);
+  const std::string caught = DescriptionOfThrown();
+  std::printf("%s\n%s\n", utf8.c_str(), caught.c_str());
+  return utf8 == "\xc3\x85land has 12 points" && caught == "Layer 3 of 'map'" ? 0 : 1;
+}

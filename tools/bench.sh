@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# Copyright (c) 2026 The Shared authors
+#
+# Usage: tools/bench.sh [REGEX]
+# Builds the benchmarks with optimisation, runs those whose name matches and prints ours beside the fastest peer.
+# The table is also written to build/bench/table.tsv, the raw figures to build/bench/json/.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+rows=${1:-.}
+json=build/bench/json
+
+cmake --preset bench
+cmake --build --preset bench
+rm -rf "$json"
+mkdir -p "$json"
+for program in build/bench/bin/*_bench; do
+  "$program" --benchmark_list_tests --benchmark_filter="$rows" 2>/dev/null | grep -q . || continue
+  # Several repetitions, of which the table takes the median. One row at a time: nothing else may run beside it.
+  "$program" --benchmark_filter="$rows" --benchmark_repetitions="${REPETITIONS:-5}" \
+    --benchmark_min_time="${MIN_TIME:-0.1}" --benchmark_report_aggregates_only=false \
+    --benchmark_out="$json/$(basename "$program").json" --benchmark_out_format=json >"$json/$(basename "$program").log"
+done
+if ! compgen -G "$json/*.json" >/dev/null; then
+  echo "No benchmark matches '$rows'." >&2
+  exit 1
+fi
+python3 tools/bench_table.py --cache build/bench/CMakeCache.txt --out build/bench/table.tsv "$json"/*.json

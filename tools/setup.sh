@@ -1,0 +1,73 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# Copyright (c) 2026 The Shared authors
+#
+# Usage: tools/setup.sh GOAL...
+# Sees to it that the Debian packages which a goal needs are installed. GOAL is one of demo, test, bench, fuzz,
+# tsan, coverage, docs, package, format or all. With nothing missing the network is not touched. Where packages
+# may not be installed, their names are printed in one line and the exit status is 1.
+set -euo pipefail
+
+build=(g++ cmake ninja-build libicu-dev libboost1.81-dev)
+examples=(libcli11-dev)
+windows=(g++-mingw-w64-x86-64-posix)
+clang=(clang libclang-rt-14-dev)
+
+packages_of() {
+  case $1 in
+    demo) echo "${build[@]}" "${examples[@]}" ;;
+    test) echo "${build[@]}" "${examples[@]}" "${windows[@]}" wine wine64 googletest clang-format \
+               python3 pkg-config ;;
+    bench) echo "${build[@]}" libbenchmark-dev libfast-float-dev python3 ;;
+    fuzz) echo "${build[@]}" "${clang[@]}" ;;
+    tsan) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest ;;
+    coverage) echo "${build[@]}" "${examples[@]}" googletest gcovr ;;
+    docs) echo doxygen ;;
+    package) echo "${build[@]}" "${windows[@]}" dpkg-dev file ;;
+    format) echo clang-format ;;
+    *) echo "tools/setup.sh: unknown goal '$1'" >&2; return 2 ;;
+  esac
+}
+
+goals=("$@")
+if [ "${goals[*]-}" = all ]; then
+  goals=(demo test bench fuzz tsan coverage docs package format)
+fi
+wanted=()
+for goal in "${goals[@]}"; do
+  names=$(packages_of "$goal")
+  read -ra list <<<"$names"
+  wanted+=("${list[@]}")
+done
+
+if ! command -v dpkg-query >/dev/null; then
+  echo "This is not a Debian system. What is needed here is what these packages hold: ${wanted[*]}" >&2
+  exit 0
+fi
+
+is_installed() { dpkg-query -W -f='${db:Status-Status}\n' "$1" 2>/dev/null | grep -qx installed; }
+
+missing=()
+for package in $(printf '%s\n' "${wanted[@]}" | sort -u); do
+  is_installed "$package" || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  if ! sudo -n true 2>/dev/null; then
+    echo "Missing Debian packages: ${missing[*]}" >&2
+    exit 1
+  fi
+  as_root=(sudo -n)
+fi
+echo "Installing: ${missing[*]}"
+install=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends)
+# The package lists of a fresh machine are empty or old; they are fetched only when the first try fails.
+if ! "${install[@]}" "${missing[@]}" </dev/null; then
+  if ! "${as_root[@]}" apt-get update -q </dev/null ||
+     ! "${install[@]}" "${missing[@]}" </dev/null; then
+    echo "Missing Debian packages: ${missing[*]}" >&2
+    exit 1
+  fi
+fi
