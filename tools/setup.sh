@@ -63,11 +63,13 @@ if [ "$(id -u)" -ne 0 ]; then
 fi
 echo "Installing: ${missing[*]}"
 install=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends)
-# The package lists of a fresh machine are empty or old; they are fetched only when the first try fails.
-if ! "${install[@]}" "${missing[@]}" </dev/null; then
-  if ! "${as_root[@]}" apt-get update -q </dev/null ||
-     ! "${install[@]}" "${missing[@]}" </dev/null; then
-    echo "Missing Debian packages: ${missing[*]}" >&2
-    exit 1
-  fi
+refresh=("${as_root[@]}" apt-get update -q)
+# The package lists of a fresh machine are empty; old ones may name versions that are gone.
+if ! apt-cache show "${missing[@]}" >/dev/null 2>&1; then
+  "${refresh[@]}" </dev/null || true
+fi
+if ! "${install[@]}" "${missing[@]}" </dev/null && {
+     ! "${refresh[@]}" </dev/null || ! "${install[@]}" "${missing[@]}" </dev/null; }; then
+  echo "Missing Debian packages: ${missing[*]}" >&2
+  exit 1
 fi
