@@ -6,11 +6,13 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <link.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -109,6 +111,20 @@ std::string ModuleName(const void* address) {
   return name;
 }
 
+/// Refuses targets that are no files, and hands on the permissions of the one that will be
+/// replaced.
+bool PrepareReplacement(const std::string& source, const std::string& target) {
+  struct stat status = {};
+  if (lstat(target.c_str(), &status) != 0) return errno == ENOENT;
+  if (S_ISLNK(status.st_mode)) return true;
+  if (!S_ISREG(status.st_mode)) {
+    errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    return false;
+  }
+  constexpr mode_t PERMISSION_BITS = 07777;
+  return chmod(source.c_str(), status.st_mode & PERMISSION_BITS) == 0;
+}
+
 }  // namespace
 
 const wchar_t PATH_SEPARATOR = L'/';
@@ -165,13 +181,22 @@ bool TestAccess(const GString& path, PathAccess access) {
   return faccessat(AT_FDCWD, ToNativePath(path).c_str(), static_cast<int>(access), AT_EACCESS) == 0;
 }
 
+GString ResolveLinks(const GString& path) {
+  if (!IsUsablePath(path)) return path;
+  const std::unique_ptr<char, decltype(&std::free)> resolved(
+      realpath(ToNativePath(path).c_str(), nullptr), &std::free);
+  return resolved == nullptr ? path : FromNativePath(resolved.get());
+}
+
 bool ReplaceExistingFile(const GString& from, const GString& to) {
   if (!IsUsablePath(from) || !IsUsablePath(to)) {
     errno = from.empty() || to.empty() ? ENOENT : EINVAL;
     return false;
   }
+  const std::string source = ToNativePath(from);
   const std::string target = ToNativePath(to);
-  if (std::rename(ToNativePath(from).c_str(), target.c_str()) != 0) return false;
+  if (!PrepareReplacement(source, target)) return false;
+  if (std::rename(source.c_str(), target.c_str()) != 0) return false;
   // The new name is on the disk only when its folder is. Where folders cannot be opened or
   // synchronised the rename still stands.
   const std::string folder = target.substr(0, target.rfind('/') + 1);

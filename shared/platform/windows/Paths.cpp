@@ -99,6 +99,10 @@ bool TestAccess(const GString& path, PathAccess access) {
   return _waccess(path.c_str(), static_cast<int>(access)) == 0;
 }
 
+GString ResolveLinks(const GString& path) {
+  return path;
+}
+
 bool ReplaceExistingFile(const GString& from, const GString& to) {
   if (!IsUsablePath(from) || !IsUsablePath(to)) return FailForPath();
   constexpr DWORD FLAGS = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
