@@ -1,7 +1,8 @@
 # Helpers that list what a folder of the library, the tests or the benchmarks holds.
 
 # shared_units(<folder> HEADERS a.h ... SOURCES a.cpp ...): adds the files of shared/<folder> to the library.
-# Headers are installed under the path by which they are included.
+# Headers are installed under the path by which they are included. A header for the library's own use is listed
+# among the sources.
 function(shared_units folder)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;SOURCES")
   list(TRANSFORM arg_HEADERS PREPEND "${PROJECT_SOURCE_DIR}/shared/${folder}/")

@@ -154,7 +154,7 @@ class Checker:
             if path.is_file()
         )
         if not listed:
-            self.fault(relative, 1, "is named in no CMakeLists.txt: it is neither built nor installed")
+            self.fault(relative, 1, "is in no CMakeLists.txt: name it in SOURCES, a public header in HEADERS")
 
     def check_cycles(self):
         """Depth-first search; a file met again while still open closes a cycle."""

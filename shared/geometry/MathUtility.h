@@ -5,7 +5,7 @@
 /// Mathematical constants, units of length and comparison by units in the last place.
 ///
 /// `INFINITY` and `NAN` are macros of the C library, so a plain constant of the same name cannot be
-/// written after <cmath>. This header includes <cmath> itself and turns both into macros that
+/// written after `<cmath>`. This header includes `<cmath>` itself and turns both into macros that
 /// expand to themselves; `INFINITY`, `::INFINITY` and `shr::INFINITY` then all name one constant of
 /// type `double`, whatever is included before or after.
 ///

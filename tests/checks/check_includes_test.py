@@ -35,7 +35,7 @@ CASES = [
     ("heavy header", {"shared/files/B.h": "#pragma once\n#include <boost/geometry.hpp>\n"}, "too heavy"),
     ("no pragma once", {"shared/text/A.h": "#include <string>\n"}, "#pragma once is missing"),
     ("unknown folder", {"shared/attic/E.h": "#pragma once\n"}, "stands on no floor"),
-    ("not in CMakeLists.txt", {"shared/text/F.cpp": ""}, "in no CMakeLists.txt"),
+    ("not in CMakeLists.txt", {"shared/text/F.cpp": ""}, "is in no CMakeLists.txt"),
 ]
 
 

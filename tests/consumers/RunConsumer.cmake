@@ -20,7 +20,12 @@ elseif(KIND STREQUAL "find_package")
   # Named directly: a cross build looks for packages in the folders of its target only.
   file(GLOB_RECURSE config "${PREFIX}/*/SharedConfig.cmake")
   get_filename_component(folder "${config}" DIRECTORY)
-  list(APPEND options "-DShared_DIR=${folder}")
+  # A header that includes what is not installed shows only here.
+  file(GLOB_RECURSE headers RELATIVE "${PREFIX}/include" "${PREFIX}/include/*.h")
+  list(TRANSFORM headers REPLACE "(.+)" "#include \"\\1\"\n")
+  list(JOIN headers "" includes)
+  file(WRITE "${build}/all_headers.cpp" "${includes}")
+  list(APPEND options "-DShared_DIR=${folder}" "-DALL_HEADERS=${build}/all_headers.cpp")
 else()
   file(GLOB_RECURSE module "${PREFIX}/*/shared.pc")
   get_filename_component(folder "${module}" DIRECTORY)

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 //
-// A small program of somebody else: it knows the library only by what is installed. It fails when a value that
-// crosses the border of the library, or an exception thrown inside and caught here, is not what it should be.
+// A small program of somebody else: it knows the library only by what is installed. It fails when a
+// value that crosses the border of the library, or an exception thrown inside and caught here, is
+// not what it should be.
 
 #include <cstdio>
 #include <string>

@@ -7,6 +7,8 @@
 
 namespace shr::platform {
 
-std::uint32_t CurrentThreadId() noexcept { return static_cast<std::uint32_t>(gettid()); }
+std::uint32_t CurrentThreadId() noexcept {
+  return static_cast<std::uint32_t>(gettid());
+}
 
 }  // namespace shr::platform

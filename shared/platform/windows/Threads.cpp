@@ -7,6 +7,8 @@
 
 namespace shr::platform {
 
-std::uint32_t CurrentThreadId() noexcept { return GetCurrentThreadId(); }
+std::uint32_t CurrentThreadId() noexcept {
+  return GetCurrentThreadId();
+}
 
 }  // namespace shr::platform
