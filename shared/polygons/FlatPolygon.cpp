@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "shared/polygons/FlatPolygon.h"
+
+#include "shared/diagnostics/ThrowError.h"
+#include "shared/polygons/FlatContours.h"
+
+namespace shr {
+namespace {
+
+constexpr const wchar_t* UNIT = L"FlatPolygon";
+
+/// Even-odd crossing count along the ray toward +x. An edge counts when its lower end is at or
+/// below the point and its upper end above it, so that a vertex on the ray counts once and
+/// horizontal edges never.
+bool IsInContour(const Vec2d& point, std::span<const Vec2d> contour) {
+  if (contour.empty()) return false;
+  bool inside = false;
+  Vec2d from = contour.back();
+  for (const Vec2d& to : contour) {
+    const bool toIsBelow = to.y <= point.y;
+    const bool fromIsBelow = from.y <= point.y;
+    if (toIsBelow != fromIsBelow) {
+      const double upward = (from.x - to.x) * (point.y - to.y);
+      const double sideward = (from.y - to.y) * (point.x - to.x);
+      inside ^= toIsBelow ? upward > sideward : sideward > upward;
+    }
+    from = to;
+  }
+  return inside;
+}
+
+}  // namespace
+
+double PolygonArea(std::span<const Vec2d> points) {
+  if (points.size() < 3) return 0.0;
+  const double base = points.back().y;
+  double sum = 0.0;
+  Vec2d from = points.back();
+  for (const Vec2d& to : points) {
+    sum += (from.x - to.x) * ((from.y - base) + (to.y - base));
+    from = to;
+  }
+  return sum / 2.0;
+}
+
+double PolygonArea(const Vec2d* points, std::size_t count) {
+  return PolygonArea(CheckedSpan(points, count, UNIT));
+}
+
+double PolygonArea(const Vec2d* points, const unsigned int* counts, std::size_t numContours) {
+  double sum = 0.0;
+  ForEachContour(points, counts, numContours, UNIT,
+                 [&](std::span<const Vec2d> contour) { sum += PolygonArea(contour); });
+  return sum;
+}
+
+double PolygonArea(std::span<const Vec2d> points, std::span<const unsigned int> counts) {
+  CheckCounts(points, counts, UNIT);
+  return PolygonArea(points.data(), counts.data(), counts.size());
+}
+
+bool PointInPolygon(const Vec2d& point, std::span<const Vec2d> points) {
+  return IsInContour(point, points);
+}
+
+bool PointInPolygon(const Vec2d& point, const Vec2d* points, std::size_t count) {
+  return IsInContour(point, CheckedSpan(points, count, UNIT));
+}
+
+bool PointInPolygon(const Vec2d& point, const Vec2d* points, const unsigned int* counts,
+                    std::size_t numContours) {
+  bool inside = false;
+  ForEachContour(points, counts, numContours, UNIT,
+                 [&](std::span<const Vec2d> contour) { inside ^= IsInContour(point, contour); });
+  return inside;
+}
+
+bool PointInPolygon(const Vec2d& point, std::span<const Vec2d> points,
+                    std::span<const unsigned int> counts) {
+  CheckCounts(points, counts, UNIT);
+  return PointInPolygon(point, points.data(), counts.data(), counts.size());
+}
+
+}  // namespace shr

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+/// @file
+/// `GPolygon2d`: a set of polygons, each an outer ring with holes, with exact containment and
+/// clipping.
+///
+/// It is built from the flat form that drawing code uses (one array of points, one array of counts
+/// with one entry a contour) and gives it back. Functions on the bare flat form are in
+/// shared/polygons/FlatPolygon.h.
+///
+///     GPolygon2d country(points, counts);
+///     country.Intersection(Box2d(-10.0, 35.0, 30.0, 60.0));
+///     bool inside = country.PointInside(Vec2d(2.35, 48.86));
+///     country.GetPolyPolygon(outPoints, outCounts, false);
+///
+/// Threads: const calls may run together; a change needs the object alone.
+
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "shared/Export.h"
+#include "shared/geometry/Box2.h"
+#include "shared/geometry/Vec2.h"
+
+namespace shr {
+
+struct GPolygon2dModel;
+
+/// A multi-polygon. Every contour handed in becomes the outer ring of a polygon of its own, nested
+/// or not; holes arise only from operations.
+///
+/// A ring of more than two points is stored closed: the first point is appended unless the last one
+/// equals it
+/// (|a - b| <= |a| * DBL_EPSILON in both coordinates). A ring of four or more stored points is
+/// stored clockwise in a y-up frame, a hole counter-clockwise.
+///
+/// Degenerate: contours without points are kept as empty polygons. A polygon with an infinite or
+/// NaN coordinate is kept as it is, but has no inside: it contains no point and clips to nothing.
+/// Errors: a null pointer with a count above 0 and counts that exceed the points of a span raise an
+/// internal error of unit "GPolygon2d". On any exception the object is as before.
+class SHARED_API GPolygon2d {
+public:
+  /// The empty polygon.
+  GPolygon2d() noexcept;
+  /// One contour.
+  GPolygon2d(const Vec2d* points, std::size_t count);
+  explicit GPolygon2d(std::span<const Vec2d> points);
+  /// `numContours` contours, the points of each following those of the one before.
+  GPolygon2d(const Vec2d* points, const unsigned int* counts, std::size_t numContours);
+  GPolygon2d(std::span<const Vec2d> points, std::span<const unsigned int> counts);
+  /// A rectangle.
+  GPolygon2d(double xMin, double yMin, double xMax, double yMax);
+
+  GPolygon2d(const GPolygon2d& other);
+  GPolygon2d& operator=(const GPolygon2d& other);
+  /// The source is empty afterwards.
+  GPolygon2d(GPolygon2d&& other) noexcept;
+  GPolygon2d& operator=(GPolygon2d&& other) noexcept;
+  ~GPolygon2d();
+
+  void MakeEmpty() noexcept;
+
+  /// Append polygons. Adding a polygon to itself doubles it.
+  void AddContours(const Vec2d* points, const unsigned int* counts, std::size_t numContours);
+  void AddContours(std::span<const Vec2d> points, std::span<const unsigned int> counts);
+  void AddContours(const GPolygon2d& other);
+
+  /// Returns the number of polygons.
+  std::size_t GetNumContours() const noexcept;
+  /// Returns the number of rings, outer and inner: the number of counts that `GetPolyPolygon`
+  /// stores.
+  std::size_t GetNumRings() const noexcept;
+  /// Returns the number of points stored for all rings of one polygon.
+  /// Errors: an internal error when there is no such polygon.
+  std::size_t GetContourVertexCount(std::size_t index) const;
+  /// Returns the number of points stored for all rings.
+  std::size_t GetTotalVertexCount() const noexcept;
+  /// Returns the bounds of all points, the empty box when there are none. Cost: O(1).
+  Box2d GetBBox() const noexcept;
+
+  /// Returns true for a single polygon without holes whose ring runs once around its bounding box
+  /// with a stored point at each corner only. `bounds`, if not null, then receives the box.
+  bool IsRectangle(Box2d* bounds = nullptr) const;
+
+  /// Returns true when `point` lies strictly inside a polygon: not on an edge of its outer ring or
+  /// its holes. Points inside a ring are those with a winding number other than 0; a ring of fewer
+  /// than four stored points contains nothing. The first polygon that does not leave the point
+  /// outside decides. The test is exact: no tolerance, no rounding. Cost: O(polygons + points of
+  /// those whose bounds hold the point).
+  bool PointInside(const Vec2d& point) const;
+
+  /// Store the flat form: rings polygon by polygon, the outer ring before its holes. With `closed`
+  /// false the closing point of every ring of more than two points is left out. Return the number
+  /// of points. The array form with a null `points` returns the number only; a null `counts` is
+  /// skipped.
+  std::size_t GetPolyPolygon(Vec2d* points, unsigned int* counts, bool closed) const;
+  std::size_t GetPolyPolygon(std::vector<Vec2d>& points, std::vector<unsigned int>& counts,
+                             bool closed) const;
+
+  /// Store all rings as one closed contour: after each further ring the contour returns to the very
+  /// first point, so that its signed area is the sum of the rings' areas. Return the number of
+  /// points; the array form with null returns the number only.
+  std::size_t GetPolygon(Vec2d* points) const;
+  std::size_t GetPolygon(std::vector<Vec2d>& points) const;
+
+  /// Clips to the box. Each polygon is clipped on its own, so that nested ones stay apart; the
+  /// parts of one polygon keep the place of that polygon in the order. A box without area leaves
+  /// nothing. Cost: O(n log n) for polygons that reach across the border, O(n) for the others.
+  void Intersection(const Box2d& box);
+  /// Stores the clipped polygon in `result`, which may be this object.
+  void Intersection(const Box2d& box, GPolygon2d& result) const;
+
+  /// Removes spikes: edges that go out and come back along the same line.
+  void RemoveZeroWidthReturnPaths();
+
+private:
+  explicit GPolygon2d(GPolygon2dModel&& model);
+  const GPolygon2dModel& Model() const noexcept;
+
+  std::unique_ptr<GPolygon2dModel> model_;  // null when empty
+};
+
+}  // namespace shr

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "shared/polygons/GPolygon2dModel.h"
+
+#include <algorithm>
+#include <cfloat>
+#include <cmath>
+
+namespace shr {
+namespace {
+
+bool IsNear(double a, double b) {
+  return std::abs(a - b) <= std::abs(a) * DBL_EPSILON;
+}
+
+bool IsClosed(std::span<const Vec2d> ring) {
+  const Vec2d& first = ring.front();
+  const Vec2d& last = ring.back();
+  return IsNear(first.x, last.x) && IsNear(first.y, last.y);
+}
+
+/// Returns twice the signed area, positive for clockwise order. Coordinates are taken relative to
+/// the first point, which keeps the sign right for small rings far from the origin.
+double ClockwiseArea(std::span<const Vec2d> ring) {
+  const Vec2d origin = ring.front();
+  double sum = 0.0;
+  Vec2d from = ring.front() - origin;
+  for (const Vec2d& point : ring.subspan(1)) {
+    const Vec2d to = point - origin;
+    sum += from.y * to.x - to.y * from.x;
+    from = to;
+  }
+  return sum;
+}
+
+bool AreFinite(std::span<const Vec2d> points) {
+  return std::all_of(points.begin(), points.end(),
+                     [](const Vec2d& p) { return std::isfinite(p.x) && std::isfinite(p.y); });
+}
+
+/// Makes room for `count` more elements; repeated calls cost amortized constant time an element.
+template <class T>
+void ReserveMore(std::vector<T>& vector, std::size_t count) {
+  const std::size_t needed = vector.size() + count;
+  if (needed > vector.capacity()) vector.reserve(std::max(needed, 2 * vector.capacity()));
+}
+
+}  // namespace
+
+void GPolygon2dModel::AddRing(std::span<const Vec2d> contour, Turn turn) {
+  const std::size_t first = points.size();
+  points.insert(points.end(), contour.begin(), contour.end());
+  if (contour.size() > 2 && !IsClosed(contour)) points.push_back(contour.front());
+  const std::span<Vec2d> ring = std::span(points).subspan(first);
+  if (ring.size() >= 4) {
+    const double area = ClockwiseArea(ring);
+    if (turn == Turn::Clockwise ? area < 0.0 : area > 0.0) std::reverse(ring.begin(), ring.end());
+  }
+  ringEnds.push_back(points.size());
+}
+
+void GPolygon2dModel::AddOuterRing(std::span<const Vec2d> contour) {
+  AddRing(contour, Turn::Clockwise);
+  Box2d bounds;
+  bounds.BoundPoints(contour);
+  polygons.push_back({ringEnds.size(), bounds, AreFinite(contour)});
+  box.ExtendBy(bounds);
+}
+
+void GPolygon2dModel::AddInnerRing(std::span<const Vec2d> contour) {
+  AddRing(contour, Turn::CounterClockwise);
+  Polygon& polygon = polygons.back();
+  polygon.endRing = ringEnds.size();
+  polygon.isFinite = polygon.isFinite && AreFinite(contour);
+  for (const Vec2d& point : contour) polygon.box.ExtendBy(point);
+  box.ExtendBy(polygon.box);
+}
+
+void GPolygon2dModel::AddPolygon(const GPolygon2dModel& other, std::size_t polygon) {
+  const std::span<const Vec2d> added = other.PointsOf(polygon);
+  const std::size_t shift = points.size() - other.FirstPoint(other.FirstRing(polygon));
+  points.insert(points.end(), added.begin(), added.end());
+  for (std::size_t ring = other.FirstRing(polygon); ring < other.polygons[polygon].endRing;
+       ++ring) {
+    ringEnds.push_back(other.ringEnds[ring] + shift);
+  }
+  polygons.push_back(
+      {ringEnds.size(), other.polygons[polygon].box, other.polygons[polygon].isFinite});
+  box.ExtendBy(other.polygons[polygon].box);
+}
+
+void GPolygon2dModel::Append(const GPolygon2dModel& other) {
+  ReserveMore(points, other.points.size());
+  ReserveMore(ringEnds, other.ringEnds.size());
+  ReserveMore(polygons, other.polygons.size());
+  const std::size_t count = other.polygons.size();
+  for (std::size_t polygon = 0; polygon < count; ++polygon) AddPolygon(other, polygon);
+}
+
+}  // namespace shr

@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// Clipping of `GPolygon2d` through Boost.Geometry's overlay. This is the one source that compiles
+// it.
+//
+// The overlay expects rings that neither cross nor touch themselves; outlines of real maps do both,
+// and then it may raise an error or return wrong parts. Every result is therefore measured: the
+// area of the parts must equal the area that half-plane clipping leaves of the rings (I. E.
+// Sutherland and G. W. Hodgman, "Reentrant Polygon Clipping", 1974), which keeps the winding number
+// of every point of the box whatever the ring is like. Where the two disagree the half-plane clip
+// itself is the result. It is right as well, but connects separate parts by edges of no width along
+// the border of the box.
+//
+// Polygons strictly inside the box are kept, those outside dropped without either.
+
+#include <algorithm>
+#include <array>
+#include <boost/geometry/algorithms/area.hpp>
+#include <boost/geometry/algorithms/intersection.hpp>
+#include <boost/geometry/geometries/box.hpp>
+#include <boost/geometry/geometries/multi_polygon.hpp>
+#include <boost/geometry/geometries/polygon.hpp>
+#include <boost/geometry/geometries/register/point.hpp>
+#include <boost/geometry/strategies/cartesian.hpp>
+#include <cmath>
+#include <optional>
+
+#include "shared/polygons/FlatPolygon.h"
+#include "shared/polygons/GPolygon2dModel.h"
+
+BOOST_GEOMETRY_REGISTER_POINT_2D(shr::Vec2d, double, boost::geometry::cs::cartesian, x, y)
+
+namespace shr {
+namespace {
+
+namespace bg = boost::geometry;
+using BoostPolygon = bg::model::polygon<Vec2d>;
+using BoostMultiPolygon = bg::model::multi_polygon<BoostPolygon>;
+using BoostBox = bg::model::box<Vec2d>;
+using Points = std::vector<Vec2d>;
+
+constexpr std::size_t MIN_RING_SIZE = 4;
+/// How far the area of a clipped polygon may be off, relative to the area it may fill at most.
+constexpr double AREA_TOLERANCE = 1e-10;
+
+/// A side of the box: the coordinate that is bounded, the bound, and the direction that is kept.
+struct Side {
+  double Vec2d::*bounded;
+  double Vec2d::*other;
+  double bound;
+  bool keepsAbove;
+
+  bool Keeps(const Vec2d& point) const {
+    return keepsAbove ? point.*bounded >= bound : point.*bounded <= bound;
+  }
+
+  /// Returns where the segment meets the bound; weights instead of a difference keep huge numbers
+  /// finite.
+  Vec2d Crossing(const Vec2d& a, const Vec2d& b) const {
+    const double range = b.*bounded / 2.0 - a.*bounded / 2.0;
+    const double t = std::clamp((bound / 2.0 - a.*bounded / 2.0) / range, 0.0, 1.0);
+    Vec2d point;
+    point.*bounded = bound;
+    point.*other = a.*other * (1.0 - t) + b.*other * t;
+    return point;
+  }
+};
+
+std::array<Side, 4> SidesOf(const Box2d& box) {
+  return {
+      Side{&Vec2d::x, &Vec2d::y, box.xMin(), true}, Side{&Vec2d::y, &Vec2d::x, box.yMin(), true},
+      Side{&Vec2d::x, &Vec2d::y, box.xMax(), false}, Side{&Vec2d::y, &Vec2d::x, box.yMax(), false}};
+}
+
+void ClipToSide(const Points& ring, const Side& side, Points& result) {
+  result.clear();
+  if (ring.empty()) return;
+  Vec2d from = ring.back();
+  bool fromIsKept = side.Keeps(from);
+  for (const Vec2d& to : ring) {
+    const bool toIsKept = side.Keeps(to);
+    if (toIsKept != fromIsKept) result.push_back(side.Crossing(from, to));
+    if (toIsKept) result.push_back(to);
+    from = to;
+    fromIsKept = toIsKept;
+  }
+}
+
+Points ClipRing(std::span<const Vec2d> ring, const Box2d& box) {
+  Points clipped(ring.begin(), ring.end());
+  Points next;
+  for (const Side& side : SidesOf(box)) {
+    ClipToSide(clipped, side, next);
+    clipped.swap(next);
+  }
+  return clipped;
+}
+
+/// The rings of a polygon clipped by half-planes, and their joint area.
+struct HalfPlaneClip {
+  std::vector<Points> rings;
+  double area = 0.0;  ///< clockwise rings count positive
+};
+
+HalfPlaneClip ClipByHalfPlanes(const GPolygon2dModel& model, std::size_t polygon,
+                               const Box2d& box) {
+  HalfPlaneClip clip;
+  for (std::size_t ring = model.FirstRing(polygon); ring < model.polygons[polygon].endRing;
+       ++ring) {
+    clip.rings.push_back(ClipRing(model.Ring(ring), box));
+    clip.area -= PolygonArea(clip.rings.back());
+  }
+  return clip;
+}
+
+/// Copies a ring for the overlay, whose rings close exactly.
+template <class Ring>
+void CopyRing(std::span<const Vec2d> source, Ring& ring) {
+  ring.assign(source.begin(), source.end());
+  if (!ring.empty()) ring.back() = ring.front();
+}
+
+BoostPolygon ToBoost(const GPolygon2dModel& model, std::size_t polygon) {
+  BoostPolygon result;
+  const std::size_t outer = model.FirstRing(polygon);
+  const std::size_t end = model.polygons[polygon].endRing;
+  CopyRing(model.Ring(outer), result.outer());
+  result.inners().resize(end - outer - 1);
+  for (std::size_t ring = outer + 1; ring < end; ++ring) {
+    CopyRing(model.Ring(ring), result.inners()[ring - outer - 1]);
+  }
+  return result;
+}
+
+std::optional<BoostMultiPolygon> Overlay(const BoostPolygon& polygon, const Box2d& box) {
+  BoostMultiPolygon result;
+  try {
+    bg::intersection(polygon, BoostBox(box.Min(), box.Max()), result);
+  } catch (const bg::exception&) {
+    return std::nullopt;
+  }
+  return result;
+}
+
+void AddOverlay(const BoostMultiPolygon& parts, GPolygon2dModel& result) {
+  for (const BoostPolygon& part : parts) {
+    result.AddOuterRing(part.outer());
+    for (const auto& hole : part.inners()) result.AddInnerRing(hole);
+  }
+}
+
+void AddHalfPlaneClip(const HalfPlaneClip& clip, GPolygon2dModel& result) {
+  if (clip.area == 0.0 || clip.rings.front().size() < 3) return;
+  result.AddOuterRing(clip.rings.front());
+  for (std::size_t i = 1; i < clip.rings.size(); ++i) {
+    if (clip.rings[i].size() >= 3) result.AddInnerRing(clip.rings[i]);
+  }
+}
+
+void ClipPolygon(const GPolygon2dModel& model, std::size_t polygon, const Box2d& box,
+                 GPolygon2dModel& result) {
+  Box2d common = model.polygons[polygon].box;
+  common.Intersect(box);
+  const HalfPlaneClip expected = ClipByHalfPlanes(model, polygon, box);
+  const std::optional<BoostMultiPolygon> parts = Overlay(ToBoost(model, polygon), box);
+  if (parts.has_value() &&
+      std::abs(bg::area(*parts) - expected.area) <= AREA_TOLERANCE * common.GetArea()) {
+    AddOverlay(*parts, result);
+  } else {
+    AddHalfPlaneClip(expected, result);
+  }
+}
+
+bool IsStrictlyInside(const Box2d& inner, const Box2d& outer) {
+  return outer.xMin() < inner.xMin() && inner.xMax() < outer.xMax() &&
+         outer.yMin() < inner.yMin() && inner.yMax() < outer.yMax();
+}
+
+}  // namespace
+
+GPolygon2dModel ClipToBox(const GPolygon2dModel& model, const Box2d& box) {
+  GPolygon2dModel result;
+  for (std::size_t polygon = 0; polygon < model.polygons.size(); ++polygon) {
+    const GPolygon2dModel::Polygon& source = model.polygons[polygon];
+    Box2d common = source.box;
+    common.Intersect(box);
+    const bool canHaveArea = model.Ring(model.FirstRing(polygon)).size() >= MIN_RING_SIZE;
+    if (!source.isFinite || !canHaveArea || common.IsEmpty()) continue;
+    if (IsStrictlyInside(source.box, box)) {
+      result.AddPolygon(model, polygon);
+    } else {
+      ClipPolygon(model, polygon, box, result);
+    }
+  }
+  return result;
+}
+
+}  // namespace shr
