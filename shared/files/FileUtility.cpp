@@ -3,62 +3,41 @@
 
 #include "shared/files/FileUtility.h"
 
+#include <cstdint>
 #include <string>
 
 #include "shared/diagnostics/ThrowError.h"
+#include "shared/files/File.h"
 #include "shared/files/TextDetection.h"
 #include "shared/platform/Paths.h"
-#include "shared/platform/RawFile.h"
 
 namespace shr {
 namespace {
 
 constexpr const wchar_t* UNIT_NAME = L"FileUtility";
-constexpr std::size_t LONGEST_MARK = 3;
+constexpr std::uint32_t LONGEST_MARK = 3;
 
-/// Closes a descriptor at the end of its scope.
-class OpenedFile {
-public:
-  explicit OpenedFile(const GString& path) : path_(path) {
-    platform::FileOpenOptions options;
-    options.read = true;
-    descriptor_ = platform::OpenDescriptor(path, options);
-    if (descriptor_ != platform::NO_DESCRIPTOR) return;
-    ThrowErrorImpl(UNIT_NAME, __LINE__, L"Unable to open '%s'.\n%s", path.c_str(),
-                   platform::LastErrorText().c_str());
+/// Returns up to `count` bytes from the start of a file.
+std::string ReadHead(const GString& path, std::uint32_t count) {
+  CFile file(path, CFile::AccessRead, CFile::ModeOpenExisting, CFile::ShareAll);
+  std::string head(count, '\0');
+  std::uint32_t size = 0;
+  while (size < count) {
+    const std::uint32_t got = file.Read(head.data() + size, count - size);
+    if (got == 0) break;
+    size += got;
   }
-  OpenedFile(const OpenedFile&) = delete;
-  OpenedFile& operator=(const OpenedFile&) = delete;
-  ~OpenedFile() { platform::CloseDescriptor(descriptor_); }
-
-  /// Returns up to `count` bytes from the start of the file.
-  std::string ReadHead(std::size_t count) {
-    std::string head(count, '\0');
-    std::size_t size = 0;
-    while (size < count) {
-      const auto got = platform::ReadDescriptor(descriptor_, head.data() + size, count - size);
-      if (got < 0) {
-        ThrowErrorImpl(UNIT_NAME, __LINE__, L"Unable to read '%s'.\n%s", path_.c_str(),
-                       platform::LastErrorText().c_str());
-      }
-      if (got == 0) break;
-      size += static_cast<std::size_t>(got);
-    }
-    head.resize(size);
-    return head;
-  }
-
-private:
-  const GString& path_;
-  int descriptor_;
-};
+  head.resize(size);
+  file.Close();
+  return head;
+}
 
 /// Returns the sample of a file, empty when the file is missing.
 std::string ReadSample(const GString& path, unsigned sampleSize) {
   if (sampleSize < 2 || sampleSize % 2 != 0) {
     ThrowErrorImpl(UNIT_NAME, __LINE__, INVALID_PARAMETER_TEXT);
   }
-  return FileExists(path) ? OpenedFile(path).ReadHead(sampleSize) : std::string();
+  return FileExists(path) ? ReadHead(path, sampleSize) : std::string();
 }
 
 }  // namespace
@@ -74,7 +53,7 @@ void GetBOMInfo(const GString& path, std::size_t& markSize, TextEncoding& encodi
   markSize = 0;
   encoding = EncodingANSI;
   if (path.empty()) return;
-  const ByteOrderMark mark = FindByteOrderMark(OpenedFile(path).ReadHead(LONGEST_MARK));
+  const ByteOrderMark mark = FindByteOrderMark(ReadHead(path, LONGEST_MARK));
   markSize = mark.size;
   encoding = mark.encoding;
 }
