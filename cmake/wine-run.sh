@@ -9,7 +9,12 @@ export WINEPREFIX
 export WINEDEBUG="${WINEDEBUG--all}"
 export LC_ALL=C.UTF-8 # in the plain C locale Wine cannot create non-ASCII file names
 export WINEDLLOVERRIDES="${WINEDLLOVERRIDES-mscoree=;mshtml=}"
-export WINEPATH="${WINEPATH-Z:\\usr\\lib\\gcc\\x86_64-w64-mingw32\\12-posix;Z:\\usr\\x86_64-w64-mingw32\\lib}"
+if [ -z "${WINEPATH-}" ]; then # where the compiler keeps its runtime DLLs
+  for folder in /usr/x86_64-w64-mingw32/lib /usr/lib/gcc/x86_64-w64-mingw32/*-posix; do
+    WINEPATH="Z:$(printf %s "$folder" | tr / '\\');${WINEPATH-}"
+  done
+fi
+export WINEPATH
 unset DISPLAY
 mkdir -p "$WINEPREFIX"
 (
