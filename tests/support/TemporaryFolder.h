@@ -20,14 +20,28 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "shared/text/GString.h"
+#include "shared/text/Utf.h"
 
 namespace shr::test {
 
-inline std::filesystem::path ToFilesystemPath(const GString& path) {
-  return std::filesystem::path(path.String());
+/// The standard's paths go through UTF-8, because their conversion of wide text depends on the
+/// locale.
+inline std::filesystem::path ToFilesystemPath(std::wstring_view path) {
+  std::u8string utf8(path.size() * UTF8_BYTES_PER_UNIT, u8'\0');
+  utf8.resize(WideToUtf8(path, reinterpret_cast<char*>(utf8.data())));
+  return std::filesystem::path(utf8);
+}
+
+inline GString FromFilesystemPath(const std::filesystem::path& path) {
+  const std::u8string utf8 = path.u8string();
+  std::wstring wide(utf8.size(), L'\0');
+  const std::string_view bytes(reinterpret_cast<const char*>(utf8.data()), utf8.size());
+  wide.resize(Utf8ToWide(bytes, wide.data()));
+  return GString(std::move(wide));
 }
 
 class TemporaryFolder {
@@ -49,18 +63,18 @@ public:
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
   /// Returns the folder without a separator behind it.
-  GString Path() const { return GString(folder_.wstring()); }
+  GString Path() const { return FromFilesystemPath(folder_); }
 
   /// Returns the full path of `name` in the folder.
   GString Path(std::wstring_view name) const {
-    return GString((folder_ / std::filesystem::path(name)).wstring());
+    return FromFilesystemPath(folder_ / ToFilesystemPath(name));
   }
 
   /// Returns the names in the folder, in no order.
   std::vector<GString> Names() const {
     std::vector<GString> names;
     for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
-      names.emplace_back(entry.path().filename().wstring());
+      names.push_back(FromFilesystemPath(entry.path().filename()));
     }
     return names;
   }
