@@ -30,6 +30,7 @@
 #include <limits>
 #include <string_view>
 
+#include "shared/text/DigitChunk.h"
 #include "shared/text/Multiply128.h"
 #include "shared/text/StringUtility.h"
 #include "shared/text/WhiteSpace.h"
@@ -200,8 +201,10 @@ std::uint64_t RoundExactly(const Numeral<Char>& numeral, const Significant<Char>
 }
 
 /// Rounds a number of more digits than fit 64 bits, or whose quick conversion was not certain.
+///
+/// Takes its argument by value, so that the caller may keep the parts in registers.
 template <typename Char>
-std::uint64_t RoundLong(const Numeral<Char>& numeral) {
+std::uint64_t RoundLong(Numeral<Char> numeral) {
   const Significant<Char> digits = FindSignificant(numeral);
   std::uint64_t mantissa = 0;
   std::ptrdiff_t taken = 0;
@@ -219,7 +222,7 @@ std::uint64_t RoundLong(const Numeral<Char>& numeral) {
 }
 
 template <typename Char>
-double ToDouble(const Numeral<Char>& numeral) {
+double ToDouble(Numeral<Char> numeral) {
   if (numeral.Digits() > SHORT_DIGITS) return std::bit_cast<double>(RoundLong(numeral));
   const std::int64_t exponent = numeral.exponent - numeral.Decimals();
   const bool exactMantissa = numeral.mantissa <= std::uint64_t{1} << (MANTISSA_BITS + 1);
@@ -234,25 +237,66 @@ double ToDouble(const Numeral<Char>& numeral) {
 
 // Scanning.
 
+/// A position behind digits and what they amount to, modulo 2^64.
 template <typename Char>
-const Char* ScanDigits(const Char* next, const Char* last, std::uint64_t& mantissa) {
-  while (next != last && IsDigit(*next)) mantissa = mantissa * 10 + DigitValue(*next++);
-  return next;
+struct Digits {
+  const Char* next;
+  std::uint64_t value;
+};
+
+/// Steps over digits, which continue those of `digits`.
+template <typename Char>
+inline Digits<Char> ScanDigits(Digits<Char> digits, const Char* last) {
+  while (digits.next != last && IsDigit(*digits.next)) {
+    digits.value = digits.value * 10 + DigitValue(*digits.next++);
+  }
+  return digits;
+}
+
+/// The same for runs that are often long.
+template <typename Char>
+inline Digits<Char> ScanManyDigits(Digits<Char> digits, const Char* last) {
+  while (last - digits.next >= 8) {
+    const DigitChunk chunk = LoadDigitChunk(digits.next);
+    if (!AreDigits(chunk)) break;
+    digits.value = digits.value * 100'000'000 + DigitsValue(chunk);
+    digits.next += 8;
+  }
+  return ScanDigits(digits, last);
+}
+
+/// A sign that may be missing.
+struct Sign {
+  bool negative = false;
+  int length = 0;
+};
+
+template <typename Char>
+Sign ScanSign(const Char* first, const Char* last) {
+  if (first == last) return {};
+  // Signs of data are as good as random: no branch hangs on them.
+  const bool negative = *first == '-';
+  return {negative, static_cast<int>(negative) + static_cast<int>(*first == '+')};
+}
+
+double WithSign(double magnitude, Sign sign) {
+  const std::uint64_t bits = std::bit_cast<std::uint64_t>(magnitude);
+  return std::bit_cast<double>(bits | static_cast<std::uint64_t>(sign.negative) << 63);
 }
 
 /// Reads "e", an optional sign and digits into `exponent`; returns `next` when there are no digits.
 template <typename Char>
 const Char* ScanExponent(const Char* next, const Char* last, std::int64_t& exponent) {
   if (next == last || (*next != 'e' && *next != 'E')) return next;
-  const Char* digit = next + 1;
-  const bool negative = digit != last && *digit == '-';
-  if (negative || (digit != last && *digit == '+')) ++digit;
+  const Sign sign = ScanSign(next + 1, last);
+  const Char* digit = next + 1 + sign.length;
   if (digit == last || !IsDigit(*digit)) return next;
   std::int64_t value = 0;
-  for (; digit != last && IsDigit(*digit); ++digit) {
+  do {
     if (value < EXPONENT_LIMIT) value = value * 10 + static_cast<std::int64_t>(DigitValue(*digit));
-  }
-  exponent = negative ? -value : value;
+    ++digit;
+  } while (digit != last && IsDigit(*digit));
+  exponent = sign.negative ? -value : value;
   return digit;
 }
 
@@ -265,40 +309,43 @@ std::ptrdiff_t WordLength(const Char* first, const Char* last, std::string_view 
   return std::equal(lowerWord.begin(), lowerWord.end(), first, same) ? length : 0;
 }
 
+/// A number at the head of a text; `end` is null when there is none.
+template <typename Char>
+struct Decimal {
+  const Char* end;
+  double value;
+};
+
 /// Reads "nan", with an optional remark in parentheses, "inf" or "infinity".
 template <typename Char>
-RealPrefix<Char> ScanWord(const Char* first, const Char* last) {
+Decimal<Char> ScanWord(const Char* first, const Char* last) {
   if (const auto length = WordLength(first, last, "nan"); length > 0) {
     const Char* end = first + length;
     if (end != last && *end == '(') {
       const Char* const close = std::find(end, last, static_cast<Char>(')'));
       if (close != last) end = close + 1;
     }
-    return {end, std::numeric_limits<double>::quiet_NaN(), RealStatus::Ok};
+    return {end, std::numeric_limits<double>::quiet_NaN()};
   }
   auto length = WordLength(first, last, "infinity");
   if (length == 0) length = WordLength(first, last, "inf");
-  if (length == 0) return {};
-  return {first + length, std::numeric_limits<double>::infinity(), RealStatus::Ok};
+  if (length == 0) return {nullptr, 0};
+  return {first + length, std::numeric_limits<double>::infinity()};
 }
 
 template <typename Char>
-RealPrefix<Char> ScanMagnitude(const Char* first, const Char* last) {
-  Numeral<Char> numeral;
-  numeral.first = first;
-  const Char* next = ScanDigits(first, last, numeral.mantissa);
-  numeral.point = next;
-  if (next != last && *next == '.') {
-    next = ScanDigits(next + 1, last, numeral.mantissa);
-    numeral.last = next;
-    if (next - first == 1) return {};
-  } else {
-    if (next == first) return ScanWord(first, last);
-    numeral.last = next;
+inline Decimal<Char> ScanDecimal(const Char* first, const Char* last) {
+  Digits<Char> digits = ScanDigits<Char>({first, 0}, last);
+  const Char* const point = digits.next;
+  if (point != last && *point == '.') {
+    digits = ScanManyDigits<Char>({point + 1, digits.value}, last);
+    if (digits.next - first == 1) return {nullptr, 0};
+  } else if (point == first) {
+    return {nullptr, 0};
   }
-  next = ScanExponent(next, last, numeral.exponent);
-  const double value = ToDouble(numeral);
-  return {next, value, std::isinf(value) ? RealStatus::Overflow : RealStatus::Ok};
+  std::int64_t exponent = 0;
+  const Char* const end = ScanExponent(digits.next, last, exponent);
+  return {end, ToDouble<Char>({first, digits.next, point, digits.value, exponent})};
 }
 
 template <typename Char>
@@ -310,9 +357,16 @@ const Char* SkipSpaces(const Char* next, const Char* last) {
 template <typename Char>
 bool ParseDouble(std::basic_string_view<Char> text, double& value) {
   const Char* const last = text.data() + text.size();
-  const RealPrefix<Char> number = ParseRealPrefix(SkipSpaces(text.data(), last), last);
-  const bool valid = number.status == RealStatus::Ok && SkipSpaces(number.end, last) == last;
-  value = valid ? number.value : 0.0;
+  const Char* const first = SkipSpaces(text.data(), last);
+  const Sign sign = ScanSign(first, last);
+  Decimal<Char> number = ScanDecimal(first + sign.length, last);
+  bool valid = std::isfinite(number.value);
+  if (number.end == nullptr) {
+    number = ScanWord(first + sign.length, last);
+    valid = number.end != nullptr;
+  }
+  valid = valid && SkipSpaces(number.end, last) == last;
+  value = valid ? WithSign(number.value, sign) : 0.0;
   return valid;
 }
 
@@ -346,14 +400,16 @@ bool ParseInteger(std::basic_string_view<Char> text, Integer& value) {
 
 template <typename Char>
 RealPrefix<Char> ParseRealPrefix(const Char* first, const Char* last) noexcept {
-  const bool hasSign = first != last && (*first == '-' || *first == '+');
-  RealPrefix<Char> number = ScanMagnitude(hasSign ? first + 1 : first, last);
-  if (number.status == RealStatus::None) {
-    number.end = first;
-  } else if (hasSign && *first == '-') {
-    number.value = -number.value;
+  const Sign sign = ScanSign(first, last);
+  const Char* const magnitude = first + sign.length;
+  const Decimal<Char> decimal = ScanDecimal(magnitude, last);
+  if (decimal.end != nullptr) {
+    const RealStatus status = std::isinf(decimal.value) ? RealStatus::Overflow : RealStatus::Ok;
+    return {decimal.end, WithSign(decimal.value, sign), status};
   }
-  return number;
+  const Decimal<Char> word = ScanWord(magnitude, last);
+  if (word.end == nullptr) return {first, 0, RealStatus::None};
+  return {word.end, WithSign(word.value, sign), RealStatus::Ok};
 }
 
 template RealPrefix<char> ParseRealPrefix(const char*, const char*) noexcept;

@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// Text to double over numbers of mixed length: integers, fixed notation with three decimals, 17
+// significant digits, and 16 digits in scientific notation over 200 decades, in equal parts and
+// shuffled. The narrow peers read the same text narrowed beforehand. All contenders must give the
+// same values before they are timed.
+
+#include <benchmark/benchmark.h>
+#include <fast_float/fast_float.h>
+
+#include <charconv>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cwchar>
+#include <map>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "shared/text/StringUtility.h"
+
+namespace {
+
+/// Numbers one behind the other, each followed by a zero unit, in both widths.
+struct Workload {
+  std::string narrow;
+  std::wstring wide;
+  std::vector<std::string_view> narrowNumbers;
+  std::vector<std::wstring_view> wideNumbers;
+};
+
+std::string MakeNumber(std::mt19937_64& random, std::uint64_t kind) {
+  const auto uniform = [&random](double low, double high) {
+    return std::uniform_real_distribution<double>(low, high)(random);
+  };
+  char buffer[64];
+  switch (kind) {
+    case 0:
+      std::snprintf(buffer, sizeof buffer, "%.0f", uniform(-1e6, 1e6));
+      break;
+    case 1:
+      std::snprintf(buffer, sizeof buffer, "%.3f", uniform(-1e6, 1e6));
+      break;
+    case 2:
+      std::snprintf(buffer, sizeof buffer, "%.17g", uniform(-1, 1));
+      break;
+    default:
+      std::snprintf(buffer, sizeof buffer, "%.15ee%d", uniform(1, 9.9),
+                    static_cast<int>(random() % 201) - 100);
+      // "%.15e" of a number from one to ten ends in "e+00": the drawn exponent takes its place.
+      const std::string text = buffer;
+      const std::size_t mark = text.find('e');
+      return text.substr(0, mark) + text.substr(text.rfind('e'));
+  }
+  return buffer;
+}
+
+Workload MakeWorkload(std::size_t count) {
+  std::mt19937_64 random(20260);
+  Workload work;
+  std::vector<std::size_t> ends;
+  for (std::size_t i = 0; i < count; ++i) {
+    work.narrow += MakeNumber(random, random() % 4);
+    ends.push_back(work.narrow.size());
+    work.narrow += '\0';
+  }
+  work.wide.assign(work.narrow.begin(), work.narrow.end());
+  std::size_t first = 0;
+  for (const std::size_t end : ends) {
+    work.narrowNumbers.push_back(std::string_view(work.narrow).substr(first, end - first));
+    work.wideNumbers.push_back(std::wstring_view(work.wide).substr(first, end - first));
+    first = end + 1;
+  }
+  return work;
+}
+
+double Ours(std::wstring_view text) {
+  double value = 0;
+  shr::StringToDouble(text, value);
+  return value;
+}
+
+double OursNarrow(std::string_view text) {
+  double value = 0;
+  shr::StringToDouble(text, value);
+  return value;
+}
+
+double FastFloat(std::string_view text) {
+  double value = 0;
+  fast_float::from_chars(text.data(), text.data() + text.size(), value);
+  return value;
+}
+
+double FromChars(std::string_view text) {
+  double value = 0;
+  std::from_chars(text.data(), text.data() + text.size(), value);
+  return value;
+}
+
+double WideStrtod(std::wstring_view text) {
+  return std::wcstod(text.data(), nullptr);
+}
+
+void CheckContenders(const Workload& work) {
+  for (std::size_t i = 0; i < work.narrowNumbers.size(); ++i) {
+    const std::string_view narrow = work.narrowNumbers[i];
+    const std::wstring_view wide = work.wideNumbers[i];
+    const double value = FromChars(narrow);
+    if (Ours(wide) != value || OursNarrow(narrow) != value || FastFloat(narrow) != value ||
+        WideStrtod(wide) != value) {
+      std::fprintf(stderr, "contenders differ on %s\n", narrow.data());
+      std::abort();
+    }
+  }
+}
+
+const Workload& WorkloadOf(std::size_t count) {
+  static std::map<std::size_t, Workload> works;
+  Workload& work = works[count];
+  if (work.narrow.empty()) {
+    work = MakeWorkload(count);
+    CheckContenders(work);
+  }
+  return work;
+}
+
+template <typename View, typename Contender>
+void Run(benchmark::State& state, const std::vector<View>& numbers, Contender contender) {
+  for (auto _ : state) {
+    double sum = 0;
+    for (const View number : numbers) sum += contender(number);
+    benchmark::DoNotOptimize(sum);
+  }
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(numbers.size()));
+}
+
+template <double (*CONTENDER)(std::wstring_view)>
+void Wide(benchmark::State& state) {
+  Run(state, WorkloadOf(static_cast<std::size_t>(state.range(0))).wideNumbers, CONTENDER);
+}
+
+template <double (*CONTENDER)(std::string_view)>
+void Narrow(benchmark::State& state) {
+  Run(state, WorkloadOf(static_cast<std::size_t>(state.range(0))).narrowNumbers, CONTENDER);
+}
+
+void Sizes(benchmark::internal::Benchmark* bench) {
+  bench->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK(Wide<Ours>)->Name("text/StringToDouble-wide/ours")->Apply(Sizes);
+BENCHMARK(Narrow<FastFloat>)->Name("text/StringToDouble-wide/fast_float(narrow)")->Apply(Sizes);
+BENCHMARK(Narrow<FromChars>)->Name("text/StringToDouble-wide/from_chars(narrow)")->Apply(Sizes);
+BENCHMARK(Wide<WideStrtod>)->Name("text/StringToDouble-wide/wcstod")->Apply(Sizes);
+BENCHMARK(Narrow<OursNarrow>)->Name("text/StringToDouble-narrow/ours")->Apply(Sizes);
+BENCHMARK(Narrow<FastFloat>)->Name("text/StringToDouble-narrow/fast_float")->Apply(Sizes);
+BENCHMARK(Narrow<FromChars>)->Name("text/StringToDouble-narrow/from_chars")->Apply(Sizes);
+
+}  // namespace
