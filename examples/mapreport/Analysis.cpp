@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "Analysis.h"
+
+#include <algorithm>
+#include <array>
+
+#include "shared/polygons/FlatPolygon.h"
+
+namespace mapreport {
+
+using namespace shr;
+
+namespace {
+
+constexpr double FULL_CIRCLE = 360;
+constexpr std::size_t MOST_CLASSES = 7;
+
+void Append(const Contours& from, double shift, Contours& to) {
+  for (const Vec2d& point : from.points) to.points.emplace_back(point.x + shift, point.y);
+  to.counts.insert(to.counts.end(), from.counts.begin(), from.counts.end());
+}
+
+/// Appends the part of `polygon` inside `window`, moved east by `shift`.
+void AppendClipped(const GPolygon2d& polygon, const Box2d& window, double shift, Contours& to) {
+  const Box2d bounds = polygon.GetBBox();
+  if (bounds.IsEmpty() || !window.Intersects(bounds)) return;
+  Contours flat;
+  if (window.Contains(bounds)) {
+    polygon.GetPolyPolygon(flat.points, flat.counts, false);
+  } else {
+    GPolygon2d clipped;
+    polygon.Intersection(window, clipped);
+    clipped.GetPolyPolygon(flat.points, flat.counts, false);
+  }
+  Append(flat, shift, to);
+}
+
+bool IsInside(const Vec2d& point, const Country& country) {
+  if (!country.land.GetBBox().Contains(point)) return false;
+  return PointInPolygon(point, country.rings.points, country.rings.counts);
+}
+
+/// Returns true when `a` has a magnitude and no event so far has a larger one.
+bool IsLarger(const Event& a, const Model& model, std::size_t soFar) {
+  if (!a.magnitude) return false;
+  return soFar == NONE || *a.magnitude > *model.events[soFar].magnitude;
+}
+
+double LargestMagnitude(const Model& model, const Country& country) {
+  constexpr double BELOW_ALL = -1000;
+  return country.largestEvent == NONE ? BELOW_ALL : *model.events[country.largestEvent].magnitude;
+}
+
+/// Class starts that grow by about the square root of ten, or by ten.
+std::vector<std::size_t> ClassStarts(std::size_t largest, bool halfDecades) {
+  std::vector<std::size_t> starts;
+  for (std::size_t decade = 1; decade <= largest; decade *= 10) {
+    starts.push_back(decade);
+    if (halfDecades && 3 * decade <= largest) starts.push_back(3 * decade);
+  }
+  return starts;
+}
+
+std::vector<std::size_t> ChooseStarts(std::size_t largest) {
+  if (largest <= MOST_CLASSES - 2) {
+    std::vector<std::size_t> single;
+    for (std::size_t i = 1; i <= largest; ++i) single.push_back(i);
+    return single;
+  }
+  std::vector<std::size_t> starts = ClassStarts(largest, true);
+  return starts.size() <= MOST_CLASSES ? starts : ClassStarts(largest, false);
+}
+
+ColorClass* FindClass(std::vector<ColorClass>& classes, std::size_t count) {
+  for (ColorClass& c : classes) {
+    if (count >= c.from && count <= c.to) return &c;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+void ClipToWindow(Model& model, const Box2d& window) {
+  model.window = window;
+  for (Event& event : model.events) {
+    event.visible = PlaceInWindow(event.position, window).has_value();
+  }
+  for (Country& country : model.countries) country.visible = ClipCountry(country, window);
+}
+
+Contours ClipCountry(const Country& country, const Box2d& window) {
+  Contours visible;
+  for (const double shift : {0.0, FULL_CIRCLE}) {
+    const Box2d moved(window.xMin() - shift, window.yMin(), window.xMax() - shift, window.yMax());
+    AppendClipped(country.land, moved, shift, visible);
+    AppendClipped(country.holes, moved, shift, visible);
+  }
+  return visible;
+}
+
+std::optional<Vec2d> PlaceInWindow(const Vec2d& position, const Box2d& window) {
+  for (const double shift : {0.0, FULL_CIRCLE}) {
+    const Vec2d moved(position.x + shift, position.y);
+    if (window.Contains(moved)) return moved;
+  }
+  return std::nullopt;
+}
+
+void CountEvents(Model& model) {
+  for (Country& country : model.countries) {
+    country.eventCount = 0;
+    country.largestEvent = NONE;
+  }
+  for (std::size_t i = 0; i < model.events.size(); ++i) {
+    Event& event = model.events[i];
+    event.country = NONE;
+    if (!event.visible) continue;
+    const auto found =
+        std::find_if(model.countries.begin(), model.countries.end(),
+                     [&](const Country& country) { return IsInside(event.position, country); });
+    if (found == model.countries.end()) continue;
+    event.country = static_cast<std::size_t>(found - model.countries.begin());
+    ++found->eventCount;
+    if (IsLarger(event, model, found->largestEvent)) found->largestEvent = i;
+  }
+}
+
+void ColorByCount(Model& model) {
+  std::size_t largest = 0;
+  for (const Country& country : model.countries) largest = std::max(largest, country.eventCount);
+  model.classes = MakeClasses(largest);
+  for (std::size_t i = 0; i < model.classes.size(); ++i) {
+    const double steps = static_cast<double>(std::max<std::size_t>(model.classes.size() - 1, 1));
+    model.classes[i].color = RampColor(static_cast<double>(i) / steps);
+  }
+  for (Country& country : model.countries) {
+    ColorClass* const found = FindClass(model.classes, country.eventCount);
+    country.fill = found != nullptr ? found->color : EmptyColor();
+    if (found != nullptr) ++found->countries;
+  }
+}
+
+std::vector<ColorClass> MakeClasses(std::size_t largest) {
+  const std::vector<std::size_t> starts = ChooseStarts(largest);
+  std::vector<ColorClass> classes;
+  for (std::size_t i = 0; i < starts.size(); ++i) {
+    ColorClass c;
+    c.from = starts[i];
+    c.to = i + 1 < starts.size() ? starts[i + 1] - 1 : largest;
+    classes.push_back(c);
+  }
+  return classes;
+}
+
+Color4b RampColor(double t) {
+  // Yellow, orange, brown: lightness falls evenly along the ramp, and so do print and gray copies.
+  static const std::array<Color4b, 4> KEYS = {
+      Color4b(255, 240, 196, 255), Color4b(253, 199, 111, 255), Color4b(229, 128, 53, 255),
+      Color4b(152, 60, 18, 255)};
+  const double position = std::clamp(t, 0.0, 1.0) * static_cast<double>(KEYS.size() - 1);
+  const std::size_t index = std::min(static_cast<std::size_t>(position), KEYS.size() - 2);
+  return Color4b::Interp(KEYS[index], KEYS[index + 1], position - static_cast<double>(index),
+                         Color4b::INTERP_LINEAR);
+}
+
+Color4b EmptyColor() {
+  return Color4b(238, 236, 230, 255);
+}
+
+std::vector<std::size_t> CountriesByCount(const Model& model) {
+  std::vector<std::size_t> order;
+  for (std::size_t i = 0; i < model.countries.size(); ++i) {
+    if (model.countries[i].eventCount > 0) order.push_back(i);
+  }
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    const Country& first = model.countries[a];
+    const Country& second = model.countries[b];
+    if (first.eventCount != second.eventCount) return first.eventCount > second.eventCount;
+    return LargestMagnitude(model, first) > LargestMagnitude(model, second);
+  });
+  return order;
+}
+
+std::vector<std::size_t> StrongestEvents(const Model& model, std::size_t count) {
+  std::vector<std::size_t> order;
+  for (std::size_t i = 0; i < model.events.size(); ++i) {
+    if (model.events[i].visible && model.events[i].magnitude) order.push_back(i);
+  }
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    return *model.events[a].magnitude > *model.events[b].magnitude;
+  });
+  if (order.size() > count) order.resize(count);
+  return order;
+}
+
+std::size_t CountVisible(const Model& model) {
+  return static_cast<std::size_t>(std::count_if(model.events.begin(), model.events.end(),
+                                                [](const Event& event) { return event.visible; }));
+}
+
+}  // namespace mapreport

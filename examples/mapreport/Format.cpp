@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "Format.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "shared/text/StringUtility.h"
+
+namespace mapreport {
+
+using namespace shr;
+
+namespace {
+
+constexpr std::size_t DAY_LENGTH = 10;      // 2018-01-31
+constexpr std::size_t MINUTES_LENGTH = 16;  // 2018-01-31T02:00
+
+bool IsDigit(wchar_t ch) {
+  return ch >= L'0' && ch <= L'9';
+}
+
+/// Returns true when `text` begins like `pattern`, in which 0 stands for any digit.
+bool HasForm(const GString& text, const std::wstring_view pattern) {
+  if (text.size() < pattern.size()) return false;
+  return std::equal(pattern.begin(), pattern.end(), text.begin(),
+                    [](wchar_t p, wchar_t ch) { return p == L'0' ? IsDigit(ch) : p == ch; });
+}
+
+GString WithDegrees(double absolute, std::size_t decimals, const wchar_t* side) {
+  return FormatShort(absolute, decimals) + L"\u00B0" + side;
+}
+
+}  // namespace
+
+GString FormatCount(std::size_t count) {
+  std::wstring text = std::to_wstring(count);
+  for (std::size_t pos = text.size(); pos > 3; pos -= 3) text.insert(pos - 3, 1, L',');
+  return text;
+}
+
+GString FormatCount(std::size_t count, const wchar_t* one, const wchar_t* many) {
+  return FormatCount(count) + L" " + (count == 1 ? one : many);
+}
+
+GString FormatNumber(double value, std::size_t decimals) {
+  GString text(DoubleToStringW(std::abs(value), decimals));
+  const bool isZero =
+      std::all_of(text.begin(), text.end(), [](wchar_t ch) { return ch == L'0' || ch == L'.'; });
+  return value < 0 && !isZero ? L"\u2212" + text : text;
+}
+
+GString FormatShort(double value, std::size_t decimals) {
+  GString text = FormatNumber(value, decimals);
+  if (text.find(L'.') == GString::npos) return text;
+  while (text[text.size() - 1] == L'0') text.resize(text.size() - 1);
+  if (text[text.size() - 1] == L'.') text.resize(text.size() - 1);
+  return text;
+}
+
+GString FormatMagnitude(const std::optional<double>& magnitude) {
+  return magnitude ? FormatNumber(*magnitude, 1) : GString(L"\u2013");
+}
+
+GString FormatLongitude(double degrees, std::size_t decimals) {
+  const double wrapped = degrees > 180 ? degrees - 360 : degrees;
+  if (wrapped == 0 || std::abs(wrapped) == 180) {
+    return WithDegrees(std::abs(wrapped), decimals, L"");
+  }
+  return WithDegrees(std::abs(wrapped), decimals, wrapped < 0 ? L"W" : L"E");
+}
+
+GString FormatLatitude(double degrees, std::size_t decimals) {
+  if (degrees == 0) return WithDegrees(0, decimals, L"");
+  return WithDegrees(std::abs(degrees), decimals, degrees < 0 ? L"S" : L"N");
+}
+
+GString FormatTime(const GString& time) {
+  if (!HasForm(time, L"0000-00-00T00:00")) return time;
+  return time.substr(0, DAY_LENGTH) + L" " +
+         time.substr(DAY_LENGTH + 1, MINUTES_LENGTH - DAY_LENGTH - 1);
+}
+
+GString FormatPeriod(const Model& model) {
+  GString first;
+  GString last;
+  for (const Event& event : model.events) {
+    if (!event.visible) continue;
+    if (!HasForm(event.time, L"0000-00-00")) return GString();
+    const GString day = event.time.substr(0, DAY_LENGTH);
+    if (first.empty() || day < first) first = day;
+    if (last.empty() || day > last) last = day;
+  }
+  return first == last ? first : first + L" to " + last;
+}
+
+}  // namespace mapreport

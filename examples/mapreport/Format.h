@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+/// @file
+/// Numbers, places and times as the map and the report write them: in English, the same on every
+/// machine.
+
+#pragma once
+
+#include <cstddef>
+#include <optional>
+
+#include "Model.h"
+
+namespace mapreport {
+
+/// Returns "1,679".
+GString FormatCount(std::size_t count);
+
+/// Returns "1 country" or "12 countries".
+GString FormatCount(std::size_t count, const wchar_t* one, const wchar_t* many);
+
+/// Returns `value` with `decimals` digits behind the point and a true minus sign, never "-0".
+GString FormatNumber(double value, std::size_t decimals);
+
+/// The same, without zeros at the end of the fraction: "2.5", "30".
+GString FormatShort(double value, std::size_t decimals);
+
+/// Returns the magnitude with one decimal, or a dash.
+GString FormatMagnitude(const std::optional<double>& magnitude);
+
+/// Returns "122.5°W", "0°" or, at the antimeridian, "180°"; longitudes beyond 180 count from the
+/// other side.
+GString FormatLongitude(double degrees, std::size_t decimals);
+GString FormatLatitude(double degrees, std::size_t decimals);
+
+/// Returns "2018-01-31 02:00" for "2018-01-31T02:00:15.660Z"; any other text unchanged.
+GString FormatTime(const GString& time);
+
+/// Returns "2018-01-31 to 2018-02-07", the first and last day of the visible events; empty when
+/// their times are not of the form "2018-01-31...".
+GString FormatPeriod(const Model& model);
+
+}  // namespace mapreport

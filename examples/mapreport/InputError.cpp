@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "InputError.h"
+
+#include <string>
+
+#include "shared/diagnostics/Exception.h"
+
+namespace mapreport {
+
+void ThrowInputError(const GString& path, std::size_t line, const GString& what) {
+  ThrowInputError(path + L":" + std::to_wstring(line).c_str(), what);
+}
+
+void ThrowInputError(const GString& path, const GString& what) {
+  throw shr::Exception(L"mapreport", L"InputError", __LINE__, path + L": " + what);
+}
+
+GString Quoted(const GString& text) {
+  constexpr std::size_t LONGEST = 40;
+  if (text.size() <= LONGEST) return L"'" + text + L"'";
+  return L"'" + text.substr(0, LONGEST) + L"...'";
+}
+
+}  // namespace mapreport

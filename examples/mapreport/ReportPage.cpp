@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "ReportPage.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+#include "Analysis.h"
+#include "Format.h"
+#include "shared/html/HtmlReport.h"
+
+namespace mapreport {
+
+using namespace shr;
+
+namespace {
+
+constexpr const char* STYLE =
+    "BODY    {max-width:1300px; margin:1.5em auto; padding:0 1em; color:#2b2b2b;}\n"
+    "TABLE   {border-collapse:collapse; margin:1em 0 2em 0;}\n"
+    "CAPTION {text-align:left; padding-bottom:0.4em;}\n"
+    "TD      {border-bottom:solid #dddddd thin; padding-top:2px; padding-bottom:2px;}\n"
+    ".num    {text-align:right;}\n"
+    ".swatch {width:1.2em; border:solid #857a6b thin;}\n"
+    ".note   {color:#555555; font-size:smaller;}\n"
+    "IMG     {max-width:100%; height:auto;}";
+
+CellAttrib CellOfClass(const char* name) {
+  CellAttrib attributes;
+  attributes.CLASS = name;
+  return attributes;
+}
+
+/// A column of a table: its heading and whether it holds numbers.
+struct Column {
+  const char* heading;
+  bool isNumeric = false;
+};
+
+void BeginTable(CHtmlReport& report, const char* caption, std::initializer_list<Column> columns) {
+  TableAttrib attributes;
+  attributes.SUMMARY = caption;
+  attributes.CELLSPACING = "0";
+  report << TableBeg(attributes) << Caption(caption) << THeadBeg() << TRBeg();
+  for (const Column& column : columns) {
+    CellAttrib cell = CellOfClass(column.isNumeric ? "num" : "");
+    cell.SCOPE = "col";
+    report << TH(column.heading, cell);
+  }
+  report << TREnd() << THeadEnd() << TBodyBeg();
+}
+
+void EndTable(CHtmlReport& report) {
+  report << TBodyEnd() << TableEnd();
+}
+
+void Cell(CHtmlReport& report, const GString& text) {
+  report << TD(HtmlEscape(text));
+}
+
+void NumberCell(CHtmlReport& report, const GString& text) {
+  report << TD(HtmlEscape(text), CellOfClass("num"));
+}
+
+void SwatchCell(CHtmlReport& report, const Color4b& color) {
+  CellAttrib attributes = CellOfClass("swatch");
+  attributes.STYLE = "background-color:" + HexColor(color);
+  report << TD("&nbsp;", attributes);
+}
+
+GString CountryName(const Model& model, std::size_t country) {
+  return country == NONE ? GString(L"\u2013") : model.countries[country].name;
+}
+
+GString PositionText(const Vec2d& position) {
+  return FormatLatitude(position.y, 2) + L" " + FormatLongitude(position.x, 2);
+}
+
+void WriteSummary(CHtmlReport& report, const Model& model) {
+  const std::size_t visible = CountVisible(model);
+  std::size_t inCountries = 0;
+  for (const Country& country : model.countries) inCountries += country.eventCount;
+  const std::size_t struck = CountriesByCount(model).size();
+  GString text = FormatCount(visible, L"event lies", L"events lie") + L" in the window";
+  const GString period = FormatPeriod(model);
+  if (!period.empty()) text += L", " + period;
+  text += L": " + FormatCount(inCountries) + L" in " +
+          FormatCount(struck, L"country", L"countries") + L", " +
+          FormatCount(visible - inCountries) + L" at sea or outside every outline.";
+  report << Paragraph(HtmlEscape(text));
+  const Box2d& window = model.window;
+  text = L"Window: longitude " + FormatLongitude(window.xMin(), 2) + L" to " +
+         FormatLongitude(window.xMax(), 2) + L", latitude " + FormatLatitude(window.yMin(), 2) +
+         L" to " + FormatLatitude(window.yMax(), 2) + L".";
+  report << Paragraph(HtmlEscape(text), CoreAttrib("", "note", "", ""));
+}
+
+void WritePicture(CHtmlReport& report, const MapPicture& picture, const PageContent& content) {
+  const std::string name = HtmlEscape(content.pictureName);
+  ImageAttrib image;
+  image.SRC = name;
+  image.ALT = "Map of " + HtmlEscape(content.title);
+  image.WIDTH = std::to_string(picture.width);
+  image.HEIGHT = std::to_string(picture.height);
+  report << Img(image) << VSpace(1) << Anchor(name, "The map as a picture of its own");
+}
+
+void WriteCountries(CHtmlReport& report, const Model& model) {
+  BeginTable(report, "Countries by number of events",
+             {{"", false},
+              {"Country", false},
+              {"Events", true},
+              {"Largest magnitude", true},
+              {"Largest event", false}});
+  for (const std::size_t index : CountriesByCount(model)) {
+    const Country& country = model.countries[index];
+    report << TRBeg();
+    SwatchCell(report, country.fill);
+    Cell(report, country.name);
+    NumberCell(report, FormatCount(country.eventCount));
+    const bool hasLargest = country.largestEvent != NONE;
+    const Event none;
+    const Event& largest = hasLargest ? model.events[country.largestEvent] : none;
+    NumberCell(report, FormatMagnitude(largest.magnitude));
+    Cell(report, largest.place);
+    report << TREnd();
+  }
+  EndTable(report);
+}
+
+void WriteStrongest(CHtmlReport& report, const Model& model, std::size_t count) {
+  BeginTable(report, "Strongest events",
+             {{"Magnitude", true},
+              {"Time (UTC)", false},
+              {"Place", false},
+              {"Country", false},
+              {"Position", false},
+              {"Depth (km)", true}});
+  for (const std::size_t index : StrongestEvents(model, count)) {
+    const Event& event = model.events[index];
+    report << TRBeg();
+    NumberCell(report, FormatMagnitude(event.magnitude));
+    Cell(report, FormatTime(event.time));
+    Cell(report, event.place);
+    Cell(report, CountryName(model, event.country));
+    Cell(report, PositionText(event.position));
+    NumberCell(report, event.depth ? FormatNumber(*event.depth, 1) : GString(L"\u2013"));
+    report << TREnd();
+  }
+  EndTable(report);
+}
+
+void WriteCities(CHtmlReport& report, const Model& model, const MapPicture& picture) {
+  BeginTable(report, "Cities on the map",
+             {{"City", false}, {"Country code", false}, {"Population", true}, {"Position", false}});
+  for (const std::size_t index : picture.cities) {
+    const City& city = model.cities[index];
+    report << TRBeg();
+    Cell(report, city.name);
+    Cell(report, city.countryCode);
+    NumberCell(report, city.population > 0 ? FormatCount(static_cast<std::size_t>(city.population))
+                                           : GString(L"unknown"));
+    Cell(report, PositionText(city.position));
+    report << TREnd();
+  }
+  EndTable(report);
+}
+
+void WriteSources(CHtmlReport& report, const Model& model) {
+  BeginTable(report, "What was read",
+             {{"Layer", false},
+              {"File", false},
+              {"Encoding", false},
+              {"Content", false},
+              {"Source", false}});
+  for (const Source& source : model.sources) {
+    report << TRBeg();
+    Cell(report, source.layer);
+    Cell(report, source.fileName);
+    Cell(report, source.encoding);
+    Cell(report, source.content);
+    Cell(report, source.credit);
+    report << TREnd();
+  }
+  EndTable(report);
+}
+
+}  // namespace
+
+std::string MakePage(const Model& model, const MapPicture& picture, const PageContent& content) {
+  CHtmlReport report;
+  const std::string title = HtmlEscape(content.title);
+  report << Preamble(title, STYLE) << Heading(1, title);
+  WriteSummary(report, model);
+  WritePicture(report, picture, content);
+  report << Heading(2, "Countries");
+  WriteCountries(report, model);
+  report << Heading(2, "Events");
+  WriteStrongest(report, model, content.strongest);
+  report << Heading(2, "Cities");
+  WriteCities(report, model, picture);
+  report << Heading(2, "Inputs");
+  WriteSources(report, model);
+  return report.GetReport() + "\n";
+}
+
+}  // namespace mapreport

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+/// @file
+/// Draws the visible parts of the countries in their colors, with borders.
+
+#pragma once
+
+#include "Model.h"
+#include "Projection.h"
+#include "SvgWriter.h"
+
+namespace mapreport {
+
+/// Draws one group a country that shows, with its name and count as the title.
+void DrawCountries(SvgWriter& svg, const Model& model, const Projection& projection);
+
+}  // namespace mapreport

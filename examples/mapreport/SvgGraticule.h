@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+/// @file
+/// Draws the lines of equal longitude and latitude, and the frame with their labels.
+
+#pragma once
+
+#include <vector>
+
+#include "Model.h"
+#include "Projection.h"
+#include "SvgWriter.h"
+
+namespace mapreport {
+
+struct Graticule {
+  double step;
+  std::vector<double> meridians;
+  std::vector<double> parallels;
+};
+
+/// Chooses the lines for a window.
+Graticule MakeGraticule(const Box2d& window);
+
+void DrawGraticule(SvgWriter& svg, const Projection& projection, const Graticule& graticule);
+
+/// Draws the frame of the map and the degrees on all four sides of it.
+void DrawFrame(SvgWriter& svg, const Projection& projection, const Graticule& graticule);
+
+}  // namespace mapreport

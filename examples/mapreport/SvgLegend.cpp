@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "SvgLegend.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "Analysis.h"
+#include "Format.h"
+#include "SvgPoints.h"
+
+namespace mapreport {
+
+using namespace shr;
+
+namespace {
+
+constexpr double SWATCH_WIDTH = 64;
+constexpr double SWATCH_HEIGHT = 15;
+constexpr double MAGNITUDE_STEP = 37;
+constexpr double LARGEST_SHOWN = 8;
+/// Wider windows differ too much in scale from their middle to their edge for one bar.
+constexpr double WIDEST_WITH_BAR = 60;
+
+void Write(SvgWriter& svg, const Vec2d& at, const char* anchor, const char* cssClass,
+           const GString& text) {
+  svg.Begin("text").Attribute("x", at.x).Attribute("y", at.y);
+  if (*anchor != '\0') svg.Attribute("text-anchor", anchor);
+  if (*cssClass != '\0') svg.Attribute("class", cssClass);
+  svg.Text(text).End();
+}
+
+void DrawSwatch(SvgWriter& svg, const Vec2d& corner, const Color4b& color, const GString& label,
+                std::size_t countries) {
+  svg.BeginRectangle(Box2d(corner.x, corner.y, corner.x + SWATCH_WIDTH, corner.y + SWATCH_HEIGHT));
+  svg.Attribute("fill", HexColor(color)).Attribute("class", "country").End();
+  const double middle = corner.x + SWATCH_WIDTH / 2;
+  Write(svg, Vec2d(middle, corner.y + 29), "middle", "", label);
+  Write(svg, Vec2d(middle, corner.y + 42), "middle", "small",
+        FormatCount(countries, L"country", L"countries"));
+}
+
+GString ClassLabel(const ColorClass& c) {
+  if (c.from == c.to) return FormatCount(c.from);
+  return FormatCount(c.from) + L"\u2013" + FormatCount(c.to);
+}
+
+/// Countries outside the window are not on the map and so not in the legend.
+std::size_t CountEmptyCountries(const Model& model) {
+  return static_cast<std::size_t>(
+      std::count_if(model.countries.begin(), model.countries.end(), [](const Country& country) {
+        return country.eventCount == 0 && !country.visible.counts.empty();
+      }));
+}
+
+void DrawClasses(SvgWriter& svg, const Model& model, const Vec2d& corner) {
+  Write(svg, corner, "", "head", L"Events in the country");
+  Vec2d at(corner.x, corner.y + 9);
+  DrawSwatch(svg, at, EmptyColor(), L"none", CountEmptyCountries(model));
+  for (const ColorClass& c : model.classes) {
+    at.x += SWATCH_WIDTH;
+    DrawSwatch(svg, at, c.color, ClassLabel(c), c.countries);
+  }
+}
+
+void DrawMagnitudes(SvgWriter& svg, const Model& model, const Vec2d& corner) {
+  const std::vector<std::size_t> strongest = StrongestEvents(model, 1);
+  if (strongest.empty()) return;
+  const double largest = std::ceil(*model.events[strongest.front()].magnitude);
+  const double last = std::clamp(largest, 2.0, LARGEST_SHOWN);
+  Write(svg, corner, "", "head", L"Magnitude");
+  Vec2d at(corner.x + 6, corner.y + 20);
+  for (double magnitude = std::max(1.0, last - 5); magnitude <= last; ++magnitude) {
+    svg.Begin("circle").Attribute("class", "event").Attribute("cx", at.x).Attribute("cy", at.y);
+    svg.Attribute("r", EventRadius(magnitude)).End();
+    Write(svg, Vec2d(at.x, corner.y + 51), "middle", "small", FormatNumber(magnitude, 0));
+    at.x += MAGNITUDE_STEP;
+  }
+}
+
+void DrawCitySizes(SvgWriter& svg, const Vec2d& corner) {
+  struct Row {
+    const wchar_t* text;
+    const CitySize& size;
+    double advance;
+  };
+  static constexpr Row ROWS[] = {{L"over 5 million people", CITY_SIZES[0], 160},
+                                 {L"over 1 million", CITY_SIZES[1], 110},
+                                 {L"smaller", CITY_SIZES[2], 0}};
+  Write(svg, corner, "", "head", L"City");
+  double x = corner.x + 42;
+  for (const Row& row : ROWS) {
+    svg.Begin("circle").Attribute("class", "dot").Attribute("cx", x);
+    svg.Attribute("cy", corner.y - 4).Attribute("r", row.size.radius).End();
+    svg.Begin("text").Attribute("x", x + 7).Attribute("y", corner.y);
+    svg.Attribute("font-size", row.size.type).Text(row.text).End();
+    x += row.advance;
+  }
+}
+
+/// Returns the longest of 1, 2, 5, 10 ... kilometres that is at most `limit`.
+double RoundLength(double limit) {
+  double length = 1;
+  for (double decade = 1; decade <= limit; decade *= 10) {
+    for (const double factor : {1.0, 2.0, 5.0}) {
+      if (factor * decade <= limit) length = factor * decade;
+    }
+  }
+  return length;
+}
+
+void DrawScaleBar(SvgWriter& svg, const Projection& projection, const Vec2d& right) {
+  if (projection.Window().xRange() > WIDEST_WITH_BAR) return;
+  constexpr double LONGEST = 150;
+  const double kilometres = RoundLength(LONGEST / projection.UnitsPerKilometre());
+  const double length = kilometres * projection.UnitsPerKilometre();
+  const double left = right.x - length;
+  for (int half = 0; half < 2; ++half) {
+    const double x = left + half * length / 2;
+    svg.BeginRectangle(Box2d(x, right.y - 4, x + length / 2, right.y));
+    svg.Attribute("fill", half == 0 ? "#3d4a52" : "#fff").Attribute("stroke", "#3d4a52");
+    svg.Attribute("stroke-width", 0.7).End();
+  }
+  Write(svg, Vec2d(left - 6, right.y + 1), "end", "small",
+        FormatCount(static_cast<std::size_t>(kilometres)) + L" km");
+}
+
+GString SourceLine(const Model& model) {
+  GString text(L"Sources: ");
+  const wchar_t* separator = L"";
+  for (const Source& source : model.sources) {
+    text += separator;
+    text += source.layer + L": " + (source.credit.empty() ? source.fileName : source.credit);
+    separator = L" \u00B7 ";
+  }
+  return text;
+}
+
+GString ProjectionLine(const Projection& projection) {
+  const Box2d& window = projection.Window();
+  GString text(L"Equirectangular projection, true to scale along ");
+  if (window.yMin() < 0 && window.yMax() > 0) {
+    return text + FormatShort(projection.Parallel(), 1) + L"\u00B0 north and south";
+  }
+  const double side = window.yMax() <= 0 ? -1 : 1;
+  return text + FormatLatitude(side * projection.Parallel(), 1);
+}
+
+}  // namespace
+
+void DrawLegend(SvgWriter& svg, const Model& model, const Projection& projection,
+                const Vec2d& corner, double width) {
+  svg.Begin("g").Attribute("font-size", "12px");
+  DrawClasses(svg, model, Vec2d(corner.x, corner.y + 8));
+  DrawMagnitudes(svg, model, Vec2d(corner.x + width - 5.4 * MAGNITUDE_STEP, corner.y + 8));
+  DrawCitySizes(svg, Vec2d(corner.x, corner.y + 82));
+  DrawScaleBar(svg, projection, Vec2d(corner.x + width, corner.y + 82));
+  Write(svg, Vec2d(corner.x, corner.y + 108), "", "small", ProjectionLine(projection));
+  Write(svg, Vec2d(corner.x, corner.y + 124), "", "small", SourceLine(model));
+  svg.End();
+}
+
+}  // namespace mapreport

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// The page is laid out in units of a CSS pixel. The map is as large as MAX_WIDTH by MAX_HEIGHT
+// allow, the page at least as wide as the legend. Layers go from the bottom up: sea, countries,
+// graticule, events, names, frame.
+
+#include "SvgMap.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "Analysis.h"
+#include "Format.h"
+#include "Labels.h"
+#include "SvgCountries.h"
+#include "SvgGraticule.h"
+#include "SvgLegend.h"
+#include "SvgPoints.h"
+
+namespace mapreport {
+
+using namespace shr;
+
+namespace {
+
+constexpr double MAX_WIDTH = 1200;
+constexpr double MAX_HEIGHT = 900;
+constexpr double SIDE = 48;
+constexpr double TOP = 92;
+constexpr double FRAME_TO_LEGEND = 40;
+
+/// Scripts that the first faces lack are found by the viewer; East Asian faces by the language of
+/// the text.
+constexpr const char* STYLE_SHEET =
+    "text{font-family:'Noto Sans','Segoe UI','DejaVu Sans','Noto Sans Arabic','Noto Sans Hebrew',"
+    "'Noto Sans Thai',Arial,sans-serif;fill:#2b2b2b}"
+    ".country{stroke:#857a6b;stroke-width:.5;stroke-linejoin:round}"
+    ".graticule{fill:none;stroke:#5f7f93;stroke-width:.5;stroke-opacity:.45}"
+    ".degree{font-size:10.5px;fill:#55626b}"
+    ".event{fill:#2f3f8f;fill-opacity:.38;stroke:#fff;stroke-width:.5;stroke-opacity:.75}"
+    ".halo{paint-order:stroke;stroke:#fff;stroke-opacity:.85;stroke-width:2.6px;"
+    "stroke-linejoin:round}"
+    ".strong{font-size:12px;font-weight:700;fill:#1e2a6b}"
+    ".dot{fill:#fff;stroke:#1a1a1a;stroke-width:1}"
+    ".head{font-weight:700}"
+    ".small{font-size:10.5px;fill:#555}";
+
+struct Page {
+  double width;
+  double height;
+  Projection projection;
+};
+
+Page LayOut(const Box2d& window) {
+  const Projection trial(window, 0, 0, MAX_WIDTH, MAX_HEIGHT);
+  const double mapWidth = trial.Frame().xRange();
+  const double width = std::ceil(std::max(mapWidth, LEGEND_WIDTH) + 2 * SIDE);
+  const Projection projection(window, std::floor((width - mapWidth) / 2), TOP, MAX_WIDTH,
+                              MAX_HEIGHT);
+  const double height = std::ceil(projection.Frame().yMax() + FRAME_TO_LEGEND + LEGEND_HEIGHT);
+  return {width, height, projection};
+}
+
+GString Subtitle(const Model& model) {
+  const std::size_t visible = CountVisible(model);
+  GString text = FormatCount(visible, L"event", L"events");
+  if (visible != model.events.size()) text += L" of " + FormatCount(model.events.size());
+  const GString period = FormatPeriod(model);
+  if (!period.empty()) text += L" \u00B7 " + period;
+  const std::vector<std::size_t> strongest = StrongestEvents(model, 1);
+  if (strongest.empty()) return text;
+  return text + L" \u00B7 largest magnitude " +
+         FormatMagnitude(model.events[strongest.front()].magnitude);
+}
+
+void DrawTitle(SvgWriter& svg, const Model& model, const GString& title, double left) {
+  svg.Begin("text").Attribute("x", left).Attribute("y", 38);
+  svg.Attribute("font-size", "25px").Attribute("font-weight", "700").Text(title).End();
+  svg.Begin("text").Attribute("x", left).Attribute("y", 60);
+  svg.Attribute("font-size", "14px").Text(Subtitle(model)).End();
+}
+
+void BeginDocument(SvgWriter& svg, const Page& page, const GString& title) {
+  std::string box = "0 0 ";
+  AppendTenths(box, Tenths(page.width));
+  box += ' ';
+  AppendTenths(box, Tenths(page.height));
+  svg.Begin("svg").Attribute("xmlns", "http://www.w3.org/2000/svg").Attribute("version", "1.1");
+  svg.Attribute("width", page.width).Attribute("height", page.height).Attribute("viewBox", box);
+  svg.Begin("title").Text(title).End();
+  svg.Begin("style").Raw(STYLE_SHEET).End();
+  svg.Begin("clipPath").Attribute("id", "map");
+  svg.BeginRectangle(page.projection.Frame()).Attribute("fill", "#fff").End();
+  svg.End();
+  svg.BeginRectangle(Box2d(0, 0, page.width, page.height)).Attribute("fill", "#fdfcf9").End();
+}
+
+}  // namespace
+
+MapPicture DrawMap(const Model& model, const MapStyle& style) {
+  const Page page = LayOut(model.window);
+  const Projection& projection = page.projection;
+  const Graticule graticule = MakeGraticule(model.window);
+  SvgWriter svg;
+  BeginDocument(svg, page, style.title);
+  svg.Begin("g").Attribute("clip-path", "url(#map)");
+  svg.BeginRectangle(projection.Frame()).Attribute("fill", "#d9e6ee").End();
+  DrawCountries(svg, model, projection);
+  DrawGraticule(svg, projection, graticule);
+  DrawEvents(svg, model, projection);
+  LabelPlacer placer(projection.Frame());
+  DrawEventNames(svg, model, projection, placer);
+  MapPicture picture;
+  picture.cities = DrawCities(svg, model, projection, style.labels, placer);
+  svg.End();
+  DrawFrame(svg, projection, graticule);
+  const double left = std::min(projection.Frame().xMin(), (page.width - LEGEND_WIDTH) / 2);
+  DrawTitle(svg, model, style.title, left);
+  DrawLegend(svg, model, projection, Vec2d(left, projection.Frame().yMax() + FRAME_TO_LEGEND),
+             page.width - 2 * left);
+  svg.End();
+  picture.svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + svg.Take();
+  picture.width = static_cast<int>(page.width);
+  picture.height = static_cast<int>(page.height);
+  return picture;
+}
+
+}  // namespace mapreport

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+/// @file
+/// Draws events as circles, and cities and the strongest events with their names.
+
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "Labels.h"
+#include "Model.h"
+#include "Projection.h"
+#include "SvgWriter.h"
+
+namespace mapreport {
+
+/// Returns the radius of an event's circle: its area grows with about the fourth power of the
+/// magnitude.
+double EventRadius(double magnitude);
+
+/// How a city of some size is drawn.
+struct CitySize {
+  double smallestPopulation;
+  double type;    ///< size of its name
+  double radius;  ///< of its marker
+};
+
+/// The sizes, largest first; the last one holds all the rest.
+inline constexpr CitySize CITY_SIZES[] = {{5e6, 12, 2.6}, {1e6, 11, 2.1}, {0, 10, 1.7}};
+
+/// Draws the visible events, large ones first, so that small ones stay visible.
+void DrawEvents(SvgWriter& svg, const Model& model, const Projection& projection);
+
+/// Writes their magnitudes beside the strongest events.
+void DrawEventNames(SvgWriter& svg, const Model& model, const Projection& projection,
+                    LabelPlacer& placer);
+
+/// Draws at most `most` cities whose names find room. Returns them in the order of the model.
+std::vector<std::size_t> DrawCities(SvgWriter& svg, const Model& model,
+                                    const Projection& projection, std::size_t most,
+                                    LabelPlacer& placer);
+
+}  // namespace mapreport

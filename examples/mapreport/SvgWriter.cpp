@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "SvgWriter.h"
+
+#include <cmath>
+
+namespace mapreport {
+
+using namespace shr;
+
+namespace {
+
+constexpr std::uint32_t UTF8_PAGE = 65001;
+
+/// XML 1.0, production 2 (Char), for single units; surrogates are the encoder's business.
+bool IsXmlUnit(wchar_t unit) {
+  if (unit < 0x20) return unit == L'\t' || unit == L'\n' || unit == L'\r';
+  return unit != 0xFFFE && unit != 0xFFFF;
+}
+
+const wchar_t* Escape(wchar_t unit) {
+  switch (unit) {
+    case L'&':
+      return L"&amp;";
+    case L'<':
+      return L"&lt;";
+    case L'>':
+      return L"&gt;";
+    case L'"':
+      return L"&quot;";
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace
+
+long long Tenths(double value) {
+  return std::llround(value * 10);
+}
+
+void AppendTenths(std::string& text, long long tenths) {
+  if (tenths < 0) text += '-';
+  const long long magnitude = tenths < 0 ? -tenths : tenths;
+  text += std::to_string(magnitude / 10);
+  if (magnitude % 10 == 0) return;
+  text += '.';
+  text += static_cast<char>('0' + magnitude % 10);
+}
+
+std::string HexColor(const Color4b& color) {
+  constexpr char DIGITS[] = "0123456789abcdef";
+  const std::uint32_t rgba = color.GetRGBA();
+  std::string text = "#";
+  for (int shift = 28; shift >= 8; shift -= 4) text += DIGITS[(rgba >> shift) & 15];
+  return text;
+}
+
+std::string XmlEscape(const GString& text) {
+  GString escaped;
+  for (const wchar_t unit : text) {
+    if (const wchar_t* const replacement = Escape(unit)) {
+      escaped += replacement;
+    } else {
+      escaped += IsXmlUnit(unit) ? unit : L'\xFFFD';
+    }
+  }
+  return escaped.ToNarrow(UTF8_PAGE);
+}
+
+SvgWriter& SvgWriter::Begin(std::string_view name) {
+  CloseStartTag();
+  if (!out_.empty() && out_.back() != '\n') out_ += '\n';
+  out_ += '<';
+  out_ += name;
+  open_.emplace_back(name);
+  inStartTag_ = true;
+  hasText_ = false;
+  return *this;
+}
+
+SvgWriter& SvgWriter::BeginRectangle(const Box2d& box) {
+  Begin("rect").Attribute("x", box.xMin()).Attribute("y", box.yMin());
+  return Attribute("width", box.xRange()).Attribute("height", box.yRange());
+}
+
+SvgWriter& SvgWriter::Attribute(std::string_view name, std::string_view value) {
+  out_ += ' ';
+  out_ += name;
+  out_ += "=\"";
+  out_ += value;
+  out_ += '"';
+  return *this;
+}
+
+SvgWriter& SvgWriter::Attribute(std::string_view name, double value) {
+  std::string text;
+  AppendTenths(text, Tenths(value));
+  return Attribute(name, text);
+}
+
+SvgWriter& SvgWriter::End() {
+  if (inStartTag_) {
+    out_ += "/>";
+  } else {
+    if (!hasText_) out_ += '\n';
+    out_ += "</" + open_.back() + ">";
+  }
+  inStartTag_ = false;
+  hasText_ = false;
+  open_.pop_back();
+  if (open_.empty()) out_ += '\n';
+  return *this;
+}
+
+SvgWriter& SvgWriter::Text(const GString& text) {
+  return Raw(XmlEscape(text));
+}
+
+SvgWriter& SvgWriter::Raw(std::string_view markup) {
+  CloseStartTag();
+  out_ += markup;
+  hasText_ = true;
+  return *this;
+}
+
+void SvgWriter::CloseStartTag() {
+  if (inStartTag_) out_ += '>';
+  inStartTag_ = false;
+}
+
+void PathBuilder::MoveTo(const Vec2d& point) {
+  x_ = Tenths(point.x);
+  y_ = Tenths(point.y);
+  data_ += 'M';
+  AppendTenths(data_, x_);
+  data_ += ' ';
+  AppendTenths(data_, y_);
+  inLine_ = false;
+}
+
+void PathBuilder::LineTo(const Vec2d& point) {
+  const long long dx = Tenths(point.x) - x_;
+  const long long dy = Tenths(point.y) - y_;
+  if (dx == 0 && dy == 0) return;
+  data_ += inLine_ ? (dx < 0 ? "" : " ") : "l";
+  AppendTenths(data_, dx);
+  if (dy >= 0) data_ += ' ';
+  AppendTenths(data_, dy);
+  x_ += dx;
+  y_ += dy;
+  inLine_ = true;
+}
+
+void PathBuilder::Close() {
+  data_ += 'z';
+  inLine_ = false;
+}
+
+}  // namespace mapreport

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+/// @file
+/// Reads text files by lines, and tables of separated fields by rows, keeping the line number for
+/// messages.
+///
+///     TableReader table(path, DetectTextFormat(path, std::nullopt));
+///     const std::size_t name = table.Column({L"name"});
+///     while (table.NextRow()) cities.push_back(table.Field(name));
+///
+/// A reader holds one line or row at a time, however large the file is.
+
+#pragma once
+
+#include <cstddef>
+#include <initializer_list>
+#include <limits>
+#include <optional>
+#include <vector>
+
+#include "TextFormat.h"
+#include "shared/files/EncodedBufferedFile.h"
+#include "shared/text/GString.h"
+
+namespace mapreport {
+
+/// The lines of one text file.
+class LineReader {
+public:
+  LineReader(const GString& path, const TextFormat& format);
+
+  /// Reads the next line, without its end. Returns false at the end of the file.
+  /// Errors: `ThrowInputError` when the line holds a zero character.
+  bool Next(GString& line);
+
+  /// Returns the number of the line read last, from 1; 0 before the first.
+  std::size_t LineNumber() const { return lineNumber_; }
+  const GString& Path() const { return path_; }
+
+  /// Rejects the line read last.
+  [[noreturn]] void Fail(const GString& what) const;
+
+private:
+  GString path_;
+  shr::CEncodedBufferedFile file_;
+  std::size_t lineNumber_ = 0;
+};
+
+/// A table whose first row names the columns. The separator is the comma, the semicolon or the tab,
+/// whichever the first row holds most of. A field may stand in double quotes; inside, separators
+/// and line ends are text and two quotes are one.
+class TableReader {
+public:
+  static constexpr std::size_t NO_COLUMN = std::numeric_limits<std::size_t>::max();
+
+  TableReader(const GString& path, const TextFormat& format);
+
+  /// Returns the column that bears one of `names` (letter case does not matter), or `NO_COLUMN`.
+  std::size_t FindColumn(std::initializer_list<const wchar_t*> names) const;
+  /// The same, but a missing column is an error that tells the first name.
+  std::size_t Column(std::initializer_list<const wchar_t*> names) const;
+
+  /// Reads the next row; blank lines are passed over. Returns false at the end.
+  /// Errors: `ThrowInputError` when the number of fields is not that of the first row, or quotes
+  /// are not closed.
+  bool NextRow();
+
+  /// Returns a field of the current row; of `NO_COLUMN` the empty text.
+  const GString& Field(std::size_t column) const;
+  /// Returns the field as a number, or nothing when it is empty.
+  std::optional<double> OptionalNumber(std::size_t column) const;
+  /// Returns the field as a finite number from `smallest` to `largest`.
+  double Number(std::size_t column, double smallest, double largest) const;
+
+  /// Returns the number of rows read so far, without the first.
+  std::size_t RowCount() const { return rowCount_; }
+  /// Rejects the current row.
+  [[noreturn]] void Fail(const GString& what) const;
+
+private:
+  void ReadFields();
+  void ParseQuoted(std::size_t& pos, GString& field);
+  void ParsePlain(std::size_t& pos, GString& field) const;
+
+  LineReader lines_;
+  wchar_t separator_ = L',';
+  std::vector<GString> header_;
+  GString line_;
+  std::vector<GString> fields_;
+  std::size_t rowLine_ = 1;
+  std::size_t rowCount_ = 0;
+};
+
+}  // namespace mapreport
