@@ -16,10 +16,16 @@ rm -rf "$json"
 mkdir -p "$json"
 for program in build/bench/bin/*_bench; do
   "$program" --benchmark_list_tests --benchmark_filter="$rows" 2>/dev/null | grep -q . || continue
-  # Several repetitions, of which the table takes the median. One row at a time: nothing else may run beside it.
-  "$program" --benchmark_filter="$rows" --benchmark_repetitions="${REPETITIONS:-5}" \
-    --benchmark_min_time="${MIN_TIME:-0.1}" --benchmark_report_aggregates_only=false \
-    --benchmark_out="$json/$(basename "$program").json" --benchmark_out_format=json >"$json/$(basename "$program").log"
+  echo "Running $program"
+  name=$json/$(basename "$program")
+  # Several repetitions in mixed order, of which the table takes the median: what disturbs the machine for a while
+  # then hits all contenders alike.
+  if ! "$program" --benchmark_filter="$rows" --benchmark_repetitions="${REPETITIONS:-5}" \
+      --benchmark_min_time="${MIN_TIME:-0.1}" --benchmark_enable_random_interleaving=true \
+      --benchmark_out="$name.json" --benchmark_out_format=json >"$name.log" 2>&1; then
+    tail -n 20 "$name.log" >&2
+    exit 1
+  fi
 done
 if ! compgen -G "$json/*.json" >/dev/null; then
   echo "No benchmark matches '$rows'." >&2

@@ -66,7 +66,10 @@ def growth(points):
 
 
 def make_rows(times):
-    """Returns the rows as dictionaries by COLUMNS; what a row lacks is None. Limits are under "limits"."""
+    """Returns the rows as dictionaries by COLUMNS; what a row lacks is None.
+
+    The keys "slower" and "limits" hold the times of the other peers and of the limits.
+    """
     rows = []
     for row, size in sorted(times):
         contenders = times[row, size]
@@ -78,6 +81,7 @@ def make_rows(times):
             "row": row, "size": size, "ours": ours, "peer_time": peers.get(peer), "peer": peer,
             "ratio": peers[peer] / ours if peer and ours else None, "exponent": slope,
             "limits": {name: time for name, time in contenders.items() if name[0] == "_"},
+            "slower": {name: time for name, time in peers.items() if name != peer},
         })
     return rows
 
@@ -139,11 +143,13 @@ def main():
 
     print_banner(documents, options.cache, sys.stdout)
     print_table(COLUMNS, lines, sys.stdout)
-    limits = [[row["row"], text_of(row["size"]), name, text_of(time), text_of(row["ours"] / time if row["ours"] else None)]
-              for row in rows for name, time in sorted(row["limits"].items())]
-    if limits:
-        print()
-        print_table(["limit of row", "size", "limit", "time", "ours / limit"], limits, sys.stdout)
+    for key, title in (("slower", "slower peers of"), ("limits", "limits of")):
+        others = [[row["row"], text_of(row["size"]), name, text_of(time),
+                   text_of(time / row["ours"] if row["ours"] else None)]
+                  for row in rows for name, time in sorted(row[key].items())]
+        if others:
+            print()
+            print_table([title, "size", "contender", "time", "ratio"], others, sys.stdout)
     for name in left_out:
         print(f"not in the table, its name is not subsystem/work/contender/size: {name}")
     if options.out:
