@@ -50,7 +50,7 @@ class TextStream;
 class SHARED_API CEncodedBufferedFile {
 public:
   /// What other openers may do while the file is open.
-  enum Sharing { ShareNone = 0, ShareRead = 1, ShareWrite = 2, ShareAll = 3 };
+  enum Sharing : int { ShareNone = 0, ShareRead = 1, ShareWrite = 2, ShareAll = 3 };
 
   /// What `Getc` gives at the end. U+FFFF in a file looks the same; `EndOfFile` tells them apart.
   static constexpr wchar_t END_OF_TEXT = 65535;

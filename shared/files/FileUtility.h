@@ -24,7 +24,7 @@
 namespace shr {
 
 /// How the bytes of a text file stand for characters.
-enum TextEncoding {
+enum TextEncoding : int {
   EncodingANSI = 0,  ///< narrow text in a numbered code page
   EncodingUTF8 = 1,
   EncodingUTF16LE = 2,
@@ -32,7 +32,7 @@ enum TextEncoding {
 };
 
 /// How well a sample fits an encoding.
-enum ConfidenceLevel {
+enum ConfidenceLevel : int {
   ConfidenceCertain = 0,  ///< the file is empty, or the sample proves the encoding
   ConfidenceNo = 1,       ///< the sample rules the encoding out
   ConfidenceLikely = 2,   ///< the sample fits
