@@ -2,8 +2,8 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// The plain Windows types that public interfaces exchange: points, sizes, rectangles and packed
-/// colors.
+/// The plain Windows types that public interfaces exchange: points, sizes, rectangles, packed
+/// colors and records of exceptions.
 ///
 /// On Windows this is <windows.h>, lean and without its min and max macros; elsewhere the same
 /// names are declared with the same layout. Headers that only pass such a type by pointer or
@@ -64,6 +64,23 @@ struct tagRGBQUAD {
   BYTE rgbReserved;
 };
 using RGBQUAD = tagRGBQUAD;
+
+/// The operating system's record of an exception.
+struct _EXCEPTION_RECORD {
+  DWORD ExceptionCode;
+  DWORD ExceptionFlags;
+  _EXCEPTION_RECORD* ExceptionRecord;
+  void* ExceptionAddress;
+  DWORD NumberParameters;
+  std::uintptr_t ExceptionInformation[15];
+};
+using EXCEPTION_RECORD = _EXCEPTION_RECORD;
+
+struct _EXCEPTION_POINTERS {
+  EXCEPTION_RECORD* ExceptionRecord;
+  void* ContextRecord;
+};
+using EXCEPTION_POINTERS = _EXCEPTION_POINTERS;
 
 constexpr COLORREF RGB(BYTE red, BYTE green, BYTE blue) {
   return red | static_cast<COLORREF>(green) << 8 | static_cast<COLORREF>(blue) << 16;

@@ -23,6 +23,8 @@ std::wstring Widen(std::string_view text, std::uint32_t codePage) {
 
 }  // namespace
 
+const GString::size_type GString::npos = std::wstring::npos;
+
 GString::GString(const char* text) : text_(Widen(text, ANSI_CODE_PAGE)) {}
 
 GString::GString(const std::string& text) : text_(Widen(text, ANSI_CODE_PAGE)) {}

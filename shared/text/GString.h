@@ -54,7 +54,7 @@ public:
   using const_reverse_iterator = std::wstring::const_reverse_iterator;
 
   /// No position, or to the end.
-  static constexpr size_type npos = std::wstring::npos;
+  static const size_type npos;
 
   // Construction and assignment.
 

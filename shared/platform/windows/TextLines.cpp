@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "shared/platform/TextLines.h"
+
+namespace shr::platform {
+
+const wchar_t* const TEXT_LINE_END = L"\r\n";
+
+}  // namespace shr::platform
