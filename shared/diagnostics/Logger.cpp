@@ -10,7 +10,7 @@
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/platform/Paths.h"
 #include "shared/platform/RawFile.h"
-#include "shared/platform/TextLines.h"
+#include "shared/platform/TextMode.h"
 #include "shared/platform/Threads.h"
 #include "shared/text/Utf.h"
 
@@ -45,7 +45,7 @@ void AppendLine(const std::wstring& line, std::string& bytes) {
     bytes.resize(before + WideToUtf16(text, ByteOrder::LittleEndian, bytes.data() + before));
   };
   append(line);
-  append(platform::TEXT_LINE_END);
+  append(platform::TextModeTranslatesLineEnds() ? L"\r\n" : L"\n");
 }
 
 GString FormatPrefix() {

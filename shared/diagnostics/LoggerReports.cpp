@@ -56,6 +56,15 @@ unsigned int ToMegabytes(std::uint64_t bytes) {
   return static_cast<unsigned int>(bytes >> 20);
 }
 
+GString FormatFileTime(std::time_t moment) {
+  if (moment == 0) return L"-";
+  const std::tm local = platform::ToLocalTime(moment);
+  GString text;
+  text.FormatString(L"%04d-%02d-%02d %02d:%02d", local.tm_year + 1900, local.tm_mon + 1,
+                    local.tm_mday, local.tm_hour, local.tm_min);
+  return text;
+}
+
 const void* ToAddress(std::uintptr_t value) {
   return reinterpret_cast<const void*>(value);
 }
@@ -153,7 +162,7 @@ void CLogger::EnumModules() {
   Separator(LogInfo, L"Loaded Modules (path, version, time, size)");
   for (const platform::ModuleFacts& module : platform::GetModuleFacts()) {
     SendVA(LogInfo, L"%-40s %-12s %-15s %I64d", module.path.c_str(), module.version.c_str(),
-           module.fileTime.c_str(), static_cast<long long>(module.size));
+           FormatFileTime(module.fileTime).c_str(), static_cast<long long>(module.size));
   }
 }
 

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <optional>
 #include <vector>
 
@@ -77,8 +78,8 @@ struct MemoryFacts {
 
 struct ModuleFacts {
   GString path;
-  GString version;   ///< four numbers with points between, or "-"
-  GString fileTime;  ///< local time as YYYY-MM-DD HH:MM, or "-"
+  GString version;           ///< four numbers with points between, or "-"
+  std::time_t fileTime = 0;  ///< of the last change, 0 when unknown
   std::int64_t size = 0;
 };
 

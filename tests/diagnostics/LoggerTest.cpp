@@ -18,7 +18,7 @@
 
 #include "shared/diagnostics/Exception.h"
 #include "shared/diagnostics/Timer.h"
-#include "shared/platform/TextLines.h"
+#include "shared/platform/TextMode.h"
 #include "shared/platform/Threads.h"
 #include "shared/platform/WindowsTypes.h"
 #include "shared/text/Utf.h"
@@ -45,10 +45,14 @@ std::wstring ReadLog(const GString& path) {
   return text;
 }
 
+std::wstring LineEnd() {
+  return platform::TextModeTranslatesLineEnds() ? L"\r\n" : L"\n";
+}
+
 /// `lines` with the platform's line end behind each.
 std::wstring AsFile(const std::vector<std::wstring>& lines) {
   std::wstring text;
-  for (const std::wstring& line : lines) text += line + platform::TEXT_LINE_END;
+  for (const std::wstring& line : lines) text += line + LineEnd();
   return text;
 }
 
@@ -231,7 +235,7 @@ TEST(Logger, linesOfEightThreadsAreWholeAndAllThere) {
   }
   std::vector<std::wstring> found;
   const std::wstring text = ReadLog(path);
-  const std::wstring lineEnd = platform::TEXT_LINE_END;
+  const std::wstring lineEnd = LineEnd();
   for (std::size_t pos = 0; pos < text.size();) {
     const std::size_t end = std::min(text.find(lineEnd, pos), text.size());
     found.push_back(text.substr(pos, end - pos));

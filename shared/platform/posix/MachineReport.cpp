@@ -17,7 +17,6 @@
 #include <map>
 #include <string>
 
-#include "shared/platform/Clock.h"
 #include "shared/platform/Paths.h"
 #include "shared/platform/posix/NativePath.h"
 
@@ -66,23 +65,14 @@ std::uint64_t ReadKilobytes(const std::map<std::string, std::string>& facts, con
   return std::strtoull(found->second.c_str(), nullptr, 10) * BYTES_PER_KILOBYTE;
 }
 
-GString FormatFileTime(std::time_t moment) {
-  const std::tm local = ToLocalTime(moment);
-  GString text;
-  text.FormatString(L"%04d-%02d-%02d %02d:%02d", local.tm_year + 1900, local.tm_mon + 1,
-                    local.tm_mday, local.tm_hour, local.tm_min);
-  return text;
-}
-
 int AppendModule(dl_phdr_info* info, std::size_t /*size*/, void* modules) {
   ModuleFacts facts;
   const std::string name = info->dlpi_name;
   facts.path = name.empty() ? GetModulePath(nullptr) : FromNativePath(name);
   facts.version = L"-";
-  facts.fileTime = L"-";
   struct stat status = {};
   if (stat(ToNativePath(facts.path).c_str(), &status) == 0) {
-    facts.fileTime = FormatFileTime(status.st_mtime);
+    facts.fileTime = status.st_mtime;
     facts.size = status.st_size;
   }
   static_cast<std::vector<ModuleFacts>*>(modules)->push_back(std::move(facts));

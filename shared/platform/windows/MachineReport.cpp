@@ -15,7 +15,6 @@
 #include <iterator>
 #include <string>
 
-#include "shared/platform/Clock.h"
 #include "shared/platform/Paths.h"
 
 namespace shr::platform {
@@ -167,15 +166,10 @@ GString ReadProcessorText(const wchar_t* name) {
                                                    : GString(NOT_AVAILABLE);
 }
 
-GString FormatFileTime(const FILETIME& time) {
+std::time_t ToTime(const FILETIME& time) {
   const std::uint64_t steps =
       static_cast<std::uint64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
-  const auto moment = static_cast<std::time_t>((steps - EPOCH_DISTANCE) / STEPS_PER_SECOND);
-  const std::tm local = ToLocalTime(moment);
-  GString text;
-  text.FormatString(L"%04d-%02d-%02d %02d:%02d", local.tm_year + 1900, local.tm_mon + 1,
-                    local.tm_mday, local.tm_hour, local.tm_min);
-  return text;
+  return static_cast<std::time_t>((steps - EPOCH_DISTANCE) / STEPS_PER_SECOND);
 }
 
 GString ReadFileVersion(const GString& path) {
@@ -200,10 +194,9 @@ ModuleFacts DescribeModule(HMODULE module) {
   ModuleFacts facts;
   facts.path = GetModulePath(module);
   facts.version = ReadFileVersion(facts.path);
-  facts.fileTime = L"-";
   WIN32_FILE_ATTRIBUTE_DATA data = {};
   if (GetFileAttributesExW(facts.path.c_str(), GetFileExInfoStandard, &data)) {
-    facts.fileTime = FormatFileTime(data.ftLastWriteTime);
+    facts.fileTime = ToTime(data.ftLastWriteTime);
     facts.size = static_cast<std::int64_t>(data.nFileSizeHigh) << 32 | data.nFileSizeLow;
   }
   return facts;
