@@ -53,28 +53,35 @@ double LargestMagnitude(const Model& model, const Country& country) {
   return country.largestEvent == NONE ? BELOW_ALL : *model.events[country.largestEvent].magnitude;
 }
 
-/// Class starts that grow by about the square root of ten, or by ten.
-std::vector<std::size_t> ClassStarts(std::size_t largest, bool halfDecades) {
-  std::vector<std::size_t> starts;
+/// Class starts in each decade, finest first; the coarsest fits into the classes whatever the
+/// counts are.
+constexpr std::array<std::array<std::size_t, 3>, 3> SERIES = {{{1, 2, 5}, {1, 3, 0}, {1, 0, 0}}};
+
+std::vector<ColorClass> AllClasses(std::size_t largest, const std::array<std::size_t, 3>& series) {
+  std::vector<ColorClass> classes;
   for (std::size_t decade = 1; decade <= largest; decade *= 10) {
-    starts.push_back(decade);
-    if (halfDecades && 3 * decade <= largest) starts.push_back(3 * decade);
+    for (const std::size_t factor : series) {
+      if (factor == 0) continue;
+      if (!classes.empty()) classes.back().to = factor * decade - 1;
+      ColorClass next;
+      next.from = factor * decade;
+      next.to = 10 * decade - 1;
+      classes.push_back(next);
+    }
   }
-  return starts;
+  return classes;
 }
 
-std::vector<std::size_t> ChooseStarts(std::size_t largest) {
-  if (largest <= MOST_CLASSES - 2) {
-    std::vector<std::size_t> single;
-    for (std::size_t i = 1; i <= largest; ++i) single.push_back(i);
-    return single;
-  }
-  std::vector<std::size_t> starts = ClassStarts(largest, true);
-  return starts.size() <= MOST_CLASSES ? starts : ClassStarts(largest, false);
-}
-
-ColorClass* FindClass(std::vector<ColorClass>& classes, std::size_t count) {
+void CountCountries(const std::vector<std::size_t>& counts, std::vector<ColorClass>& classes) {
   for (ColorClass& c : classes) {
+    c.countries = static_cast<std::size_t>(std::count_if(
+        counts.begin(), counts.end(), [&](std::size_t n) { return n >= c.from && n <= c.to; }));
+  }
+  std::erase_if(classes, [](const ColorClass& c) { return c.countries == 0; });
+}
+
+const ColorClass* FindClass(const std::vector<ColorClass>& classes, std::size_t count) {
+  for (const ColorClass& c : classes) {
     if (count >= c.from && count <= c.to) return &c;
   }
   return nullptr;
@@ -128,28 +135,27 @@ void CountEvents(Model& model) {
 }
 
 void ColorByCount(Model& model) {
-  std::size_t largest = 0;
-  for (const Country& country : model.countries) largest = std::max(largest, country.eventCount);
-  model.classes = MakeClasses(largest);
+  std::vector<std::size_t> counts;
+  for (const Country& country : model.countries) counts.push_back(country.eventCount);
+  model.classes = MakeClasses(counts);
+  const double steps = static_cast<double>(std::max<std::size_t>(model.classes.size(), 2) - 1);
   for (std::size_t i = 0; i < model.classes.size(); ++i) {
-    const double steps = static_cast<double>(std::max<std::size_t>(model.classes.size() - 1, 1));
     model.classes[i].color = RampColor(static_cast<double>(i) / steps);
   }
   for (Country& country : model.countries) {
-    ColorClass* const found = FindClass(model.classes, country.eventCount);
+    const ColorClass* const found = FindClass(model.classes, country.eventCount);
     country.fill = found != nullptr ? found->color : EmptyColor();
-    if (found != nullptr) ++found->countries;
   }
 }
 
-std::vector<ColorClass> MakeClasses(std::size_t largest) {
-  const std::vector<std::size_t> starts = ChooseStarts(largest);
+std::vector<ColorClass> MakeClasses(const std::vector<std::size_t>& counts) {
+  if (counts.empty()) return {};
+  const std::size_t largest = *std::max_element(counts.begin(), counts.end());
   std::vector<ColorClass> classes;
-  for (std::size_t i = 0; i < starts.size(); ++i) {
-    ColorClass c;
-    c.from = starts[i];
-    c.to = i + 1 < starts.size() ? starts[i + 1] - 1 : largest;
-    classes.push_back(c);
+  for (const auto& series : SERIES) {
+    classes = AllClasses(largest, series);
+    CountCountries(counts, classes);
+    if (classes.size() <= MOST_CLASSES) break;
   }
   return classes;
 }
@@ -158,7 +164,7 @@ Color4b RampColor(double t) {
   // Yellow, orange, brown: lightness falls evenly along the ramp, and so do print and gray copies.
   static const std::array<Color4b, 4> KEYS = {
       Color4b(255, 240, 196, 255), Color4b(253, 199, 111, 255), Color4b(229, 128, 53, 255),
-      Color4b(152, 60, 18, 255)};
+      Color4b(176, 76, 28, 255)};
   const double position = std::clamp(t, 0.0, 1.0) * static_cast<double>(KEYS.size() - 1);
   const std::size_t index = std::min(static_cast<std::size_t>(position), KEYS.size() - 2);
   return Color4b::Interp(KEYS[index], KEYS[index + 1], position - static_cast<double>(index),

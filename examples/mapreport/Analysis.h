@@ -25,14 +25,15 @@ void ClipToWindow(Model& model, const Box2d& window);
 /// Cost: O(events x countries) box tests and the points of the outlines whose box holds an event.
 void CountEvents(Model& model);
 
-/// Makes up to seven classes of counts and gives each country the color of its class: from light to
-/// dark, and a gray of its own where nothing was counted.
+/// Makes classes of counts and gives each country the color of its class: from light to dark, and a
+/// gray of its own where nothing was counted.
 void ColorByCount(Model& model);
 
-/// Returns the classes for counts from 1 to `largest`, without colors: single numbers while they
-/// are few, then half decades (1, 3, 10, 30 ...), then decades. The last class is open above in
-/// name only; its `to` is the end of its step.
-std::vector<ColorClass> MakeClasses(std::size_t largest);
+/// Returns the classes that hold at least one of `counts`, without colors. Their limits are 1, 2,
+/// 5, 10, 20
+/// ...; where that makes more than seven, 1, 3, 10, 30 ..., and then the decades. Zeros belong to
+/// no class.
+std::vector<ColorClass> MakeClasses(const std::vector<std::size_t>& counts);
 
 /// Returns the color at `t` from 0 to 1 on the ramp from light to dark.
 Color4b RampColor(double t);

@@ -4,6 +4,7 @@
 #include "Labels.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace mapreport {
 
@@ -13,8 +14,8 @@ namespace {
 
 /// Characters from `first` to `last` are `width` of the type size wide. Later rows win.
 struct WidthRange {
-  wchar_t first;
-  wchar_t last;
+  std::uint32_t first;
+  std::uint32_t last;
   double width;
 };
 
@@ -46,12 +47,12 @@ constexpr WidthRange WIDTHS[] = {
     {0xF900, 0xFAFF, 1.00}, {0xFF00, 0xFF60, 1.00},
 };
 
-double CharacterWidth(wchar_t unit) {
-  // Units above 16 bits exist where the wide character has 32; most are ideographs.
-  if (static_cast<unsigned long>(unit) > 0xFFFF) return 1.0;
+double CharacterWidth(std::uint32_t code) {
+  // Characters above 16 bits, where a unit holds them; most are ideographs.
+  if (code > 0xFFFF) return 1.0;
   double width = DEFAULT_WIDTH;
   for (const WidthRange& range : WIDTHS) {
-    if (unit >= range.first && unit <= range.last) width = range.width;
+    if (code >= range.first && code <= range.last) width = range.width;
   }
   return width;
 }
@@ -98,14 +99,14 @@ bool Overlap(const Box2d& a, const Box2d& b) {
 
 double EstimateTextWidth(const GString& text, double size) {
   double width = 0;
-  for (const wchar_t unit : text) width += CharacterWidth(unit);
+  for (const wchar_t unit : text) width += CharacterWidth(static_cast<std::uint32_t>(unit));
   return width * size;
 }
 
 std::optional<LabelPlace> LabelPlacer::Place(const Vec2d& point, double radius, double width,
                                              double size) {
   const Box2d marker(point.x - radius, point.y - radius, point.x + radius, point.y + radius);
-  if (!IsFree(marker)) return std::nullopt;
+  if (!frame_.Contains(marker) || !IsFree(marker)) return std::nullopt;
   for (const LabelPlace& place : Candidates(point, radius, width, size)) {
     if (!frame_.Contains(place.box) || !IsFree(place.box)) continue;
     Block(marker);

@@ -33,7 +33,7 @@ struct LabelPlace {
 
 class LabelPlacer {
 public:
-  /// Names stay inside `frame` (y down).
+  /// Markers and names stay inside `frame` (y down).
   explicit LabelPlacer(const Box2d& frame) : frame_(frame) {}
 
   /// Keeps names off `box`.

@@ -33,7 +33,7 @@ struct Options {
                90};  ///< degrees; the east side is beyond 180 across the antimeridian
   GString outFolder;
   GString title{L"Earthquakes by country"};
-  std::size_t labels = 120;    ///< most city names on the map
+  std::size_t labels = 150;    ///< most city names on the map
   std::size_t strongest = 20;  ///< rows of the table of strongest events
   bool quiet = false;
 };

@@ -17,7 +17,7 @@ using namespace shr;
 
 namespace {
 
-constexpr double SWATCH_WIDTH = 64;
+constexpr double SWATCH_WIDTH = 68;
 constexpr double SWATCH_HEIGHT = 15;
 constexpr double MAGNITUDE_STEP = 37;
 constexpr double LARGEST_SHOWN = 8;
@@ -38,8 +38,7 @@ void DrawSwatch(SvgWriter& svg, const Vec2d& corner, const Color4b& color, const
   svg.Attribute("fill", HexColor(color)).Attribute("class", "country").End();
   const double middle = corner.x + SWATCH_WIDTH / 2;
   Write(svg, Vec2d(middle, corner.y + 29), "middle", "", label);
-  Write(svg, Vec2d(middle, corner.y + 42), "middle", "small",
-        FormatCount(countries, L"country", L"countries"));
+  Write(svg, Vec2d(middle, corner.y + 42), "middle", "small", L"(" + FormatCount(countries) + L")");
 }
 
 GString ClassLabel(const ColorClass& c) {
@@ -56,7 +55,7 @@ std::size_t CountEmptyCountries(const Model& model) {
 }
 
 void DrawClasses(SvgWriter& svg, const Model& model, const Vec2d& corner) {
-  Write(svg, corner, "", "head", L"Events in the country");
+  Write(svg, corner, "", "head", L"Events in the country (number of countries)");
   Vec2d at(corner.x, corner.y + 9);
   DrawSwatch(svg, at, EmptyColor(), L"none", CountEmptyCountries(model));
   for (const ColorClass& c : model.classes) {

@@ -29,6 +29,7 @@ constexpr double MAX_HEIGHT = 900;
 constexpr double SIDE = 48;
 constexpr double TOP = 92;
 constexpr double FRAME_TO_LEGEND = 40;
+constexpr double LABEL_MARGIN = 3;
 
 /// Scripts that the first faces lack are found by the viewer; East Asian faces by the language of
 /// the text.
@@ -38,7 +39,7 @@ constexpr const char* STYLE_SHEET =
     ".country{stroke:#857a6b;stroke-width:.5;stroke-linejoin:round}"
     ".graticule{fill:none;stroke:#5f7f93;stroke-width:.5;stroke-opacity:.45}"
     ".degree{font-size:10.5px;fill:#55626b}"
-    ".event{fill:#2f3f8f;fill-opacity:.38;stroke:#fff;stroke-width:.5;stroke-opacity:.75}"
+    ".event{fill:#27368a;fill-opacity:.42;stroke:#fff;stroke-width:.35;stroke-opacity:.7}"
     ".halo{paint-order:stroke;stroke:#fff;stroke-opacity:.85;stroke-width:2.6px;"
     "stroke-linejoin:round}"
     ".strong{font-size:12px;font-weight:700;fill:#1e2a6b}"
@@ -109,7 +110,9 @@ MapPicture DrawMap(const Model& model, const MapStyle& style) {
   DrawCountries(svg, model, projection);
   DrawGraticule(svg, projection, graticule);
   DrawEvents(svg, model, projection);
-  LabelPlacer placer(projection.Frame());
+  Box2d labelled = projection.Frame();
+  labelled.Inflate(-LABEL_MARGIN, -LABEL_MARGIN);
+  LabelPlacer placer(labelled);
   DrawEventNames(svg, model, projection, placer);
   MapPicture picture;
   picture.cities = DrawCities(svg, model, projection, style.labels, placer);
