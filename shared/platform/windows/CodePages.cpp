@@ -1,95 +1,197 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
+// Windows converts what it knows; the library's own tables and the pages below stand in for what it
+// refuses, which depends on the version and on the languages installed. UTF-8 is the library's on
+// every version, so that bad sequences are replaced alike everywhere.
+
 #include "shared/platform/CodePages.h"
 
 #include <windows.h>
 
 #include <algorithm>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <shared_mutex>
+#include <vector>
 
 #include "shared/diagnostics/ThrowError.h"
-#include "shared/text/Utf.h"
+#include "shared/platform/LibraryCodePages.h"
 
 namespace shr::platform {
 namespace {
 
-constexpr std::uint32_t UTF16_LITTLE_ENDIAN = 1200;
-constexpr std::uint32_t UTF16_BIG_ENDIAN = 1201;
-
 /// Name of the unit that conversion faults are reported under.
 constexpr const wchar_t* UNIT = L"StringUtility";
 
-bool IsUtf16(std::uint32_t codePage) {
-  return codePage == UTF16_LITTLE_ENDIAN || codePage == UTF16_BIG_ENDIAN;
+/// The system counts in int; longer input is converted in parts.
+constexpr std::size_t LONGEST_PART = std::size_t{1} << 29;
+
+/// A page whose pairs of high bytes are those of a page that the system has.
+struct EucPage {
+  std::uint32_t codePage;
+  std::uint32_t platformPage;
+  unsigned char lastLead;
+};
+
+constexpr EucPage EUC_PAGES[] = {{20936, 936, 0xF7}, {51936, 936, 0xF7}, {51949, 20949, 0xFE}};
+
+wchar_t DecodePair(std::uint32_t codePage, unsigned lead, unsigned trail) {
+  const char bytes[] = {static_cast<char>(lead), static_cast<char>(trail)};
+  wchar_t units[2];
+  return MultiByteToWideChar(codePage, 0, bytes, 2, units, 2) == 1 ? units[0] : L'?';
 }
 
-ByteOrder OrderOf(std::uint32_t codePage) {
-  return codePage == UTF16_BIG_ENDIAN ? ByteOrder::BigEndian : ByteOrder::LittleEndian;
+std::unique_ptr<const CodePageTable> BuildEucTable(const EucPage& page) {
+  auto table = std::make_unique<CodePageTable>(CodePageTable::StandIns{u'?', '?'});
+  for (unsigned byte = 0; byte < 0x80; ++byte) {
+    table->SetSingle(static_cast<unsigned char>(byte), static_cast<char16_t>(byte));
+    table->SetEncoding(static_cast<char16_t>(byte), static_cast<std::uint16_t>(byte));
+  }
+  for (unsigned lead = 0xA1; lead <= page.lastLead; ++lead) {
+    table->SetLead(static_cast<unsigned char>(lead));
+    for (unsigned trail = 0xA1; trail <= 0xFE; ++trail) {
+      const wchar_t unit = DecodePair(page.platformPage, lead, trail);
+      const auto pair = static_cast<std::uint16_t>(lead << 8 | trail);
+      if (unit == L'?') continue;
+      table->SetPair(pair, unit);
+      if (!table->HasEncoding(unit)) table->SetEncoding(unit, pair);
+    }
+  }
+  return table;
+}
+
+const EucPage* FindEucPage(std::uint32_t codePage) {
+  const auto* found =
+      std::find_if(std::begin(EUC_PAGES), std::end(EUC_PAGES),
+                   [codePage](const EucPage& row) { return row.codePage == codePage; });
+  return found == std::end(EUC_PAGES) ? nullptr : found;
 }
 
 bool PlatformServes(std::uint32_t codePage) {
   return MultiByteToWideChar(codePage, 0, "A", 1, nullptr, 0) > 0;
 }
 
-void AppendWideByPlatform(std::uint32_t codePage, std::string_view bytes, std::wstring& wide) {
+/// Holds what was found out about the pages that the system may refuse. Asking it about such a page
+/// costs a search on disk, so it is done once. Readers never wait for each other.
+class StandInCache {
+public:
+  /// Returns the table of a page, null where the system serves the page itself.
+  const CodePageTable* Find(std::uint32_t codePage) {
+    {
+      const std::shared_lock lock(mutex_);
+      const auto found = tables_.find(codePage);
+      if (found != tables_.end()) return found->second;
+    }
+    const std::unique_lock lock(mutex_);
+    const auto [entry, isNew] = tables_.try_emplace(codePage, nullptr);
+    if (isNew && !PlatformServes(codePage)) entry->second = Build(codePage);
+    return entry->second;
+  }
+
+private:
+  const CodePageTable* Build(std::uint32_t codePage) {
+    if (const CodePageTable* table = LibraryCodePageTable(codePage)) return table;
+    owned_.push_back(BuildEucTable(*FindEucPage(codePage)));
+    return owned_.back().get();
+  }
+
+  std::shared_mutex mutex_;
+  std::map<std::uint32_t, const CodePageTable*> tables_;
+  std::vector<std::unique_ptr<const CodePageTable>> owned_;
+};
+
+/// Returns the table that converts a page in the system's place, or null.
+const CodePageTable* StandInTable(std::uint32_t codePage) {
+  static StandInCache& cache = *new StandInCache;
+  const bool canStandIn = HasLibraryTable(codePage) || FindEucPage(codePage) != nullptr;
+  return canStandIn ? cache.Find(codePage) : nullptr;
+}
+
+/// Returns where to cut `bytes`: whole when they fit, else behind a line, which no sequence spans.
+std::size_t PartLength(std::string_view bytes) {
+  if (bytes.size() <= LONGEST_PART) return bytes.size();
+  const std::size_t lineEnd = bytes.rfind('\n', LONGEST_PART - 1);
+  return lineEnd == std::string_view::npos ? LONGEST_PART : lineEnd + 1;
+}
+
+std::size_t PartLength(std::wstring_view text) {
+  if (text.size() <= LONGEST_PART) return text.size();
+  return IS_HIGH_SURROGATE(text[LONGEST_PART - 1]) ? LONGEST_PART - 1 : LONGEST_PART;
+}
+
+/// Asks for the size, then converts. Returns false when the system refuses the page.
+bool AppendPart(std::uint32_t codePage, std::string_view bytes, std::wstring& wide) {
   const int size = static_cast<int>(bytes.size());
   const int needed = MultiByteToWideChar(codePage, 0, bytes.data(), size, nullptr, 0);
+  if (needed <= 0) return false;
   const std::size_t before = wide.size();
   wide.resize(before + static_cast<std::size_t>(needed));
   const int written =
       MultiByteToWideChar(codePage, 0, bytes.data(), size, wide.data() + before, needed);
   if (written != needed) ThrowInternalError(SHARED_MODULE, UNIT, __LINE__);
+  return true;
 }
 
-void AppendNarrowByPlatform(std::uint32_t codePage, std::wstring_view text, std::string& narrow) {
+bool AppendPart(std::uint32_t codePage, std::wstring_view text, std::string& narrow) {
   const int size = static_cast<int>(text.size());
   const int needed =
       WideCharToMultiByte(codePage, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
+  if (needed <= 0) return false;
   const std::size_t before = narrow.size();
   narrow.resize(before + static_cast<std::size_t>(needed));
   const int written = WideCharToMultiByte(codePage, 0, text.data(), size, narrow.data() + before,
                                           needed, nullptr, nullptr);
   if (written != needed) ThrowInternalError(SHARED_MODULE, UNIT, __LINE__);
+  return true;
+}
+
+/// Converts by the system. Returns false, having appended nothing, when it refuses the page.
+template <typename Source, typename Target>
+bool AppendByPlatform(std::uint32_t codePage, Source source, Target& target) {
+  const std::size_t before = target.size();
+  while (!source.empty()) {
+    const std::size_t length = PartLength(source);
+    if (!AppendPart(codePage, source.substr(0, length), target)) {
+      target.resize(before);
+      return false;
+    }
+    source.remove_prefix(length);
+  }
+  return true;
 }
 
 }  // namespace
 
 bool IsCodePageServed(std::uint32_t codePage) {
-  return codePage == CP_UTF8 || IsUtf16(codePage) || PlatformServes(codePage);
+  return IsUtfPage(codePage) || StandInTable(codePage) != nullptr || PlatformServes(codePage);
 }
 
 bool AppendWide(std::uint32_t codePage, std::string_view bytes, std::wstring& wide) {
-  const std::size_t before = wide.size();
-  if (codePage == CP_UTF8) {
-    wide.resize(before + bytes.size());
-    wide.resize(before + Utf8ToWide(bytes, wide.data() + before));
+  if (IsUtfPage(codePage)) {
+    AppendWideFromUtf(codePage, bytes, wide);
     return true;
   }
-  if (IsUtf16(codePage)) {
-    wide.resize(before + (bytes.size() + 1) / 2);
-    wide.resize(before + Utf16ToWide(bytes, OrderOf(codePage), wide.data() + before));
+  if (const CodePageTable* table = StandInTable(codePage)) {
+    table->AppendDecoded(bytes, wide);
     return true;
   }
-  if (!PlatformServes(codePage)) return false;
-  if (!bytes.empty()) AppendWideByPlatform(codePage, bytes, wide);
-  return true;
+  // The system also converts shift codes alone to nothing.
+  return (!bytes.empty() && AppendByPlatform(codePage, bytes, wide)) || PlatformServes(codePage);
 }
 
 bool AppendNarrow(std::uint32_t codePage, std::wstring_view text, std::string& narrow) {
-  const std::size_t before = narrow.size();
-  if (codePage == CP_UTF8) {
-    narrow.resize(before + text.size() * UTF8_BYTES_PER_UNIT);
-    narrow.resize(before + WideToUtf8(text, narrow.data() + before));
+  if (IsUtfPage(codePage)) {
+    AppendNarrowToUtf(codePage, text, narrow);
     return true;
   }
-  if (IsUtf16(codePage)) {
-    narrow.resize(before + text.size() * sizeof(wchar_t));
-    narrow.resize(before + WideToUtf16(text, OrderOf(codePage), narrow.data() + before));
+  if (const CodePageTable* table = StandInTable(codePage)) {
+    table->AppendEncoded(text, narrow);
     return true;
   }
-  if (!PlatformServes(codePage)) return false;
-  if (!text.empty()) AppendNarrowByPlatform(codePage, text, narrow);
-  return true;
+  return (!text.empty() && AppendByPlatform(codePage, text, narrow)) || PlatformServes(codePage);
 }
 
 }  // namespace shr::platform
