@@ -37,14 +37,14 @@ namespace shr {
 class SHARED_API CBufferedFile {
 public:
   /// What other openers may do meanwhile. shared/platform/RawFile.h tells whom it binds.
-  enum Sharing {
+  enum Sharing : int {
     ShareNone = 0,   ///< deny reading and writing
     ShareRead = 1,   ///< deny writing
     ShareWrite = 2,  ///< deny reading
     ShareAll = 3,    ///< deny nothing
   };
 
-  enum Origin { OriginBegin = 0, OriginCurrent = 1, OriginEnd = 2 };
+  enum Origin : int { OriginBegin = 0, OriginCurrent = 1, OriginEnd = 2 };
 
   CBufferedFile() = default;
   /// Takes over an open stream; null leaves the object closed. The path is empty until

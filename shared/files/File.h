@@ -35,10 +35,10 @@ namespace shr {
 class SHARED_API CFile {
 public:
   /// Any other value opens read only.
-  enum Access { AccessRead = 1, AccessWrite = 2, AccessReadWrite = 3 };
+  enum Access : int { AccessRead = 1, AccessWrite = 2, AccessReadWrite = 3 };
 
   /// What to do about an existing or a missing file.
-  enum Mode {
+  enum Mode : int {
     ModeCreateNew = 1,         ///< create; fail if it exists
     ModeCreateAlways = 2,      ///< create or empty
     ModeOpenExisting = 3,      ///< fail if missing
@@ -48,14 +48,14 @@ public:
   };
 
   /// What other openers may do meanwhile. shared/platform/RawFile.h tells whom it binds.
-  enum Sharing {
+  enum Sharing : int {
     ShareNone = 0,   ///< deny reading and writing
     ShareRead = 1,   ///< deny writing
     ShareWrite = 2,  ///< deny reading
     ShareAll = 3,    ///< deny nothing
   };
 
-  enum Origin { OriginBegin = 0, OriginCurrent = 1, OriginEnd = 2 };
+  enum Origin : int { OriginBegin = 0, OriginCurrent = 1, OriginEnd = 2 };
 
   static constexpr int NO_HANDLE = -1;
 

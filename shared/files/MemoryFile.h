@@ -30,7 +30,7 @@ namespace shr {
 /// content and position as they were. Allocation failures are `std::bad_alloc`.
 class SHARED_API CMemoryFile {
 public:
-  enum Origin { OriginBegin = 0, OriginCurrent = 1, OriginEnd = 2 };
+  enum Origin : int { OriginBegin = 0, OriginCurrent = 1, OriginEnd = 2 };
 
   /// An empty file that owns its buffer.
   CMemoryFile() = default;

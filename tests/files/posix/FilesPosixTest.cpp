@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// Files on this target: devices, pipes, links, permissions, untranslated line ends.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "shared/files/BufferedFile.h"
+#include "shared/files/File.h"
+#include "shared/files/Path.h"
+#include "shared/files/ReplacementFile.h"
+#include "shared/platform/Paths.h"
+#include "tests/support/Failures.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace shr {
+namespace {
+
+using test::Failure;
+using test::HasSystemText;
+using test::ReadBytes;
+using test::TemporaryFolder;
+using test::WriteBytes;
+
+TEST(PosixFiles, aFullDiskFailsTheWriteTheFlushOrTheClose) {
+  const GString path = L"/dev/full";
+  const GString write = L"Unable to write '/dev/full'.";
+  CFile raw(path, CFile::AccessWrite, CFile::ModeOpenExisting, CFile::ShareAll);
+  EXPECT_TRUE(HasSystemText(Failure([&] { raw.Write("1", 1); }), write));
+  CBufferedFile file(path, L"wb", CBufferedFile::ShareAll, false);
+  file.Putc('1');
+  EXPECT_TRUE(HasSystemText(Failure([&] { file.Flush(); }), write));
+  const std::string large(1 << 20, 'x');
+  EXPECT_TRUE(HasSystemText(Failure([&] { file.WriteString(large.c_str()); }), write));
+  CBufferedFile closed(path, L"wb", CBufferedFile::ShareAll, false);
+  closed.Putc('1');
+  EXPECT_TRUE(HasSystemText(Failure([&] { closed.Close(); }), L"Unable to close '/dev/full'."));
+  EXPECT_FALSE(closed.IsOpen());
+}
+
+TEST(PosixFiles, aPipeIsReadExactlyButHasNoEndOrLength) {
+  int ends[2];
+  ASSERT_EQ(0, pipe(ends));
+  CFile reader(ends[0]);
+  CFile writer(ends[1]);
+  writer.Write("12", 2);
+  char bytes[4] = {};
+  EXPECT_EQ(2u, reader.Read(bytes, 4));
+  EXPECT_EQ(L"EOF: Bad file handle", Failure([&] { reader.EndOfFile(); }));
+  writer.Write("34", 2);
+  writer.Close();
+  EXPECT_EQ(L"Unexpected end of file.", Failure([&] { reader.ReadN(bytes, 3); }));
+  EXPECT_EQ("34", std::string(bytes, 2));
+}
+
+TEST(PosixFiles, textModeTranslatesNothing) {
+  const TemporaryFolder folder;
+  const GString path = folder.Path(L"a.txt");
+  const std::string text = "1\n2\r\n\x1A 3";
+  CBufferedFile writer(path, L"wt", CBufferedFile::ShareAll, false);
+  writer.WriteString(text.c_str());
+  writer.Close();
+  EXPECT_EQ(text, ReadBytes(path));
+  CBufferedFile reader(path, L"rt", CBufferedFile::ShareAll, false);
+  char bytes[16] = {};
+  EXPECT_EQ(text.size(), reader.Read(bytes, sizeof bytes));
+}
+
+TEST(PosixFiles, anExecutableInUseIsNotReplaced) {
+  const GString path = platform::GetModulePath(nullptr);
+  EXPECT_TRUE(HasSystemText(Failure([&] { CReplacementFile file(path); }),
+                            GString(L"Unable to open '") + path + L"'."));
+}
+
+TEST(PosixFiles, replacementKeepsPermissionsAndLinks) {
+  const TemporaryFolder folder;
+  const TemporaryFolder links;
+  const GString path = folder.Path(L"a.html");
+  const auto native = test::ToFilesystemPath(path);
+  const auto link = test::ToFilesystemPath(links.Path(L"link.html"));
+  WriteBytes(path, "old");
+  ASSERT_EQ(0, chmod(native.c_str(), 0640));
+  std::filesystem::create_symlink(native, link);
+  CReplacementFile file(links.Path(L"link.html"));
+  file.Write("new");
+  file.Commit();
+  EXPECT_EQ("new", ReadBytes(path));
+  EXPECT_TRUE(std::filesystem::is_symlink(link));
+  struct stat status = {};
+  ASSERT_EQ(0, stat(native.c_str(), &status));
+  EXPECT_EQ(0640u, status.st_mode & 07777);
+}
+
+TEST(PosixFiles, devicesAreNotReplaced) {
+  CReplacementFile file(L"/dev/null");
+  file.Write("x");
+  EXPECT_TRUE(HasSystemText(Failure([&] { file.Commit(); }), L"Unable to write '/dev/null'."));
+  struct stat status = {};
+  ASSERT_EQ(0, stat("/dev/null", &status));
+  EXPECT_TRUE(S_ISCHR(status.st_mode));
+}
+
+TEST(PosixFiles, modulesAreKnownByAnAddressInThem) {
+  const GString library = platform::GetModulePath(reinterpret_cast<const void*>(&LocateFile));
+  EXPECT_NE(GString::npos, library.String().find(L"libshared")) << library;
+}
+
+}  // namespace
+}  // namespace shr
