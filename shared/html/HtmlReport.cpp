@@ -4,10 +4,10 @@
 #include "shared/html/HtmlReport.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <locale>
 
-#include "shared/diagnostics/ThrowError.h"
-#include "shared/platform/RawFile.h"
+#include "shared/files/ReplacementFile.h"
 
 namespace shr {
 namespace {
@@ -284,24 +284,28 @@ CHtmlReport::CHtmlReport() {
   imbue(std::locale::classic());
 }
 
+// The stream's virtual base has no move constructor: it begins afresh, and the stream then moves
+// its state.
+CHtmlReport::CHtmlReport(CHtmlReport&& other) : std::ios(), std::ostringstream(std::move(other)) {
+  other.str({});
+}
+
+CHtmlReport& CHtmlReport::operator=(CHtmlReport&& other) {
+  if (this == &other) return *this;
+  std::ostringstream::operator=(std::move(other));
+  other.str({});
+  return *this;
+}
+
 std::string CHtmlReport::GetReport() const {
   return str().append(DOCUMENT_END);
 }
 
 void CHtmlReport::WriteToFile(const GString& path) const {
-  const std::string document = GetReport() + '\n';
-  platform::FileOpenOptions options;
-  options.write = options.create = options.truncate = true;
-  const int file = platform::OpenDescriptor(path, options);
-  if (file == platform::NO_DESCRIPTOR) {
-    ThrowErrorImpl(L"HtmlReport", __LINE__, L"Unable to open '%s'.\n%s", path.c_str(),
-                   platform::LastErrorText().c_str());
-  }
-  const bool written = platform::WriteDescriptor(file, document.data(), document.size());
-  if (!platform::CloseDescriptor(file) || !written) {
-    ThrowErrorImpl(L"HtmlReport", __LINE__, L"Unable to write to '%s'.\n%s", path.c_str(),
-                   platform::LastErrorText().c_str());
-  }
+  CReplacementFile file(path);
+  file.Write(GetReport());
+  file.Write("\n");
+  file.Commit();
 }
 
 std::string HtmlEscape(std::wstring_view text) {

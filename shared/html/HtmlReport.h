@@ -265,14 +265,17 @@ SHARED_API std::ostream& operator<<(std::ostream& out, const VSpace& element);
 class SHARED_API CHtmlReport : public std::ostringstream {
 public:
   CHtmlReport();
+  /// The source is an empty report afterwards.
+  CHtmlReport(CHtmlReport&& other);
+  CHtmlReport& operator=(CHtmlReport&& other);
 
   /// Returns the text streamed so far, followed by the end of the body and of the document. The
   /// report itself stays as it is and may grow further.
   std::string GetReport() const;
 
-  /// Writes the document and a line end to the file, replacing an existing one. The bytes are those
-  /// of `GetReport` on every platform. Errors: an `Exception` of unit "HtmlReport" when the file
-  /// cannot be written.
+  /// Writes the document and a line end to the file, replacing an existing one in one step. The
+  /// bytes are the same on every platform: lines end with a single line feed. Errors: those of
+  /// `CReplacementFile`; an existing file is then as it was.
   void WriteToFile(const GString& path) const;
 };
 

@@ -60,4 +60,11 @@ private:
 /// Returns the part of a model inside a box that has an area.
 GPolygon2dModel ClipToBox(const GPolygon2dModel& model, const Box2d& box);
 
+/// Returns a closed ring without its spikes: vertices at which it turns back exactly along the edge
+/// on which it came, and points equal to the one before. Fewer than four points mean that nothing
+/// is left.
+std::vector<Vec2d> WithoutSpikes(std::span<const Vec2d> ring);
+/// Returns a model without the spikes of its rings; rings of which nothing is left are dropped.
+GPolygon2dModel WithoutSpikes(const GPolygon2dModel& model);
+
 }  // namespace shr

@@ -23,6 +23,7 @@
 #include <boost/geometry/geometries/polygon.hpp>
 #include <boost/geometry/geometries/register/point.hpp>
 #include <boost/geometry/strategies/cartesian.hpp>
+#include <cfloat>
 #include <cmath>
 #include <optional>
 
@@ -43,6 +44,8 @@ using Points = std::vector<Vec2d>;
 constexpr std::size_t MIN_RING_SIZE = 4;
 /// How far the area of a clipped polygon may be off, relative to the area it may fill at most.
 constexpr double AREA_TOLERANCE = 1e-10;
+/// How far from the border a crossing point may lie, relative to the size of its coordinates.
+constexpr double SNAP_TOLERANCE = 8.0 * DBL_EPSILON;
 
 /// A side of the box: the coordinate that is bounded, the bound, and the direction that is kept.
 struct Side {
@@ -143,18 +146,44 @@ std::optional<BoostMultiPolygon> Overlay(const BoostPolygon& polygon, const Box2
   return result;
 }
 
-void AddOverlay(const BoostMultiPolygon& parts, GPolygon2dModel& result) {
-  for (const BoostPolygon& part : parts) {
+double SnapCoordinate(double value, double low, double high, double distance) {
+  if (value - low <= distance) return low;
+  return high - value <= distance ? high : value;
+}
+
+/// Moves what lies outside the box, or inside by no more than rounding, onto its border: the
+/// overlay's crossing points are off by some units in the last place.
+void SnapToBox(BoostPolygon::ring_type& ring, const Box2d& box, const Vec2d& distance) {
+  for (Vec2d& point : ring) {
+    point.x = SnapCoordinate(point.x, box.xMin(), box.xMax(), distance.x);
+    point.y = SnapCoordinate(point.y, box.yMin(), box.yMax(), distance.y);
+  }
+}
+
+void AddOverlay(BoostMultiPolygon& parts, const Box2d& box, const Box2d& common,
+                GPolygon2dModel& result) {
+  const auto largest = [](double a, double b) { return std::max(std::abs(a), std::abs(b)); };
+  const Vec2d distance =
+      Vec2d(largest(common.xMin(), common.xMax()), largest(common.yMin(), common.yMax())) *
+      SNAP_TOLERANCE;
+  for (BoostPolygon& part : parts) {
+    SnapToBox(part.outer(), box, distance);
     result.AddOuterRing(part.outer());
-    for (const auto& hole : part.inners()) result.AddInnerRing(hole);
+    for (auto& hole : part.inners()) {
+      SnapToBox(hole, box, distance);
+      result.AddInnerRing(hole);
+    }
   }
 }
 
 void AddHalfPlaneClip(const HalfPlaneClip& clip, GPolygon2dModel& result) {
-  if (clip.area == 0.0 || clip.rings.front().size() < 3) return;
-  result.AddOuterRing(clip.rings.front());
+  if (clip.area == 0.0) return;
+  const Points outer = WithoutSpikes(clip.rings.front());
+  if (outer.empty()) return;
+  result.AddOuterRing(outer);
   for (std::size_t i = 1; i < clip.rings.size(); ++i) {
-    if (clip.rings[i].size() >= 3) result.AddInnerRing(clip.rings[i]);
+    const Points inner = WithoutSpikes(clip.rings[i]);
+    if (!inner.empty()) result.AddInnerRing(inner);
   }
 }
 
@@ -163,10 +192,10 @@ void ClipPolygon(const GPolygon2dModel& model, std::size_t polygon, const Box2d&
   Box2d common = model.polygons[polygon].box;
   common.Intersect(box);
   const HalfPlaneClip expected = ClipByHalfPlanes(model, polygon, box);
-  const std::optional<BoostMultiPolygon> parts = Overlay(ToBoost(model, polygon), box);
+  std::optional<BoostMultiPolygon> parts = Overlay(ToBoost(model, polygon), box);
   if (parts.has_value() &&
       std::abs(bg::area(*parts) - expected.area) <= AREA_TOLERANCE * common.GetArea()) {
-    AddOverlay(*parts, result);
+    AddOverlay(*parts, box, common, result);
   } else {
     AddHalfPlaneClip(expected, result);
   }

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+/// @file
+/// Outlines for polygon tests: stars, and the countries of the example data.
+
+#pragma once
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <fstream>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "shared/geometry/Box2.h"
+#include "shared/geometry/MathUtility.h"
+#include "shared/polygons/GPolygon2d.h"
+
+namespace shr::test {
+
+using Points = std::vector<Vec2d>;
+using Counts = std::vector<unsigned int>;
+
+/// Returns a star-shaped contour around `center`, counter-clockwise and not closed.
+inline Points MakeStar(const Vec2d& center, double radius, std::size_t size,
+                       std::mt19937_64& random) {
+  std::uniform_real_distribution<double> spread(0.3, 1.0);
+  Points star(size);
+  for (std::size_t i = 0; i < size; ++i) {
+    const double angle = TWO_PI * static_cast<double>(i) / static_cast<double>(size);
+    star[i] = center + Vec2d(std::cos(angle), std::sin(angle)) * (radius * spread(random));
+  }
+  return star;
+}
+
+struct Outline {
+  std::string name;
+  Points points;
+};
+
+/// Reads every ring of a map file of the example data.
+inline std::vector<Outline> ReadOutlines(const std::string& file) {
+  std::ifstream in(std::string(SHARED_EXAMPLE_DATA_DIR "/") + file);
+  if (!in) throw std::runtime_error("no map file");
+  std::vector<Outline> outlines;
+  std::string line;
+  while (std::getline(in, line)) {
+    const std::size_t tab = line.find('\t');
+    if (tab != line.npos) {
+      outlines.push_back({line.substr(0, tab), {}});
+      continue;
+    }
+    const char* end = line.data() + line.size();
+    Vec2d point;
+    const auto [comma, error] = std::from_chars(line.data(), end, point.x);
+    std::from_chars(std::min(comma + 2, end), end, point.y);
+    outlines.back().points.push_back(point);
+  }
+  return outlines;
+}
+
+/// Returns the integral of the winding number of a contour over a box: the area of the common part
+/// of a box and a simple contour, positive when that runs counter-clockwise. By Green's theorem it
+/// is the integral of x, limited to the box, over y along the contour inside the box's height. No
+/// polygon is built on the way.
+inline double AreaInBox(const Points& contour, const Box2d& box) {
+  double area = 0.0;
+  for (std::size_t i = 0; i < contour.size(); ++i) {
+    const Vec2d a = contour[i];
+    const Vec2d b = contour[(i + 1) % contour.size()];
+    if (a.y == b.y) continue;
+    const auto parameterAtY = [&](double y) {
+      return std::clamp((y - a.y) / (b.y - a.y), 0.0, 1.0);
+    };
+    const auto [first, last] = std::minmax({parameterAtY(box.yMin()), parameterAtY(box.yMax())});
+    const auto parameterAtX = [&, low = first, high = last](double x) {
+      return a.x == b.x ? low : std::clamp((x - a.x) / (b.x - a.x), low, high);
+    };
+    double cuts[4] = {first, parameterAtX(box.xMin()), parameterAtX(box.xMax()), last};
+    std::sort(cuts, cuts + 4);
+    const auto limitedX = [&](double t) {
+      return std::clamp(a.x * (1.0 - t) + b.x * t, box.xMin(), box.xMax());
+    };
+    for (int part = 0; part < 3; ++part) {
+      const double height = (b.y - a.y) * (cuts[part + 1] - cuts[part]);
+      area += height * (limitedX(cuts[part]) + limitedX(cuts[part + 1])) / 2.0;
+    }
+  }
+  return area;
+}
+
+}  // namespace shr::test
