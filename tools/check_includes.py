@@ -118,6 +118,10 @@ class Checker:
         if not quoted:
             self.fault(relative, number, f"<{name}> is our own: include it with quotes")
         target = pathlib.PurePosixPath(name)
+        if relative.parts[0] == "examples" and (self.root / relative.parent / name).is_file():
+            # An example stands for a project of its own and has its own folder among its include paths.
+            targets.append((number, relative.parent / name))
+            return
         if not (self.root / name).is_file():
             self.fault(relative, number, f'"{name}" is not a path from the root of the tree')
             return

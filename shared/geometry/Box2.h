@@ -229,10 +229,12 @@ using Box2d = Box2<double>;
 using Box2f = Box2<float>;
 
 // Spelled out per type: every compiler then knows the values in constant expressions.
+/// @cond
 template <>
 inline constexpr Box2d Box2d::UNIVERSE{LOWEST, LOWEST, HIGHEST, HIGHEST};
 template <>
 inline constexpr Box2f Box2f::UNIVERSE{LOWEST, LOWEST, HIGHEST, HIGHEST};
+/// @endcond
 
 /// The four numbers of a box in order, for structured bindings.
 template <std::size_t INDEX, class T>

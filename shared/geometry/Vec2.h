@@ -83,6 +83,7 @@ using Vec2f = Vec2<float>;
 using Vec2i = Vec2<int>;
 
 // Spelled out per type: every compiler then knows the values in constant expressions.
+/// @cond
 template <>
 inline constexpr Vec2d Vec2d::ZERO{0.0, 0.0};
 template <>
@@ -107,6 +108,7 @@ template <>
 inline constexpr Vec2i Vec2i::UNIT_X{1, 0};
 template <>
 inline constexpr Vec2i Vec2i::UNIT_Y{0, 1};
+/// @endcond
 
 static_assert(sizeof(Vec2d) == 2 * sizeof(double) && sizeof(Vec2f) == 2 * sizeof(float) &&
               sizeof(Vec2i) == 2 * sizeof(int));

@@ -16,6 +16,8 @@ SOUND = {
     "shared/files/B.h": '#pragma once\n#include "shared/text/A.h"\n',
     "shared/files/B.cpp": '#include "shared/files/B.h"\n#include <boost/spirit/include/qi.hpp>\n',
     "shared/platform/windows/C.cpp": "#include <windows.h>\n#ifdef _WIN32\n#endif\n",
+    "examples/map/Main.cpp": '#include "Map.h"\n#include "shared/files/B.h"\n',
+    "examples/map/Map.h": "#pragma once\n",
     "tests/files/BTest.cpp": '#include "shared/files/B.h"\n#ifdef _WIN32\n#endif\n',
 }
 

@@ -33,8 +33,8 @@ void StreamTable(std::ostream& report) {
   report << TBodyBeg() << TRBeg(right) << TDBeg()
          << HtmlEscape(L"\u0391\u03B8\u03AE\u03BD\u03B1 <\u4EAC>") << TDEnd() << TD("3") << TREnd()
          << TBodyEnd() << TableEnd();
-  report << TableBeg(table) << CaptionBeg() << "Empty" << CaptionEnd() << TRBeg() << TD("") << TREnd()
-         << TableEnd();
+  report << TableBeg(table) << CaptionBeg() << "Empty" << CaptionEnd() << TRBeg() << TD("")
+         << TREnd() << TableEnd();
 }
 
 void StreamLists(std::ostream& report) {
