@@ -97,6 +97,7 @@ CBufferedFile& CBufferedFile::operator=(CBufferedFile&& other) noexcept {
 void CBufferedFile::Take(CBufferedFile& other) noexcept {
   open_ = other.open_;
   removeWhenAbandoned_ = other.removeWhenAbandoned_;
+  isReadable_ = other.isReadable_;
   direction_ = other.direction_;
   path_.swap(other.path_);
   stream_ = std::exchange(other.stream_, nullptr);
@@ -107,6 +108,7 @@ void CBufferedFile::Take(CBufferedFile& other) noexcept {
 void CBufferedFile::Forget() noexcept {
   open_ = false;
   removeWhenAbandoned_ = false;
+  isReadable_ = true;
   direction_ = Direction::None;
   stream_ = nullptr;
   memory_.reset();
@@ -128,6 +130,7 @@ bool CBufferedFile::TryOpen(const GString& path, const GString& mode, Sharing sh
   if (stream_ == nullptr) return false;
   open_ = true;
   removeWhenAbandoned_ = removeWhenAbandoned;
+  isReadable_ = mode[0] == L'r' || mode.find(L'+') != GString::npos;
   direction_ = Direction::None;
   path_ = path;
   return true;
@@ -189,7 +192,12 @@ void CBufferedFile::ThrowStreamError(int line, const wchar_t* format) {
 /// Lets a stream change between reading and writing, between which the standard asks for a
 /// positioning. Streams without positions have nothing to do then.
 void CBufferedFile::TurnTo(Direction direction) {
-  if (direction_ != direction && direction_ != Direction::None) {
+  if (direction == direction_) return;
+  if (direction == Direction::Reading && !isReadable_) {
+    platform::SetAccessError();
+    ThrowStreamError(__LINE__, L"Unable to read '%s'.\n%s");
+  }
+  if (direction_ != Direction::None) {
     platform::SeekStream(stream_, 0, platform::FileOrigin::Current);
   }
   direction_ = direction;
@@ -211,7 +219,7 @@ void CBufferedFile::Flush() {
 int CBufferedFile::Getc() {
   if (memory_) return memory_->Getc();
   if (stream_ == nullptr) return -1;
-  if (direction_ != Direction::Reading) TurnTo(Direction::Reading);
+  TurnTo(Direction::Reading);
   const int c = std::getc(stream_);
   if (c == EOF) CheckRead(__LINE__);
   return c;
@@ -227,7 +235,7 @@ int CBufferedFile::UnGetc(int c) {
 int CBufferedFile::Putc(int c) {
   if (memory_) return memory_->Putc(c);
   if (stream_ == nullptr) return -1;
-  if (direction_ != Direction::Writing) TurnTo(Direction::Writing);
+  TurnTo(Direction::Writing);
   const int written = std::putc(c, stream_);
   if (written == EOF) ThrowStreamError(__LINE__, L"Unable to write '%s'.\n%s");
   return written;

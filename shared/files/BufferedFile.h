@@ -153,6 +153,7 @@ private:
 
   bool open_ = false;
   bool removeWhenAbandoned_ = false;
+  bool isReadable_ = true;
   Direction direction_ = Direction::None;
   GString path_;
   std::FILE* stream_ = nullptr;

@@ -53,7 +53,7 @@ public:
   enum Sharing : int { ShareNone = 0, ShareRead = 1, ShareWrite = 2, ShareAll = 3 };
 
   /// What `Getc` gives at the end. U+FFFF in a file looks the same; `EndOfFile` tells them apart.
-  static constexpr wchar_t END_OF_TEXT = 65535;
+  enum EndMark : wchar_t { END_OF_TEXT = 65535 };
 
   CEncodedBufferedFile() noexcept;
   /// Opens; see `Open`.

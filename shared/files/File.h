@@ -57,7 +57,8 @@ public:
 
   enum Origin : int { OriginBegin = 0, OriginCurrent = 1, OriginEnd = 2 };
 
-  static constexpr int NO_HANDLE = -1;
+  /// What `GetHandle` returns when there is none.
+  enum HandleValue : int { NO_HANDLE = -1 };
 
   CFile() = default;
   /// Takes over an open handle of the runtime; -1 leaves the object closed. The path is empty until

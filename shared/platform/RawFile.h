@@ -81,6 +81,10 @@ SHARED_API std::int64_t TellStream(std::FILE* stream);
 /// standard stream function, without a line end; never empty.
 SHARED_API GString LastErrorText();
 
+/// Makes the last failure that of reading what was opened for writing only. Not every runtime
+/// reports it for streams.
+SHARED_API void SetAccessError();
+
 /// Forgets the last failure, so that `LastErrorText` speaks of the next one.
 SHARED_API void ClearLastError();
 

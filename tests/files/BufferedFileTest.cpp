@@ -346,11 +346,13 @@ TEST(BufferedFile, adoptsStreams) {
   CBufferedFile file(platform::OpenStream(path, L"wb", platform::FileSharing::All));
   EXPECT_TRUE(file.IsOpen());
   EXPECT_NE(nullptr, file.GetHandle());
-  file.SetFilePath(L"another name");
-  EXPECT_TRUE(HasSystemText(Failure([&] { file.Getc(); }), Message(L"read", L"another name")));
   file.WriteString("1");
   file.Close();
   EXPECT_EQ("1", ReadBytes(path));
+  CBufferedFile reader(platform::OpenStream(path, L"rb", platform::FileSharing::All));
+  reader.SetFilePath(L"another name");
+  EXPECT_TRUE(
+      HasSystemText(Failure([&] { reader.Putc('2'); }), Message(L"write", L"another name")));
   EXPECT_FALSE(CBufferedFile(nullptr).IsOpen());
 }
 

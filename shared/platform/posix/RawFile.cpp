@@ -198,6 +198,10 @@ GString LastErrorText() {
   return FormatSystemErrorMsg(static_cast<std::uint32_t>(errno));
 }
 
+void SetAccessError() {
+  errno = EBADF;
+}
+
 void ClearLastError() {
   errno = 0;
 }

@@ -215,6 +215,10 @@ GString LastErrorText() {
   return FormatSystemErrorMsg(static_cast<std::uint32_t>(error));
 }
 
+void SetAccessError() {
+  SetError(EBADF, ERROR_ACCESS_DENIED);
+}
+
 void ClearLastError() {
   SetError(0, 0);
 }
