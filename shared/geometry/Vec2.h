@@ -17,10 +17,9 @@
 #pragma once
 
 #include <cfloat>
-#include <compare>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
+#include <typeindex>  // declares std::hash at little cost
 
 #include "shared/geometry/VectorOperators.h"
 
@@ -118,8 +117,11 @@ static_assert(sizeof(Vec2d) == 2 * sizeof(double) && sizeof(Vec2f) == 2 * sizeof
 template <>
 struct std::hash<shr::Vec2i> {
   std::size_t operator()(const shr::Vec2i& vector) const noexcept {
-    const auto high = static_cast<std::uint64_t>(static_cast<std::uint32_t>(vector.x)) << 32;
-    return std::hash<std::uint64_t>()((high | static_cast<std::uint32_t>(vector.y)) *
-                                      0x9E3779B97F4A7C15u);
+    // Fibonacci hashing; the high bits, which depend on both components, come down.
+    const std::uint64_t bits = static_cast<std::uint64_t>(static_cast<std::uint32_t>(vector.x))
+                                   << 32 |
+                               static_cast<std::uint32_t>(vector.y);
+    const std::uint64_t mixed = bits * 0x9E3779B97F4A7C15u;
+    return static_cast<std::size_t>(mixed ^ mixed >> 32);
   }
 };

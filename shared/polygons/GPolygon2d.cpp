@@ -131,7 +131,7 @@ std::size_t CountEmitted(const GPolygon2dModel& model, bool closed) {
 GPolygon2d::GPolygon2d() noexcept = default;
 
 GPolygon2d::GPolygon2d(GPolygon2dModel&& model) {
-  if (!model.polygons.empty()) model_ = std::make_unique<GPolygon2dModel>(std::move(model));
+  if (!model.polygons.empty()) model_ = new GPolygon2dModel(std::move(model));
 }
 
 GPolygon2d::GPolygon2d(const Vec2d* points, std::size_t count)
@@ -151,25 +151,32 @@ GPolygon2d::GPolygon2d(double xMin, double yMin, double xMax, double yMax) {
 }
 
 GPolygon2d::GPolygon2d(const GPolygon2d& other)
-    : model_(other.model_ ? std::make_unique<GPolygon2dModel>(*other.model_) : nullptr) {}
+    : model_(other.model_ != nullptr ? new GPolygon2dModel(*other.model_) : nullptr) {}
 
 GPolygon2d& GPolygon2d::operator=(const GPolygon2d& other) {
-  GPolygon2d copy(other);
-  model_.swap(copy.model_);
+  return *this = GPolygon2d(other);
+}
+
+GPolygon2d::GPolygon2d(GPolygon2d&& other) noexcept
+    : model_(std::exchange(other.model_, nullptr)) {}
+
+GPolygon2d& GPolygon2d::operator=(GPolygon2d&& other) noexcept {
+  GPolygon2d taken(std::move(other));
+  std::swap(model_, taken.model_);
   return *this;
 }
 
-GPolygon2d::GPolygon2d(GPolygon2d&& other) noexcept = default;
-GPolygon2d& GPolygon2d::operator=(GPolygon2d&& other) noexcept = default;
-GPolygon2d::~GPolygon2d() = default;
+GPolygon2d::~GPolygon2d() {
+  delete model_;
+}
 
 const GPolygon2dModel& GPolygon2d::Model() const noexcept {
   static const GPolygon2dModel EMPTY;
-  return model_ ? *model_ : EMPTY;
+  return model_ != nullptr ? *model_ : EMPTY;
 }
 
 void GPolygon2d::MakeEmpty() noexcept {
-  model_.reset();
+  *this = GPolygon2d();
 }
 
 void GPolygon2d::AddContours(const Vec2d* points, const unsigned int* counts,
@@ -182,7 +189,7 @@ void GPolygon2d::AddContours(std::span<const Vec2d> points, std::span<const unsi
 }
 
 void GPolygon2d::AddContours(const GPolygon2d& other) {
-  if (!model_) {
+  if (model_ == nullptr) {
     *this = other;
   } else if (&other == this) {
     model_->Append(GPolygon2dModel(*model_));
@@ -255,13 +262,18 @@ std::size_t GPolygon2d::GetPolyPolygon(Vec2d* points, unsigned int* counts, bool
 
 std::size_t GPolygon2d::GetPolyPolygon(std::vector<Vec2d>& points,
                                        std::vector<unsigned int>& counts, bool closed) const {
-  points.resize(CountEmitted(Model(), closed));
-  counts.resize(GetNumRings());
-  if (points.empty()) {
-    std::fill(counts.begin(), counts.end(), 0u);
-    return 0;
+  const GPolygon2dModel& model = Model();
+  points.clear();
+  counts.clear();
+  points.reserve(model.points.size());
+  counts.reserve(model.ringEnds.size());
+  for (std::size_t ring = 0; ring < model.ringEnds.size(); ++ring) {
+    const std::span<const Vec2d> source = model.Ring(ring);
+    const std::span<const Vec2d> emitted = source.first(EmittedSize(source, closed));
+    points.insert(points.end(), emitted.begin(), emitted.end());
+    counts.push_back(static_cast<unsigned int>(emitted.size()));
   }
-  return GetPolyPolygon(points.data(), counts.data(), closed);
+  return points.size();
 }
 
 std::size_t GPolygon2d::GetPolygon(Vec2d* points) const {

@@ -19,7 +19,6 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <span>
 #include <vector>
 
@@ -122,7 +121,9 @@ private:
   explicit GPolygon2d(GPolygon2dModel&& model);
   const GPolygon2dModel& Model() const noexcept;
 
-  std::unique_ptr<GPolygon2dModel> model_;  // null when empty
+  // Owned, null when empty. A bare pointer, because <memory> would double the cost of including
+  // this header.
+  GPolygon2dModel* model_ = nullptr;
 };
 
 }  // namespace shr
