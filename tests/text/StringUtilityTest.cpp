@@ -30,9 +30,7 @@ std::wstring WideBytes(std::string_view text) {
 }
 
 TEST(StringUtility, trimsWhiteSpaceOfBothEnds) {
-  for (const std::string text : {"", " ", "a", " \t\r\n\v\fa b ", "a  ", "  a",
-                                 "\xA0"
-                                 "a\xA0"}) {
+  for (const std::string text : {"", " ", "a", " \t\r\n\v\fa b ", "a  ", "  a", "\xE9 a\xE9"}) {
     const std::size_t first = std::min(text.find_first_not_of(" \t\r\n\v\f"), text.size());
     const std::size_t end = text.find_last_not_of(" \t\r\n\v\f") + 1;
     std::string left = text;
