@@ -1,10 +1,24 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
+// Decoding UTF-8 goes by blocks: the block at hand is widened whole, as if it were ASCII, and as
+// many units of that count as there are ASCII bytes at its head. Writing too much is harmless, for
+// a unit never takes less than a byte of input, and it saves the branch on the length of a run that
+// no predictor can foresee. Runs of two- and three-byte sequences, which whole alphabets consist
+// of, are decoded from one 32-bit load each; what they refuse, and the last bytes of the input,
+// take the exact way.
+
 #include "shared/text/Utf.h"
 
 #include <bit>
 #include <cstring>
+
+#if defined(__SSE2__) || defined(_M_X64)
+#include <emmintrin.h>
+#define SHARED_UTF_SSE2 1
+#else
+#define SHARED_UTF_SSE2 0
+#endif
 
 namespace shr {
 namespace {
@@ -65,17 +79,20 @@ std::size_t ValidTrailCount(const Lead& lead, const unsigned char* next, const u
   return count;
 }
 
-/// Decodes the sequence at `in`, which is not ASCII, and moves `in` behind it.
-char32_t DecodeSequence(const unsigned char*& in, const unsigned char* end) {
-  const unsigned char first = *in++;
-  const Lead lead = LeadOf(first);
-  const std::size_t count = ValidTrailCount(lead, in, end);
-  const unsigned char* trail = in;
-  in += count;
-  if (lead.trailCount == 0 || count < static_cast<std::size_t>(lead.trailCount)) return REPLACEMENT;
-  char32_t value = first & (0x3Fu >> lead.trailCount);
-  for (std::size_t i = 0; i < count; ++i) value = value << 6 | (trail[i] & 0x3Fu);
-  return value;
+struct Decoded {
+  char32_t value;
+  std::size_t length;
+};
+
+/// Decodes the sequence at `in`, which is not ASCII.
+Decoded DecodeSequence(const unsigned char* in, const unsigned char* end) {
+  const Lead lead = LeadOf(*in);
+  const std::size_t count = ValidTrailCount(lead, in + 1, end);
+  if (count == 0 || count < static_cast<std::size_t>(lead.trailCount))
+    return {REPLACEMENT, 1 + count};
+  char32_t value = *in & (0x3Fu >> lead.trailCount);
+  for (std::size_t i = 1; i <= count; ++i) value = value << 6 | (in[i] & 0x3Fu);
+  return {value, 1 + count};
 }
 
 wchar_t* PutWide(char32_t ch, wchar_t* out) {
@@ -86,6 +103,182 @@ wchar_t* PutWide(char32_t ch, wchar_t* out) {
   }
   *out++ = static_cast<wchar_t>(ch);
   return out;
+}
+
+#if SHARED_UTF_SSE2
+
+constexpr std::ptrdiff_t BLOCK = 16;
+constexpr std::ptrdiff_t MOST_TRIPLES = 4;
+
+void StoreWide(wchar_t* out, __m128i units) {
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), units);
+}
+
+/// Writes four code points below U+10000 as wide units.
+void StoreCodePoints(wchar_t* out, __m128i values) {
+  if constexpr (WIDE_IS_UTF16) {
+    const __m128i keepBits = _mm_srai_epi32(_mm_slli_epi32(values, 16), 16);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(out), _mm_packs_epi32(keepBits, keepBits));
+  } else {
+    StoreWide(out, values);
+  }
+}
+
+__m128i LoadLow(const unsigned char* in) {
+  std::int32_t bytes;
+  std::memcpy(&bytes, in, sizeof bytes);
+  return _mm_cvtsi32_si128(bytes);
+}
+
+/// Writes past the caches. Requires: `out` is aligned to 16 bytes.
+void StreamWide(wchar_t* out, __m128i units) {
+  _mm_stream_si128(reinterpret_cast<__m128i*>(out), units);
+}
+
+using Store = void (*)(wchar_t* out, __m128i units);
+
+/// Writes eight 16-bit units as wide ones.
+template <Store STORE>
+void StoreUnits(wchar_t* out, __m128i units) {
+  if constexpr (WIDE_IS_UTF16) {
+    STORE(out, units);
+  } else {
+    const __m128i zero = _mm_setzero_si128();
+    STORE(out, _mm_unpacklo_epi16(units, zero));
+    STORE(out + 4, _mm_unpackhi_epi16(units, zero));
+  }
+}
+
+/// Widens `BLOCK` bytes and returns how many at their head are ASCII. The units behind those are
+/// worthless.
+template <Store STORE = StoreWide>
+std::ptrdiff_t WidenBlock(const unsigned char* in, wchar_t* out) {
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
+  const __m128i zero = _mm_setzero_si128();
+  StoreUnits<STORE>(out, _mm_unpacklo_epi8(bytes, zero));
+  StoreUnits<STORE>(out + 8, _mm_unpackhi_epi8(bytes, zero));
+  const auto others = static_cast<unsigned>(_mm_movemask_epi8(bytes));
+  return std::countr_zero(others | 1u << BLOCK);
+}
+
+/// Output of inputs from this size on does not stay in the caches, and reading its lines into them
+/// before they are overwritten would halve the speed.
+constexpr std::size_t STREAM_SIZE = std::size_t{8} << 20;
+
+/// Bytes that must all be ASCII to be worth writing past the caches.
+constexpr std::ptrdiff_t STRETCH = 256;
+
+bool IsAsciiStretch(const unsigned char* in) {
+  __m128i all = _mm_setzero_si128();
+  for (std::ptrdiff_t i = 0; i < STRETCH; i += BLOCK) {
+    all = _mm_or_si128(all, _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + i)));
+  }
+  return _mm_movemask_epi8(all) == 0;
+}
+
+/// Requires: the block at `in` is ASCII and has been widened. Widens the stretches of ASCII that
+/// follow past the caches and returns the number of bytes done, the block at least.
+std::ptrdiff_t StreamAscii(const unsigned char* in, const unsigned char* end, wchar_t* out) {
+  const std::size_t misaligned = reinterpret_cast<std::uintptr_t>(out) % sizeof(__m128i);
+  const std::size_t gap = misaligned == 0 ? 0 : sizeof(__m128i) - misaligned;
+  const auto first = static_cast<std::ptrdiff_t>(gap / sizeof(wchar_t));
+  std::ptrdiff_t count = first;
+  while (end - in - count >= STRETCH && IsAsciiStretch(in + count)) {
+    for (const std::ptrdiff_t stop = count + STRETCH; count < stop; count += BLOCK) {
+      WidenBlock<StreamWide>(in + count, out + count);
+    }
+  }
+  _mm_sfence();
+  return count == first ? BLOCK : count;
+}
+
+/// Decodes four sequences of three bytes from the first 13 bytes at `in` and returns how many at
+/// the head are well-formed. The units behind those are worthless.
+std::ptrdiff_t DecodeTriples(const unsigned char* in, wchar_t* out) {
+  const __m128i first = _mm_unpacklo_epi32(LoadLow(in), LoadLow(in + 3));
+  const __m128i second = _mm_unpacklo_epi32(LoadLow(in + 6), LoadLow(in + 9));
+  const __m128i bytes = _mm_unpacklo_epi64(first, second);
+  const __m128i marks = _mm_and_si128(bytes, _mm_set1_epi32(0xC0C0F0));
+  const __m128i high = _mm_and_si128(_mm_slli_epi32(bytes, 12), _mm_set1_epi32(0xF000));
+  const __m128i middle = _mm_and_si128(_mm_srli_epi32(bytes, 2), _mm_set1_epi32(0xFC0));
+  const __m128i low = _mm_and_si128(_mm_srli_epi32(bytes, 16), _mm_set1_epi32(0x3F));
+  const __m128i values = _mm_or_si128(_mm_or_si128(high, middle), low);
+  StoreCodePoints(out, values);
+  const __m128i isMarked = _mm_cmpeq_epi32(marks, _mm_set1_epi32(0x8080E0));
+  const __m128i isLong = _mm_cmpgt_epi32(values, _mm_set1_epi32(0x7FF));
+  const __m128i isSurrogate =
+      _mm_cmpeq_epi32(_mm_and_si128(values, _mm_set1_epi32(0xF800)), _mm_set1_epi32(0xD800));
+  const __m128i isGood = _mm_andnot_si128(isSurrogate, _mm_and_si128(isMarked, isLong));
+  const auto good = static_cast<unsigned>(_mm_movemask_ps(_mm_castsi128_ps(isGood)));
+  return std::countr_one(good);
+}
+
+#else
+
+constexpr std::ptrdiff_t BLOCK = 8;
+constexpr std::ptrdiff_t MOST_TRIPLES = 1;
+
+std::ptrdiff_t WidenBlock(const unsigned char* in, wchar_t* out) {
+  std::ptrdiff_t count = 0;
+  for (; count < BLOCK && in[count] < 0x80; ++count) out[count] = static_cast<wchar_t>(in[count]);
+  return count;
+}
+
+constexpr std::size_t STREAM_SIZE = ~std::size_t{0};
+
+std::ptrdiff_t StreamAscii(const unsigned char*, const unsigned char*, wchar_t*) {
+  return BLOCK;
+}
+
+/// Decodes the sequence of three bytes at `in` and returns 1, or 0 when it is not well-formed.
+std::ptrdiff_t DecodeTriples(const unsigned char* in, wchar_t* out) {
+  if (!IsTrail(in[1]) || !IsTrail(in[2])) return 0;
+  const char32_t ch = (in[0] & 0xFu) << 12 | (in[1] & 0x3Fu) << 6 | (in[2] & 0x3Fu);
+  if (ch < 0x800 || IsSurrogate(ch)) return 0;
+  *out = static_cast<wchar_t>(ch);
+  return 1;
+}
+
+#endif
+
+constexpr bool IsPair(unsigned char first, unsigned char second) {
+  return first >= 0xC2 && first < 0xE0 && IsTrail(second);
+}
+
+/// Decodes sequences, and single ASCII bytes between them, until a run of ASCII begins or fewer
+/// than `BLOCK` bytes are left.
+void DecodeRun(const unsigned char*& source, const unsigned char* end, wchar_t*& target) {
+  const unsigned char* in = source;
+  wchar_t* out = target;
+  while (end - in >= BLOCK) {
+    const unsigned char first = *in;
+    if (first < 0x80) {
+      if (in[1] < 0x80) break;
+      *out++ = static_cast<wchar_t>(first);
+      ++in;
+      continue;
+    }
+    if ((first & 0xF0) == 0xE0) {
+      const std::ptrdiff_t count = DecodeTriples(in, out);
+      if (count == MOST_TRIPLES) {
+        in += 3 * MOST_TRIPLES;
+        out += MOST_TRIPLES;
+        continue;
+      }
+      in += 3 * count;
+      out += count;
+      if (count != 0) continue;
+    } else if (IsPair(first, in[1])) {
+      *out++ = static_cast<wchar_t>((first & 0x1F) << 6 | (in[1] & 0x3F));
+      in += 2;
+      continue;
+    }
+    const Decoded decoded = DecodeSequence(in, end);
+    out = PutWide(decoded.value, out);
+    in += decoded.length;
+  }
+  source = in;
+  target = out;
 }
 
 unsigned char* PutUtf8(char32_t ch, unsigned char* out) {
@@ -127,13 +320,28 @@ unsigned char* PutUtf16(char32_t unit, ByteOrder order, unsigned char* out) {
 std::size_t Utf8ToWide(std::string_view bytes, wchar_t* out) noexcept {
   const auto* in = reinterpret_cast<const unsigned char*>(bytes.data());
   const unsigned char* end = in + bytes.size();
+  const bool isLarge = bytes.size() >= STREAM_SIZE;
   wchar_t* next = out;
+  while (end - in >= BLOCK) {
+    const std::ptrdiff_t count = WidenBlock(in, next);
+    if (count == BLOCK) {
+      const std::ptrdiff_t done = isLarge ? StreamAscii(in, end, next) : BLOCK;
+      in += done;
+      next += done;
+      continue;
+    }
+    in += count;
+    next += count;
+    DecodeRun(in, end, next);
+  }
   while (in < end) {
     if (*in < 0x80) {
       *next++ = static_cast<wchar_t>(*in++);
-    } else {
-      next = PutWide(DecodeSequence(in, end), next);
+      continue;
     }
+    const Decoded decoded = DecodeSequence(in, end);
+    next = PutWide(decoded.value, next);
+    in += decoded.length;
   }
   return static_cast<std::size_t>(next - out);
 }
