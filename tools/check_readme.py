@@ -7,6 +7,7 @@ The README quotes a source behind the mark `<!-- source: PATH -->` and the outpu
 `<!-- output -->`, each as the next fenced block. The block must be the source without its licence lines, and PROGRAM
 (with what it needs to run, the emulator of another system say) must print exactly the other. The folder map must
 name every folder of shared/, and every path in backquotes that begins with a folder of the tree must exist.
+docs/README.md must list every page of docs/.
 """
 
 import pathlib
@@ -53,10 +54,18 @@ def path_faults(root, readme):
             yield f"README.md links to {name}, which does not exist"
 
 
+def index_faults(root):
+    index = (root / "docs" / "README.md").read_text(encoding="utf-8")
+    for page in sorted((root / "docs").glob("*.md")):
+        if page.name != "README.md" and f"]({page.name})" not in index:
+            yield f"docs/README.md does not list {page.name}"
+
+
 def main():
     root = pathlib.Path(sys.argv[1])
     readme = (root / "README.md").read_text(encoding="utf-8")
-    faults = [*source_faults(root, readme), *output_faults(readme, sys.argv[2:]), *path_faults(root, readme)]
+    faults = [*source_faults(root, readme), *output_faults(readme, sys.argv[2:]), *path_faults(root, readme),
+              *index_faults(root)]
     print("\n".join(faults) or "No fault found.")
     return 1 if faults else 0
 
