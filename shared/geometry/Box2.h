@@ -183,7 +183,7 @@ public:
     return a.min_ == b.min_ && a.max_ == b.max_;
   }
 
-  /// Writes "[(xMin, yMin), (xMax, yMax)]"; needs <ostream> where it is used.
+  /// Writes "[(xMin, yMin), (xMax, yMax)]"; needs `<ostream>` where it is used.
   template <class Char, class Traits>
   friend std::basic_ostream<Char, Traits>& operator<<(std::basic_ostream<Char, Traits>& out,
                                                       const Box2& box) {

@@ -137,7 +137,7 @@ struct VectorOperators {
     return Self() + (b - Self()) * t;
   }
 
-  /// Writes "(x, y ...)"; needs <ostream> where it is used.
+  /// Writes "(x, y ...)"; needs `<ostream>` where it is used.
   template <class Char, class Traits>
   friend std::basic_ostream<Char, Traits>& operator<<(std::basic_ostream<Char, Traits>& out,
                                                       const V& vector) {
