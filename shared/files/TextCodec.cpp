@@ -109,9 +109,10 @@ std::shared_ptr<const SingleByteTable> TableOf(std::uint32_t codePage) {
 
 // Kernels.
 
-#if SHARED_HAS_SSE2
+/// Bytes that are decoded in one step.
+constexpr size_t BLOCK_BYTES = 16;
 
-constexpr size_t BLOCK_BYTES = sizeof(__m128i);
+#if SHARED_HAS_SSE2
 
 __m128i LoadBlock(const char* bytes) noexcept {
   return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
@@ -155,31 +156,94 @@ bool HasSurrogate(__m128i units) noexcept {
 
 #endif
 
-size_t DecodeSingleByte(string_view bytes, const SingleByteTable& table, wchar_t* out) noexcept {
-  size_t i = 0;
+/// Bytes to decode, and where the memory ends from which whole blocks may be loaded.
+struct Input {
+  const char* begin;
+  const char* end;
+  const char* loadable;
+
+  size_t Size() const noexcept { return static_cast<size_t>(end - begin); }
+  string_view Bytes() const noexcept { return {begin, Size()}; }
+  bool CanLoad(const char* at) const noexcept {
+    return loadable - at >= static_cast<std::ptrdiff_t>(BLOCK_BYTES);
+  }
+};
+
+/// Requires, like the other kernels: `out` has room for a block behind the units that come out.
+size_t DecodeSingleByte(const Input& input, const SingleByteTable& table, wchar_t* out) noexcept {
+  const auto lookUp = [&table](char byte) { return table[static_cast<unsigned char>(byte)]; };
+  const char* in = input.begin;
 #if SHARED_HAS_SSE2
-  for (; i + BLOCK_BYTES <= bytes.size(); i += BLOCK_BYTES) {
-    unsigned others = WidenBlock(bytes.data() + i, out + i);
+  for (; in < input.end && input.CanLoad(in); in += BLOCK_BYTES, out += BLOCK_BYTES) {
+    // The last block may load bytes behind the end; their units are not counted.
+    unsigned others = WidenBlock(in, out);
     for (; others != 0; others &= others - 1) {
-      const size_t at = i + static_cast<size_t>(std::countr_zero(others));
-      out[at] = table[static_cast<unsigned char>(bytes[at])];
+      const int at = std::countr_zero(others);
+      out[at] = lookUp(in[at]);
     }
   }
 #endif
-  for (; i < bytes.size(); ++i) out[i] = table[static_cast<unsigned char>(bytes[i])];
-  return bytes.size();
+  for (; in < input.end; ++in) *out++ = lookUp(*in);
+  return input.Size();
 }
 
-/// Decodes UTF-16; runs without surrogates go eight units at a time.
+bool IsTrailByte(char byte) noexcept {
+  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+/// Decodes UTF-8; ASCII goes sixteen bytes at a time, and the two-byte sequences that most accents
+/// take are decoded in place.
+size_t DecodeUtf8(const Input& input, wchar_t* out) noexcept {
+  const char* in = input.begin;
+  wchar_t* next = out;
+#if SHARED_HAS_SSE2
+  while (in < input.end && input.CanLoad(in)) {
+    unsigned others = WidenBlock(in, next);
+    const std::ptrdiff_t left = input.end - in;
+    // What was loaded behind the end counts as something else than ASCII.
+    if (left < static_cast<std::ptrdiff_t>(BLOCK_BYTES)) others |= 1u << left;
+    if (others == 0) {
+      in += BLOCK_BYTES;
+      next += BLOCK_BYTES;
+      continue;
+    }
+    const int ascii = std::countr_zero(others);
+    in += ascii;
+    next += ascii;
+    if (left == ascii) return static_cast<size_t>(next - out);
+    const auto lead = static_cast<unsigned char>(*in);
+    if (lead >= 0xC2 && lead < 0xE0 && left - ascii >= 2 && IsTrailByte(in[1])) {
+      *next++ = static_cast<wchar_t>((lead & 0x1F) << 6 | (in[1] & 0x3F));
+      in += 2;
+      continue;
+    }
+    const char* runEnd = in + 1;
+    while (runEnd < input.end && (*runEnd & 0x80) != 0) ++runEnd;
+    next += Utf8ToWide({in, static_cast<size_t>(runEnd - in)}, next);
+    in = runEnd;
+  }
+#endif
+  const string_view rest(in, static_cast<size_t>(input.end - in));
+  return static_cast<size_t>(next - out) + Utf8ToWide(rest, next);
+}
+
+/// Decodes UTF-16; text without surrogates goes eight units at a time.
 size_t DecodeUtf16(string_view bytes, ByteOrder order, wchar_t* out) noexcept {
   size_t i = 0;
 #if SHARED_HAS_SSE2
-  for (; i + BLOCK_BYTES <= bytes.size(); i += BLOCK_BYTES) {
-    const __m128i units = OrderUnits(LoadBlock(bytes.data() + i), order);
-    if (sizeof(wchar_t) != 2 && HasSurrogate(units)) break;
-    StoreUnits(out + i / 2, units);
-  }
+  const auto decodeBlock = [&](size_t begin) {
+    const __m128i units = OrderUnits(LoadBlock(bytes.data() + begin), order);
+    if (sizeof(wchar_t) != 2 && HasSurrogate(units)) return false;
+    StoreUnits(out + begin / 2, units);
+    return true;
+  };
+  const size_t whole = bytes.size() & ~size_t{1};
+  while (i + BLOCK_BYTES <= whole && decodeBlock(i)) i += BLOCK_BYTES;
+  // The last block reaches back into the one before it, where it finds the same units again.
+  const bool isTail = i >= BLOCK_BYTES && i < whole && whole - i < BLOCK_BYTES;
+  if (isTail && decodeBlock(whole - BLOCK_BYTES)) i = whole;
 #endif
+  if (i == bytes.size()) return i / 2;
   return i / 2 + Utf16ToWide(bytes.substr(i), order, out + i / 2);
 }
 
@@ -201,6 +265,21 @@ size_t FindUtf16LineFeed(string_view bytes, size_t from, ByteOrder order) noexce
   return NPOS;
 }
 
+size_t FindLineFeed(string_view bytes, size_t from) noexcept {
+  if (from >= bytes.size()) return NPOS;
+  const void* at = std::memchr(bytes.data() + from, '\n', bytes.size() - from);
+  return at == nullptr ? NPOS : static_cast<size_t>(static_cast<const char*>(at) - bytes.data());
+}
+
+size_t FindEndOfLine(string_view bytes, size_t from, TextEncoding encoding) noexcept {
+  if (!IsUtf16Encoding(encoding)) {
+    const size_t at = FindLineFeed(bytes, from);
+    return at == NPOS ? NPOS : at + 1;
+  }
+  const size_t at = FindUtf16LineFeed(bytes, from & ~size_t{1}, OrderOf(encoding));
+  return at == NPOS ? NPOS : at + 2;
+}
+
 /// Makes CR LF at the end of what was appended to `text` behind `begin` a plain line feed.
 void JoinLineEnd(std::wstring& text, size_t begin) {
   const size_t size = text.size();
@@ -217,102 +296,84 @@ void AppendWithReturns(string_view narrow, std::string& bytes) {
   }
 }
 
-}  // namespace
-
-TextDecoder::TextDecoder(const TextFormat& format)
-    : format_(format), scratch_(std::make_unique_for_overwrite<wchar_t[]>(SCRATCH_UNITS)) {
-  if (format_.encoding == EncodingANSI) table_ = TableOf(format_.codePage);
+/// Returns the length of the longest head of `bytes` that ends with a character.
+size_t CompleteLength(string_view bytes, TextEncoding encoding) noexcept {
+  if (IsUtf16Encoding(encoding)) return Utf16CompleteLength(bytes, OrderOf(encoding));
+  return encoding == EncodingUTF8 ? Utf8CompleteLength(bytes) : bytes.size();
 }
 
-bool TextDecoder::IsUtf16() const noexcept {
-  return IsUtf16Encoding(format_.encoding);
-}
-
-ByteOrder TextDecoder::Order() const noexcept {
-  return OrderOf(format_.encoding);
-}
-
-size_t TextDecoder::FindLineEnd(string_view bytes, size_t from) const noexcept {
-  if (IsUtf16()) {
-    const size_t at = FindUtf16LineFeed(bytes, from & ~size_t{1}, Order());
-    return at == NPOS ? NPOS : at + 2;
-  }
-  if (from >= bytes.size()) return NPOS;
-  const void* at = std::memchr(bytes.data() + from, '\n', bytes.size() - from);
-  return at == nullptr ? NPOS
-                       : static_cast<size_t>(static_cast<const char*>(at) - bytes.data()) + 1;
-}
-
-bool TextDecoder::AppendLine(string_view bytes, std::wstring& text) {
+/// Appends text of UTF or, with a table, of a single-byte page.
+void AppendDecoded(const Input& input, TextEncoding encoding, const SingleByteTable* table,
+                   std::wstring& text) {
   const size_t begin = text.size();
-  if (format_.encoding == EncodingANSI && !table_) {
-    const bool isJoined =
-        format_.lineEnds == LineEnds::CarriageReturnLineFeed && bytes.ends_with("\r\n");
-    if (!isJoined) return AppendPieces(bytes, text);
-    std::string joined(bytes.substr(0, bytes.size() - 2));
-    joined.push_back('\n');
-    return AppendPieces(joined, text);
+  // Kernels write straight into the string; none of them gives more units than it takes bytes.
+  text.resize(begin + input.Size() + BLOCK_BYTES);
+  wchar_t* const out = text.data() + begin;
+  size_t units = 0;
+  if (encoding == EncodingUTF8) {
+    units = DecodeUtf8(input, out);
+  } else if (encoding == EncodingANSI) {
+    units = DecodeSingleByte(input, *table, out);
+  } else {
+    units = DecodeUtf16(input.Bytes(), OrderOf(encoding), out);
   }
-  AppendDecoded(bytes, text);
-  if (format_.lineEnds == LineEnds::CarriageReturnLineFeed) JoinLineEnd(text, begin);
-  return true;
+  text.resize(begin + units);
 }
 
-bool TextDecoder::AppendHead(string_view bytes, std::wstring& text, size_t& used) {
-  used = 0;
-  if (bytes.size() <= MAX_REST) return true;
-  const string_view head = bytes.substr(0, bytes.size() - KEPT_BYTES);
-  if (format_.encoding == EncodingANSI && !table_) {
-    used = head.size() - head.size() % PIECE_BYTES;
-    return AppendPieces(head.substr(0, used), text);
-  }
-  used = CompleteLength(head);
-  AppendDecoded(head.substr(0, used), text);
-  return true;
-}
-
-size_t TextDecoder::CompleteLength(string_view bytes) const noexcept {
-  if (IsUtf16()) return Utf16CompleteLength(bytes, Order());
-  return format_.encoding == EncodingUTF8 ? Utf8CompleteLength(bytes) : bytes.size();
-}
-
-size_t TextDecoder::DecodePiece(string_view bytes) noexcept {
-  switch (format_.encoding) {
-    case EncodingUTF8:
-      return Utf8ToWide(bytes, scratch_.get());
-    case EncodingUTF16LE:
-    case EncodingUTF16BE:
-      return DecodeUtf16(bytes, Order(), scratch_.get());
-    case EncodingANSI:
-      break;
-  }
-  return DecodeSingleByte(bytes, *table_, scratch_.get());
-}
-
-void TextDecoder::AppendDecoded(string_view bytes, std::wstring& text) {
-  while (bytes.size() > SCRATCH_UNITS) {
-    const size_t size = CompleteLength(bytes.substr(0, SCRATCH_UNITS));
-    text.append(scratch_.get(), DecodePiece(bytes.substr(0, size)));
-    bytes.remove_prefix(size);
-  }
-  text.append(scratch_.get(), DecodePiece(bytes));
-}
-
-bool TextDecoder::AppendPieces(string_view bytes, std::wstring& text) {
-  const size_t before = text.size();
+/// Appends text of a multi-byte page.
+void AppendPieces(string_view bytes, std::uint32_t codePage, std::wstring& text) {
   while (!bytes.empty()) {
     const string_view piece = bytes.substr(0, PIECE_BYTES);
-    if (!platform::AppendWide(format_.codePage, piece, text)) {
-      text.resize(before);
-      return false;
-    }
+    platform::AppendWide(codePage, piece, text);
     bytes.remove_prefix(piece.size());
   }
-  return true;
 }
 
-bool TextEncoder::Append(std::wstring_view text, std::string& bytes) {
-  if (text.empty()) return true;
+}  // namespace
+
+TextDecoder::TextDecoder(const TextFormat& format) : format_(format) {
+  if (format_.encoding != EncodingANSI) return;
+  table_ = TableOf(format_.codePage);
+  isUsable_ = table_ != nullptr || platform::IsCodePageServed(format_.codePage);
+}
+
+Taken TextDecoder::Take(string_view bytes, size_t searched, TakenText what, std::wstring& text) {
+  if (!isUsable_) return {};
+  size_t size = FindEndOfLine(bytes, searched, format_.encoding);
+  const bool isLine = size != NPOS;
+  if (!isLine) {
+    if (what == TakenText::Line) return {};
+    size = what == TakenText::Rest ? bytes.size() : HeadLength(bytes);
+  }
+  if (IsInPieces()) {
+    AppendInPieces(bytes.substr(0, size), text);
+    return {size, isLine};
+  }
+  const size_t begin = text.size();
+  const Input input = {bytes.data(), bytes.data() + size, bytes.data() + bytes.size()};
+  AppendDecoded(input, format_.encoding, table_.get(), text);
+  if (format_.lineEnds == LineEnds::CarriageReturnLineFeed) JoinLineEnd(text, begin);
+  return {size, isLine};
+}
+
+size_t TextDecoder::HeadLength(string_view bytes) const noexcept {
+  if (bytes.size() <= MAX_REST) return 0;
+  const string_view head = bytes.substr(0, bytes.size() - KEPT_BYTES);
+  if (IsInPieces()) return head.size() - head.size() % PIECE_BYTES;
+  return CompleteLength(head, format_.encoding);
+}
+
+void TextDecoder::AppendInPieces(string_view bytes, std::wstring& text) const {
+  if (format_.lineEnds == LineEnds::AsStored || !bytes.ends_with("\r\n")) {
+    return AppendPieces(bytes, format_.codePage, text);
+  }
+  std::string joined(bytes.substr(0, bytes.size() - 2));
+  joined.push_back('\n');
+  AppendPieces(joined, format_.codePage, text);
+}
+
+void TextEncoder::Append(std::wstring_view text, std::string& bytes) {
+  if (text.empty()) return;
   if (IsUtf16Encoding(format_.encoding)) return Encode(text, bytes);
   std::wstring joined;
   if (held_ != 0) {
@@ -326,30 +387,28 @@ bool TextEncoder::Append(std::wstring_view text, std::string& bytes) {
     held_ = text.back();
     text.remove_suffix(1);
   }
-  return text.empty() || Encode(text, bytes);
+  if (!text.empty()) Encode(text, bytes);
 }
 
-bool TextEncoder::Finish(std::string& bytes) {
-  if (held_ == 0) return true;
+void TextEncoder::Finish(std::string& bytes) {
+  if (held_ == 0) return;
   const wchar_t unit = held_;
   held_ = 0;
-  return Encode({&unit, 1}, bytes);
+  Encode({&unit, 1}, bytes);
 }
 
-bool TextEncoder::Encode(std::wstring_view text, std::string& bytes) {
+void TextEncoder::Encode(std::wstring_view text, std::string& bytes) const {
+  const bool isStored = format_.lineEnds == LineEnds::AsStored;
   if (format_.encoding == EncodingANSI) {
-    if (format_.lineEnds == LineEnds::AsStored) {
-      return platform::AppendNarrow(format_.codePage, text, bytes);
+    if (isStored) {
+      platform::AppendNarrow(format_.codePage, text, bytes);
+      return;
     }
     std::string narrow;
-    if (!platform::AppendNarrow(format_.codePage, text, narrow)) return false;
-    AppendWithReturns(narrow, bytes);
-    return true;
+    platform::AppendNarrow(format_.codePage, text, narrow);
+    return AppendWithReturns(narrow, bytes);
   }
-  if (format_.lineEnds == LineEnds::AsStored) {
-    EncodeUtf(text, bytes);
-    return true;
-  }
+  if (isStored) return EncodeUtf(text, bytes);
   while (!text.empty()) {
     const size_t end = std::min(text.find(L'\n'), text.size());
     EncodeUtf(text.substr(0, end), bytes);
@@ -357,7 +416,6 @@ bool TextEncoder::Encode(std::wstring_view text, std::string& bytes) {
     EncodeUtf(L"\r\n", bytes);
     text.remove_prefix(end + 1);
   }
-  return true;
 }
 
 void TextEncoder::EncodeUtf(std::wstring_view text, std::string& bytes) const {

@@ -9,8 +9,7 @@
 /// encoder appends to a string of bytes.
 ///
 ///     TextDecoder decoder({EncodingUTF8, 0, LineEnds::AsStored});
-///     const std::size_t end = decoder.FindLineEnd(bytes, 0);
-///     decoder.AppendLine(bytes.substr(0, end), line);
+///     const std::size_t used = decoder.Take(bytes, 0, TakenText::Line, line);
 ///
 /// Threads: one thread an object.
 
@@ -39,6 +38,19 @@ struct TextFormat {
   LineEnds lineEnds = LineEnds::AsStored;
 };
 
+/// What is taken of bytes in which no line ends.
+enum class TakenText {
+  Line,  ///< nothing
+  Head,  ///< what is whole; the rest goes before what is read next
+  Rest   ///< everything: the text ends here
+};
+
+/// What was taken.
+struct Taken {
+  std::size_t bytes = 0;
+  bool isLine = false;  ///< a line end was reached
+};
+
 /// What each byte of a code page stands for, where every byte stands for one unit of its own.
 using SingleByteTable = std::array<wchar_t, 256>;
 
@@ -50,34 +62,25 @@ class SHARED_API TextDecoder {
 public:
   explicit TextDecoder(const TextFormat& format);
 
-  /// Returns the offset behind the first line feed at or behind `from`, or npos when there is none.
-  /// UTF-16: `bytes` starts at a unit; an odd `from` means the unit that it lies in.
-  std::size_t FindLineEnd(std::string_view bytes, std::size_t from) const noexcept;
+  /// Returns false when this target cannot convert the code page; nothing is decoded then.
+  bool IsUsable() const noexcept { return isUsable_; }
 
-  /// Appends a line with its line end, or the end of a text that has none, to `text`.
-  /// Returns false, leaving `text` as it was, when the code page cannot be used on this target.
-  bool AppendLine(std::string_view bytes, std::wstring& text);
+  /// Appends the first line of `bytes`, its line end included, to `text`; when no line ends in
+  /// `bytes`, what `what` says.
+  /// The first `searched` bytes are known to hold no line end. UTF-16: `bytes` starts at a unit.
+  Taken Take(std::string_view bytes, std::size_t searched, TakenText what, std::wstring& text);
 
-  /// Appends the head of a line whose end is not in `bytes`; sets `used` to the number of bytes
-  /// that this took. The rest, `MAX_REST` bytes at most, goes before what is read next.
-  bool AppendHead(std::string_view bytes, std::wstring& text, std::size_t& used);
-
+  /// The most bytes that `TakenText::Head` leaves.
   static constexpr std::size_t MAX_REST = 512;
 
 private:
-  bool IsUtf16() const noexcept;
-  ByteOrder Order() const noexcept;
-  std::size_t CompleteLength(std::string_view bytes) const noexcept;
-  std::size_t DecodePiece(std::string_view bytes) noexcept;
-  void AppendDecoded(std::string_view bytes, std::wstring& text);
-  bool AppendPieces(std::string_view bytes, std::wstring& text);
-
-  /// Units decoded at a time; few enough to stay in the fastest cache.
-  static constexpr std::size_t SCRATCH_UNITS = 2048;
+  bool IsInPieces() const noexcept { return format_.encoding == EncodingANSI && !table_; }
+  std::size_t HeadLength(std::string_view bytes) const noexcept;
+  void AppendInPieces(std::string_view bytes, std::wstring& text) const;
 
   TextFormat format_;
   std::shared_ptr<const SingleByteTable> table_;  ///< null for multi-byte pages and UTF
-  std::unique_ptr<wchar_t[]> scratch_;
+  bool isUsable_ = true;
 };
 
 /// Encodes text that arrives in pieces.
@@ -89,14 +92,14 @@ class SHARED_API TextEncoder {
 public:
   explicit TextEncoder(const TextFormat& format) : format_(format) {}
 
-  /// Appends the bytes of `text`. Returns false when the code page cannot be used on this target.
-  bool Append(std::wstring_view text, std::string& bytes);
+  /// Appends the bytes of `text`; none for a code page that this target cannot convert.
+  void Append(std::wstring_view text, std::string& bytes);
 
   /// Appends what is held back.
-  bool Finish(std::string& bytes);
+  void Finish(std::string& bytes);
 
 private:
-  bool Encode(std::wstring_view text, std::string& bytes);
+  void Encode(std::wstring_view text, std::string& bytes) const;
   void EncodeUtf(std::wstring_view text, std::string& bytes) const;
 
   TextFormat format_;

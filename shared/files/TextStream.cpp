@@ -49,6 +49,11 @@ void TextStream::Fail(const wchar_t* format, int line) const {
   ThrowErrorImpl(UNIT_NAME, line, format, path_.c_str(), platform::LastErrorText().c_str());
 }
 
+void TextStream::CheckCodePage(const wchar_t* format) const {
+  if (decoder_.IsUsable()) return;
+  ThrowErrorImpl(UNIT_NAME, __LINE__, format, path_.c_str(), INVALID_PARAMETER_TEXT);
+}
+
 // Reading.
 
 void TextStream::Preload(std::string_view head, std::size_t skipped) {
@@ -59,16 +64,8 @@ void TextStream::Preload(std::string_view head, std::size_t skipped) {
   Consume(skipped);
 }
 
-std::string_view TextStream::Unread() const noexcept {
-  return {block_.get() + next_, end_ - next_};
-}
-
-void TextStream::Consume(std::size_t count) noexcept {
-  next_ += count;
-  position_ += static_cast<std::int64_t>(count);
-}
-
 bool TextStream::Refill() {
+  CheckCodePage(READ_FAILED);
   if (!block_) block_ = std::make_unique_for_overwrite<char[]>(BLOCK_BYTES);
   if (next_ != 0) {
     std::memmove(block_.get(), block_.get() + next_, end_ - next_);
@@ -81,42 +78,21 @@ bool TextStream::Refill() {
   return got > 0;
 }
 
-void TextStream::CheckDecoded(bool isDone) const {
-  if (isDone) return;
-  ThrowErrorImpl(UNIT_NAME, __LINE__, READ_FAILED, path_.c_str(), INVALID_PARAMETER_TEXT);
-}
-
-bool TextStream::AppendLine(std::wstring& text) {
-  // While output is pending the block is empty, so that this leads to the slow way.
-  const std::size_t size = decoder_.FindLineEnd(Unread(), 0);
-  if (size == std::string_view::npos) return AppendLongLine(text);
-  CheckDecoded(decoder_.AppendLine(Unread().substr(0, size), text));
-  Consume(size);
-  return true;
-}
-
 bool TextStream::AppendLongLine(std::wstring& text) {
   FinishWriting();
   bool isAny = false;
-  while (true) {
-    const std::size_t searched = end_ - next_;
-    if (!Refill()) break;
-    const std::size_t size = decoder_.FindLineEnd(Unread(), searched);
-    if (size != std::string_view::npos) {
-      CheckDecoded(decoder_.AppendLine(Unread().substr(0, size), text));
-      Consume(size);
-      return true;
-    }
-    if (end_ < BLOCK_BYTES) continue;
-    std::size_t used = 0;
-    CheckDecoded(decoder_.AppendHead(Unread(), text, used));
-    Consume(used);
-    isAny = isAny || used != 0;
+  std::size_t searched = end_ - next_;
+  while (Refill()) {
+    const TakenText what = end_ == BLOCK_BYTES ? TakenText::Head : TakenText::Line;
+    const Taken taken = decoder_.Take(Unread(), searched, what, text);
+    Consume(taken.bytes);
+    if (taken.isLine) return true;
+    isAny = isAny || taken.bytes != 0;
+    searched = end_ - next_;
   }
-  if (next_ == end_) return isAny;
-  CheckDecoded(decoder_.AppendLine(Unread(), text));
-  Consume(end_ - next_);
-  return true;
+  const Taken rest = decoder_.Take(Unread(), searched, TakenText::Rest, text);
+  Consume(rest.bytes);
+  return isAny || rest.bytes != 0;
 }
 
 bool TextStream::IsAtEnd() {
@@ -136,13 +112,12 @@ void TextStream::StartWriting() {
 }
 
 void TextStream::Write(std::wstring_view text) {
+  CheckCodePage(WRITE_FAILED);
   StartWriting();
   while (!text.empty()) {
     const std::wstring_view piece = text.substr(0, encodedTogether_);
     const std::size_t before = pending_.size();
-    if (!encoder_.Append(piece, pending_)) {
-      ThrowErrorImpl(UNIT_NAME, __LINE__, WRITE_FAILED, path_.c_str(), INVALID_PARAMETER_TEXT);
-    }
+    encoder_.Append(piece, pending_);
     position_ += static_cast<std::int64_t>(pending_.size() - before);
     FlushIfLarge();
     text.remove_prefix(piece.size());

@@ -74,11 +74,14 @@ public:
   void Close();
 
 private:
-  std::string_view Unread() const noexcept;
-  void Consume(std::size_t count) noexcept;
+  std::string_view Unread() const noexcept { return {block_.get() + next_, end_ - next_}; }
+  void Consume(std::size_t count) noexcept {
+    next_ += count;
+    position_ += static_cast<std::int64_t>(count);
+  }
   bool Refill();
   bool AppendLongLine(std::wstring& text);
-  void CheckDecoded(bool isDone) const;
+  void CheckCodePage(const wchar_t* format) const;
   void StartWriting();
   void FinishWriting();
   bool WritePending();
@@ -98,5 +101,14 @@ private:
   std::size_t end_ = 0;
   std::string pending_;  ///< encoded, not yet handed to the system
 };
+
+// Implementation details follow.
+
+inline bool TextStream::AppendLine(std::wstring& text) {
+  // While output is pending the block is empty, so that this leads to the slow way.
+  const Taken taken = decoder_.Take(Unread(), 0, TakenText::Line, text);
+  Consume(taken.bytes);
+  return taken.isLine || AppendLongLine(text);
+}
 
 }  // namespace shr

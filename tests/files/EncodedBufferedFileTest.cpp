@@ -569,7 +569,8 @@ TEST(TextCodec, decoderJoinsCarriageReturnAndLineFeedAtTheEndOnly) {
            {std::pair(L"a\r\n", L"a\n"), std::pair(L"\r\r\n", L"\r\n"), std::pair(L"a\r", L"a\r"),
             std::pair(L"\r\n", L"\n"), std::pair(L"a\rb\n", L"a\rb\n")}) {
         std::wstring text = L"\r";
-        EXPECT_TRUE(decoder.AppendLine(Encode(stored, encoding), text));
+        const std::string bytes = Encode(stored, encoding);
+        EXPECT_EQ(decoder.Take(bytes, 0, TakenText::Rest, text).bytes, bytes.size());
         EXPECT_EQ(text, std::wstring(L"\r") + seen) << encoding;
       }
     }
@@ -580,11 +581,15 @@ TEST(TextCodec, lineEndsAreFoundAtUnitsOnly) {
   for (std::size_t before = 0; before < 40; ++before) {
     const std::wstring text = std::wstring(before, L'\x0A0A') + L"\n" + L"tail";
     for (const TextEncoding encoding : {EncodingUTF16LE, EncodingUTF16BE}) {
-      const TextDecoder decoder({encoding, 0, LineEnds::AsStored});
+      TextDecoder decoder({encoding, 0, LineEnds::AsStored});
       const std::string bytes = Encode(text, encoding);
-      EXPECT_EQ(decoder.FindLineEnd(bytes, 0), 2 * before + 2);
-      EXPECT_EQ(decoder.FindLineEnd(bytes, 2 * before + 1), 2 * before + 2);
-      EXPECT_EQ(decoder.FindLineEnd(bytes, 2 * before + 2), std::string::npos);
+      const auto take = [&](std::size_t searched) {
+        std::wstring taken;
+        return decoder.Take(bytes, searched, TakenText::Line, taken).bytes;
+      };
+      EXPECT_EQ(take(0), 2 * before + 2);
+      EXPECT_EQ(take(2 * before + 1), 2 * before + 2);
+      EXPECT_EQ(take(2 * before + 2), 0u);
     }
   }
 }
@@ -593,7 +598,7 @@ TEST(TextCodec, encoderWritesBothLineEnds) {
   for (const TextEncoding encoding : ENCODINGS) {
     TextEncoder encoder({encoding, 1252, LineEnds::CarriageReturnLineFeed});
     std::string bytes;
-    EXPECT_TRUE(encoder.Append(L"a\n\nb\r\n", bytes));
+    encoder.Append(L"a\n\nb\r\n", bytes);
     EXPECT_EQ(bytes, Encode(L"a\r\n\r\nb\r\r\n", encoding));
   }
 }
