@@ -4,7 +4,7 @@
 // Containment is decided by the winding number of each ring around the point: edges that cross the
 // horizontal line through the point upward count +1 when the point lies to their left, downward
 // edges -1 when it lies to their right. Half-open edges make a vertex on the line count once. Edges
-// that do not reach the line, nearly all, cost two comparisons; the side of the others is decided
+// that do not reach the line, nearly all, cost one comparison; the side of the others is decided
 // exactly, so that a point on an edge is seen as such (M. Shimrat, "Algorithm 112: Position of
 // Point Relative to Polygon", 1962; K. Hormann and A. Agathos, "The Point in Polygon Problem for
 // Arbitrary Polygons", 2001).
@@ -72,19 +72,29 @@ Passage PassEdge(const Vec2d& from, const Vec2d& to, const Vec2d& point) {
   return {false, 0};
 }
 
+/// Returns the index of the first vertex after `first` that does not lie on the same side of the
+/// line y, above or below it, as that one. A vertex on the line is a run of its own.
+std::size_t EndOfRun(std::span<const Vec2d> ring, std::size_t first, double y) {
+  std::size_t end = first + 1;
+  if (ring[first].y > y) {
+    while (end < ring.size() && ring[end].y > y) ++end;
+  } else if (ring[first].y < y) {
+    while (end < ring.size() && ring[end].y < y) ++end;
+  }
+  return end;
+}
+
 Location LocateInRing(std::span<const Vec2d> ring, const Vec2d& point) {
   if (ring.size() < MIN_RING_SIZE) return Location::Outside;
   int winding = 0;
-  Vec2d from = ring.back();
-  for (const Vec2d& to : ring) {
-    const bool isAbove = from.y > point.y && to.y > point.y;
-    const bool isBelow = from.y < point.y && to.y < point.y;
-    if (!isAbove && !isBelow) {
-      const Passage passage = PassEdge(from, to, point);
+  std::size_t from = ring.size() - 1;
+  for (std::size_t to = 0; to < ring.size(); from = to - 1) {
+    if (IsBetween(point.y, ring[from].y, ring[to].y)) {
+      const Passage passage = PassEdge(ring[from], ring[to], point);
       if (passage.touches) return Location::Boundary;
       winding += passage.winding;
     }
-    from = to;
+    to = EndOfRun(ring, to, point.y);
   }
   return winding != 0 ? Location::Inside : Location::Outside;
 }
@@ -263,15 +273,19 @@ std::size_t GPolygon2d::GetPolyPolygon(Vec2d* points, unsigned int* counts, bool
 std::size_t GPolygon2d::GetPolyPolygon(std::vector<Vec2d>& points,
                                        std::vector<unsigned int>& counts, bool closed) const {
   const GPolygon2dModel& model = Model();
+  counts.resize(model.ringEnds.size());
+  for (std::size_t ring = 0; ring < counts.size(); ++ring) {
+    counts[ring] = static_cast<unsigned int>(EmittedSize(model.Ring(ring), closed));
+  }
+  if (closed) {
+    points = model.points;
+    return points.size();
+  }
   points.clear();
-  counts.clear();
   points.reserve(model.points.size());
-  counts.reserve(model.ringEnds.size());
-  for (std::size_t ring = 0; ring < model.ringEnds.size(); ++ring) {
-    const std::span<const Vec2d> source = model.Ring(ring);
-    const std::span<const Vec2d> emitted = source.first(EmittedSize(source, closed));
+  for (std::size_t ring = 0; ring < counts.size(); ++ring) {
+    const std::span<const Vec2d> emitted = model.Ring(ring).first(counts[ring]);
     points.insert(points.end(), emitted.begin(), emitted.end());
-    counts.push_back(static_cast<unsigned int>(emitted.size()));
   }
   return points.size();
 }
