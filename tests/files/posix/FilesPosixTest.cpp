@@ -4,10 +4,15 @@
 // Files on this target: devices, pipes, links, permissions, untranslated line ends.
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "shared/files/BufferedFile.h"
 #include "shared/files/File.h"
@@ -93,6 +98,104 @@ TEST(PosixFiles, replacementKeepsPermissionsAndLinks) {
   struct stat status = {};
   ASSERT_EQ(0, stat(native.c_str(), &status));
   EXPECT_EQ(0640u, status.st_mode & 07777);
+}
+
+/// Runs `checks` in a child process without the rights of an administrator; returns the number of
+/// the first check that failed, or 0.
+int FirstFailureWithoutPrivileges(const std::vector<std::function<bool()>>& checks) {
+  const pid_t child = fork();
+  if (child == 0) {
+    constexpr uid_t NOBODY = 65534;
+    if (geteuid() == 0 && seteuid(NOBODY) != 0) _exit(100);
+    for (std::size_t i = 0; i < checks.size(); ++i) {
+      if (!checks[i]()) _exit(static_cast<int>(i) + 1);
+    }
+    _exit(0);
+  }
+  int status = -1;
+  return waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST(PosixFiles, missingRightsAreRespected) {
+  const TemporaryFolder folder;
+  const GString path = folder.Path(L"a.dat");
+  const GString locked = folder.Path(L"locked.dat");
+  WriteBytes(path, "1");
+  WriteBytes(locked, "1");
+  ASSERT_EQ(0, chmod(test::ToFilesystemPath(path).c_str(), 0444));
+  ASSERT_EQ(0, chmod(test::ToFilesystemPath(locked).c_str(), 0));
+  ASSERT_EQ(0, chmod(test::ToFilesystemPath(folder.Path()).c_str(), 0555));
+  CFile file;
+  const auto opens = [&file](const GString& name, CFile::Access access, CFile::Mode mode) {
+    const bool opened = file.OpenNoThrow(name, access, mode, CFile::ShareAll);
+    file.Close();
+    return opened;
+  };
+  const auto replaces = [](const GString& name) {
+    return Failure([&] { CReplacementFile replacement(name); }) == L"(nothing)";
+  };
+  using F = CFile;
+  EXPECT_EQ(0, FirstFailureWithoutPrivileges(
+                   {[&] { return IsFileReadable(path); }, [&] { return !IsFileReadable(locked); },
+                    [&] { return opens(path, F::AccessRead, F::ModeOpenExisting); },
+                    [&] { return !opens(path, F::AccessReadWrite, F::ModeOpenExisting); },
+                    [&] { return !opens(path, F::AccessRead, F::ModeCreateAlways); },
+                    [&] { return !opens(locked, F::AccessRead, F::ModeOpenExisting); },
+                    [&] { return !opens(folder.Path(L"new"), F::AccessWrite, F::ModeOpenAlways); },
+                    [&] { return !replaces(path) && !replaces(folder.Path(L"new")); }}));
+  EXPECT_EQ("1", ReadBytes(path));
+  ASSERT_EQ(0, chmod(test::ToFilesystemPath(folder.Path()).c_str(), 0755));
+}
+
+/// Lets no file of the process grow beyond a size, which stands for a disk that fills up.
+class FileSizeLimit {
+public:
+  explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit limit = {bytes, before_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FileSizeLimit() {
+    setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, handler_);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+  void (*handler_)(int);
+  rlimit before_ = {};
+};
+
+TEST(PosixFiles, aDiskThatFillsUpLeavesTheOldFile) {
+  const TemporaryFolder folder;
+  const GString path = folder.Path(L"a.html");
+  WriteBytes(path, "old");
+  {
+    CReplacementFile file(path);
+    const FileSizeLimit limit(100'000);
+    const GString failure = Failure([&file] {
+      for (int i = 0; i < 10; ++i) file.Write(std::string(20'000, 'x'));
+      file.Commit();
+    });
+    EXPECT_TRUE(HasSystemText(failure, GString(L"Unable to write '") + path + L"'.")) << failure;
+  }
+  EXPECT_EQ("old", ReadBytes(path));
+  EXPECT_EQ(1u, folder.Names().size());
+}
+
+TEST(PosixFiles, anOpenFileMayBeReplacedAndRemoved) {
+  const TemporaryFolder folder;
+  const GString path = folder.Path(L"a.dat");
+  WriteBytes(path, "old");
+  WriteBytes(folder.Path(L"b.dat"), "new");
+  CFile file(path, CFile::AccessRead, CFile::ModeOpenExisting, CFile::ShareNone);
+  EXPECT_TRUE(platform::ReplaceExistingFile(folder.Path(L"b.dat"), path));
+  EXPECT_EQ("new", ReadBytes(path));
+  EXPECT_TRUE(platform::RemoveFile(path));
+  char bytes[4] = {};
+  file.ReadN(bytes, 3);
+  EXPECT_STREQ("old", bytes);
 }
 
 TEST(PosixFiles, devicesAreNotReplaced) {
