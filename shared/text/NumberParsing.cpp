@@ -370,6 +370,29 @@ bool ParseDouble(std::basic_string_view<Char> text, double& value) {
   return valid;
 }
 
+/// Returns the end of the number without sign that begins at `first`; `first` when there is none.
+template <typename Char>
+const Char* SkipMagnitude(const Char* first, const Char* last) {
+  const auto skipDigits = [last](const Char* next) {
+    return std::find_if_not(next, last, IsDigit<Char>);
+  };
+  const Char* next = skipDigits(first);
+  std::ptrdiff_t digits = next - first;
+  if (next != last && *next == '.') {
+    const Char* const decimals = next + 1;
+    next = skipDigits(decimals);
+    digits += next - decimals;
+  }
+  if (digits == 0) {
+    const Decimal<Char> word = ScanWord(first, last);
+    return word.end == nullptr ? first : word.end;
+  }
+  if (next == last || (*next != 'e' && *next != 'E')) return next;
+  const Char* const exponent = next + 1 + ScanSign(next + 1, last).length;
+  const Char* const end = skipDigits(exponent);
+  return end == exponent ? next : end;
+}
+
 // Integers.
 
 template <std::integral Integer, typename Char>
@@ -400,16 +423,18 @@ bool ParseInteger(std::basic_string_view<Char> text, Integer& value) {
 
 template <typename Char>
 RealPrefix<Char> ParseRealPrefix(const Char* first, const Char* last) noexcept {
+  // Finds the end first and then parses what is before it as a whole text, so that the conversion
+  // of whole texts has one caller only, into which the compiler merges it.
   const Sign sign = ScanSign(first, last);
-  const Char* const magnitude = first + sign.length;
-  const Decimal<Char> decimal = ScanDecimal(magnitude, last);
-  if (decimal.end != nullptr) {
-    const RealStatus status = std::isinf(decimal.value) ? RealStatus::Overflow : RealStatus::Ok;
-    return {decimal.end, WithSign(decimal.value, sign), status};
+  const Char* const end = SkipMagnitude(first + sign.length, last);
+  if (end == first + sign.length) return {first, 0, RealStatus::None};
+  RealPrefix<Char> number{end, 0, RealStatus::Ok};
+  const std::basic_string_view<Char> text(first, static_cast<std::size_t>(end - first));
+  if (!ParseDouble(text, number.value)) {
+    number.value = WithSign(std::numeric_limits<double>::infinity(), sign);
+    number.status = RealStatus::Overflow;
   }
-  const Decimal<Char> word = ScanWord(magnitude, last);
-  if (word.end == nullptr) return {first, 0, RealStatus::None};
-  return {word.end, WithSign(word.value, sign), RealStatus::Ok};
+  return number;
 }
 
 template RealPrefix<char> ParseRealPrefix(const char*, const char*) noexcept;
