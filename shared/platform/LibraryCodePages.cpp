@@ -49,6 +49,9 @@ std::unique_ptr<const CodePageTable> BuildTable(std::uint32_t codePage) {
   return table;
 }
 
+/// GB 2312 within its Windows extension, KS X 1001 in the form of Wansung.
+constexpr EucPage EUC_PAGES[] = {{20936, 936, 0xF7}, {51936, 936, 0xF7}, {51949, 20949, 0xFE}};
+
 struct Slot {
   std::once_flag once;
   std::unique_ptr<const CodePageTable> table;
@@ -118,6 +121,33 @@ const CodePageTable* LibraryCodePageTable(std::uint32_t codePage) {
   Slot& slot = slots[found - RUNS.pages.begin()];
   std::call_once(slot.once, [&] { slot.table = BuildTable(codePage); });
   return slot.table.get();
+}
+
+const EucPage* FindEucPage(std::uint32_t codePage) noexcept {
+  const auto* found =
+      std::find_if(std::begin(EUC_PAGES), std::end(EUC_PAGES),
+                   [codePage](const EucPage& row) { return row.codePage == codePage; });
+  return found == std::end(EUC_PAGES) ? nullptr : found;
+}
+
+std::unique_ptr<const CodePageTable> BuildEucTable(
+    const EucPage& page, const std::function<char16_t(unsigned lead, unsigned trail)>& decodePair) {
+  auto table = std::make_unique<CodePageTable>(ASCII_STAND_INS);
+  for (std::uint16_t byte = 0; byte < 0x80; ++byte) {
+    SetDecoding(*table, byte, byte);
+    table->SetEncoding(byte, byte);
+  }
+  for (unsigned lead = 0xA1; lead <= page.lastLead; ++lead) {
+    table->SetLead(static_cast<unsigned char>(lead));
+    for (unsigned trail = 0xA1; trail <= 0xFE; ++trail) {
+      const char16_t unit = decodePair(lead, trail);
+      if (unit == u'?') continue;
+      const auto pair = static_cast<std::uint16_t>(lead << 8 | trail);
+      table->SetPair(pair, unit);
+      if (!table->HasEncoding(unit)) table->SetEncoding(unit, pair);
+    }
+  }
+  return table;
 }
 
 }  // namespace shr::platform

@@ -12,6 +12,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -35,5 +37,20 @@ bool HasLibraryTable(std::uint32_t codePage) noexcept;
 
 /// Returns the library's own table of a page, or null when it has none. The table lives for ever.
 const CodePageTable* LibraryCodePageTable(std::uint32_t codePage);
+
+/// A page of ASCII and pairs of high bytes that are those of another page.
+struct EucPage {
+  std::uint32_t codePage;
+  std::uint32_t basePage;
+  unsigned char lastLead;
+};
+
+/// Returns the row of a page, or null when it is none of this kind.
+const EucPage* FindEucPage(std::uint32_t codePage) noexcept;
+
+/// Builds the table of such a page. `decodePair` gives the unit of a pair in the base page, "?" for
+/// none.
+std::unique_ptr<const CodePageTable> BuildEucTable(
+    const EucPage& page, const std::function<char16_t(unsigned lead, unsigned trail)>& decodePair);
 
 }  // namespace shr::platform

@@ -23,18 +23,20 @@ constexpr std::uint32_t DEFAULT_ANSI_PAGE = 1252;
 constexpr std::uint32_t DEFAULT_OEM_PAGE = 437;
 constexpr std::uint32_t UTF7_PAGE = 65000;
 
-/// The tables read so far. Readers never wait for each other.
+/// The tables made so far. Readers never wait for each other.
 class TableCache {
 public:
-  const CodePageTable* Find(const CodePageConverter& converter) {
+  /// Returns the table of a page; `make` makes it at the first call and may give null.
+  template <typename Make>
+  const CodePageTable* Find(std::uint32_t codePage, Make make) {
     {
       const std::shared_lock lock(mutex_);
-      const auto found = tables_.find(converter.codePage);
+      const auto found = tables_.find(codePage);
       if (found != tables_.end()) return found->second.get();
     }
     const std::unique_lock lock(mutex_);
-    const auto [entry, isNew] = tables_.try_emplace(converter.codePage);
-    if (isNew) entry->second = ReadCodePageTable(converter);
+    const auto [entry, isNew] = tables_.try_emplace(codePage);
+    if (isNew) entry->second = make();
     return entry->second.get();
   }
 
@@ -42,6 +44,28 @@ private:
   std::shared_mutex mutex_;
   std::map<std::uint32_t, std::unique_ptr<const CodePageTable>> tables_;
 };
+
+const CodePageTable* ConverterTable(const CodePageConverter& converter) {
+  static TableCache& cache = *new TableCache;
+  return cache.Find(converter.codePage, [&converter] { return ReadCodePageTable(converter); });
+}
+
+std::unique_ptr<const CodePageTable> MakeEucTable(const EucPage& page) {
+  const CodePageTable* base = ConverterTable(FindConverter(page.basePage));
+  if (base == nullptr) return nullptr;
+  return BuildEucTable(page, [base](unsigned lead, unsigned trail) {
+    const char bytes[] = {static_cast<char>(lead), static_cast<char>(trail)};
+    wchar_t units[2];
+    const CodePageTable::Progress progress =
+        base->Decode(std::string_view(bytes, 2), Input::Complete, units);
+    return progress.written == 1 ? static_cast<char16_t>(units[0]) : u'?';
+  });
+}
+
+const CodePageTable* EucTable(const EucPage& page) {
+  static TableCache& cache = *new TableCache;
+  return cache.Find(page.codePage, [&page] { return MakeEucTable(page); });
+}
 
 /// Who converts a page; at most one member is set.
 struct Server {
@@ -53,11 +77,11 @@ struct Server {
 
 Server ServerOf(std::uint32_t codePage) {
   if (const CodePageTable* table = LibraryCodePageTable(codePage)) return {table, nullptr};
+  if (const EucPage* page = FindEucPage(codePage)) return {EucTable(*page), nullptr};
   const CodePageConverter converter = FindConverter(codePage);
   if (converter.source == CodePageSource::None) return {};
   if (converter.source == CodePageSource::IcuStream) return {nullptr, converter.name};
-  static TableCache& cache = *new TableCache;
-  return {cache.Find(converter), nullptr};
+  return {ConverterTable(converter), nullptr};
 }
 
 /// Returns the page that the environment variable names, `fallback` when it names none that can be

@@ -9,8 +9,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -29,45 +27,11 @@ constexpr const wchar_t* UNIT = L"StringUtility";
 /// The system counts in int; longer input is converted in parts.
 constexpr std::size_t LONGEST_PART = std::size_t{1} << 29;
 
-/// A page whose pairs of high bytes are those of a page that the system has.
-struct EucPage {
-  std::uint32_t codePage;
-  std::uint32_t platformPage;
-  unsigned char lastLead;
-};
-
-constexpr EucPage EUC_PAGES[] = {{20936, 936, 0xF7}, {51936, 936, 0xF7}, {51949, 20949, 0xFE}};
-
-wchar_t DecodePair(std::uint32_t codePage, unsigned lead, unsigned trail) {
+char16_t DecodePair(std::uint32_t codePage, unsigned lead, unsigned trail) {
   const char bytes[] = {static_cast<char>(lead), static_cast<char>(trail)};
   wchar_t units[2];
-  return MultiByteToWideChar(codePage, 0, bytes, 2, units, 2) == 1 ? units[0] : L'?';
-}
-
-std::unique_ptr<const CodePageTable> BuildEucTable(const EucPage& page) {
-  auto table = std::make_unique<CodePageTable>(CodePageTable::StandIns{u'?', '?'});
-  for (unsigned byte = 0; byte < 0x80; ++byte) {
-    table->SetSingle(static_cast<unsigned char>(byte), static_cast<char16_t>(byte));
-    table->SetEncoding(static_cast<char16_t>(byte), static_cast<std::uint16_t>(byte));
-  }
-  for (unsigned lead = 0xA1; lead <= page.lastLead; ++lead) {
-    table->SetLead(static_cast<unsigned char>(lead));
-    for (unsigned trail = 0xA1; trail <= 0xFE; ++trail) {
-      const wchar_t unit = DecodePair(page.platformPage, lead, trail);
-      const auto pair = static_cast<std::uint16_t>(lead << 8 | trail);
-      if (unit == L'?') continue;
-      table->SetPair(pair, unit);
-      if (!table->HasEncoding(unit)) table->SetEncoding(unit, pair);
-    }
-  }
-  return table;
-}
-
-const EucPage* FindEucPage(std::uint32_t codePage) {
-  const auto* found =
-      std::find_if(std::begin(EUC_PAGES), std::end(EUC_PAGES),
-                   [codePage](const EucPage& row) { return row.codePage == codePage; });
-  return found == std::end(EUC_PAGES) ? nullptr : found;
+  const int count = MultiByteToWideChar(codePage, 0, bytes, 2, units, 2);
+  return count == 1 ? static_cast<char16_t>(units[0]) : u'?';
 }
 
 bool PlatformServes(std::uint32_t codePage) {
@@ -94,7 +58,10 @@ public:
 private:
   const CodePageTable* Build(std::uint32_t codePage) {
     if (const CodePageTable* table = LibraryCodePageTable(codePage)) return table;
-    owned_.push_back(BuildEucTable(*FindEucPage(codePage)));
+    const EucPage& page = *FindEucPage(codePage);
+    owned_.push_back(BuildEucTable(page, [&page](unsigned lead, unsigned trail) {
+      return DecodePair(page.basePage, lead, trail);
+    }));
     return owned_.back().get();
   }
 
