@@ -16,12 +16,12 @@ clang=(clang libclang-rt-14-dev)
 packages_of() {
   case $1 in
     demo) echo "${build[@]}" "${examples[@]}" ;;
-    test) echo "${build[@]}" "${examples[@]}" "${windows[@]}" wine wine64 googletest clang-format \
+    test) echo "${build[@]}" "${examples[@]}" "${windows[@]}" wine wine64 googletest clang-format tidy \
                python3 pkg-config ;;
     bench) echo "${build[@]}" libbenchmark-dev libfast-float-dev python3 ;;
     fuzz) echo "${build[@]}" "${clang[@]}" ;;
-    tsan) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest ;;
-    coverage) echo "${build[@]}" "${examples[@]}" googletest gcovr ;;
+    tsan) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest tidy ;;
+    coverage) echo "${build[@]}" "${examples[@]}" googletest gcovr tidy ;;
     docs) echo doxygen ;;
     package) echo "${build[@]}" "${windows[@]}" dpkg-dev file ;;
     format) echo clang-format ;;
