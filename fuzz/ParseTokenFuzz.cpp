@@ -9,6 +9,7 @@
 #include <string>
 
 #include "shared/text/StringUtility.h"
+#include "shared/text/WhiteSpace.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size == 0) return 0;
@@ -25,9 +26,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         shr::ParseToken(wide, widePos, static_cast<wchar_t>(static_cast<unsigned char>(delimiter)));
     if (pos <= before || pos > text.size() || widePos != pos) std::abort();
     if (wideToken != std::wstring(token.begin(), token.end())) std::abort();
-    const size_t found = text.find(token, before);
-    if (found == std::string::npos || found + token.size() > pos) std::abort();
-    const bool quoted = found > 0 && text[found - 1] == '"';
+    size_t first = before;
+    while (first < text.size() && shr::IsWhiteSpace(text[first])) ++first;
+    const bool quoted = first < text.size() && text[first] == '"';
+    if (quoted) ++first;
+    if (first + token.size() > pos || text.compare(first, token.size(), token) != 0) {
+      if (!token.empty()) std::abort();
+    }
     if (!quoted && token.find(delimiter) != std::string::npos) std::abort();
   }
   if (!shr::ParseToken(text, pos, delimiter).empty() || pos < text.size()) std::abort();
