@@ -44,8 +44,6 @@ constexpr size_t NPOS = string_view::npos;
 constexpr size_t PIECE_BYTES = 255;
 /// Wide units that are encoded together.
 constexpr size_t ENCODED_UNITS = 1024;
-/// An unfinished line keeps so many bytes back: a carriage return and what a line feed may take.
-constexpr size_t KEPT_BYTES = 4;
 /// Pages up to this number are names for pages that the user's settings choose.
 constexpr std::uint32_t LAST_ALIAS_PAGE = 3;
 
@@ -111,6 +109,9 @@ std::shared_ptr<const SingleByteTable> TableOf(std::uint32_t codePage) {
 
 /// Bytes that are decoded in one step.
 constexpr size_t BLOCK_BYTES = 16;
+/// An unfinished line keeps so many bytes back: a carriage return and what a line feed may take,
+/// and what makes it possible to load whole blocks before them.
+constexpr size_t KEPT_BYTES = 4 + BLOCK_BYTES;
 
 #if SHARED_HAS_SSE2
 
@@ -164,8 +165,9 @@ struct Input {
 
   size_t Size() const noexcept { return static_cast<size_t>(end - begin); }
   string_view Bytes() const noexcept { return {begin, Size()}; }
-  bool CanLoad(const char* at) const noexcept {
-    return loadable - at >= static_cast<std::ptrdiff_t>(BLOCK_BYTES);
+  /// Returns true when a block may be loaded from any place before the end.
+  bool CanLoadBlocks() const noexcept {
+    return loadable - end >= static_cast<std::ptrdiff_t>(BLOCK_BYTES);
   }
 };
 
@@ -174,7 +176,8 @@ size_t DecodeSingleByte(const Input& input, const SingleByteTable& table, wchar_
   const auto lookUp = [&table](char byte) { return table[static_cast<unsigned char>(byte)]; };
   const char* in = input.begin;
 #if SHARED_HAS_SSE2
-  for (; in < input.end && input.CanLoad(in); in += BLOCK_BYTES, out += BLOCK_BYTES) {
+  const char* const blocksEnd = input.CanLoadBlocks() ? input.end : in;
+  for (; in < blocksEnd; in += BLOCK_BYTES, out += BLOCK_BYTES) {
     // The last block may load bytes behind the end; their units are not counted.
     unsigned others = WidenBlock(in, out);
     for (; others != 0; others &= others - 1) {
@@ -194,14 +197,15 @@ bool IsTrailByte(char byte) noexcept {
 /// Decodes UTF-8; ASCII goes sixteen bytes at a time, and the two-byte sequences that most accents
 /// take are decoded in place.
 size_t DecodeUtf8(const Input& input, wchar_t* out) noexcept {
+#if SHARED_HAS_SSE2
+  if (!input.CanLoadBlocks()) return Utf8ToWide(input.Bytes(), out);
   const char* in = input.begin;
   wchar_t* next = out;
-#if SHARED_HAS_SSE2
-  while (in < input.end && input.CanLoad(in)) {
+  while (true) {
     unsigned others = WidenBlock(in, next);
     const std::ptrdiff_t left = input.end - in;
     // What was loaded behind the end counts as something else than ASCII.
-    if (left < static_cast<std::ptrdiff_t>(BLOCK_BYTES)) others |= 1u << left;
+    if (left <= static_cast<std::ptrdiff_t>(BLOCK_BYTES)) others |= 1u << left;
     if (others == 0) {
       in += BLOCK_BYTES;
       next += BLOCK_BYTES;
@@ -222,9 +226,9 @@ size_t DecodeUtf8(const Input& input, wchar_t* out) noexcept {
     next += Utf8ToWide({in, static_cast<size_t>(runEnd - in)}, next);
     in = runEnd;
   }
+#else
+  return Utf8ToWide(input.Bytes(), out);
 #endif
-  const string_view rest(in, static_cast<size_t>(input.end - in));
-  return static_cast<size_t>(next - out) + Utf8ToWide(rest, next);
 }
 
 /// Decodes UTF-16; text without surrogates goes eight units at a time.
