@@ -29,6 +29,7 @@ using namespace shr;
 
 namespace {
 
+constexpr std::uint32_t UTF8_PAGE = 65001;
 constexpr std::size_t STEPS = 7;
 constexpr const wchar_t* MAP_NAME = L"map.svg";
 constexpr const wchar_t* PAGE_NAME = L"report.html";
@@ -64,10 +65,16 @@ void ReadCityLayer(const TextInput& input, Model& model) {
                                      FormatCount(model.cities.size(), L"city", L"cities")));
 }
 
+/// The standard's own conversion of wide text depends on the locale; UTF-8 is a path everywhere.
+std::filesystem::path ToFilesystemPath(const GString& path) {
+  const std::string utf8 = path.ToNarrow(UTF8_PAGE);
+  return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
+}
+
 /// A folder for the outputs. One that had to be made is removed again unless `Keep` is called.
 class OutputFolder {
 public:
-  explicit OutputFolder(const GString& folder) : path_(folder.String()) {
+  explicit OutputFolder(const GString& folder) : path_(ToFilesystemPath(folder)) {
     std::error_code error;
     if (std::filesystem::is_directory(path_, error)) return;
     isNew_ = std::filesystem::create_directories(path_, error);
@@ -87,8 +94,6 @@ public:
   void Keep() { isNew_ = false; }
 
 private:
-  static constexpr std::uint32_t UTF8_PAGE = 65001;
-
   std::filesystem::path path_;
   bool isNew_ = false;
 };

@@ -107,9 +107,15 @@ std::optional<LabelPlace> LabelPlacer::Place(const Vec2d& point, double radius, 
                                              double size) {
   const Box2d marker(point.x - radius, point.y - radius, point.x + radius, point.y + radius);
   if (!frame_.Contains(marker) || !IsFree(marker)) return std::nullopt;
+  const std::optional<LabelPlace> place = PlaceName(point, radius, width, size);
+  if (place) Block(marker);
+  return place;
+}
+
+std::optional<LabelPlace> LabelPlacer::PlaceName(const Vec2d& point, double radius, double width,
+                                                 double size) {
   for (const LabelPlace& place : Candidates(point, radius, width, size)) {
     if (!frame_.Contains(place.box) || !IsFree(place.box)) continue;
-    Block(marker);
     Block(place.box);
     return place;
   }

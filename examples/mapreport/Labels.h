@@ -44,6 +44,9 @@ public:
   /// blocked then.
   std::optional<LabelPlace> Place(const Vec2d& point, double radius, double width, double size);
 
+  /// The same for a marker that others may cover.
+  std::optional<LabelPlace> PlaceName(const Vec2d& point, double radius, double width, double size);
+
 private:
   bool IsFree(const Box2d& box) const;
 

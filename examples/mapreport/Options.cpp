@@ -21,6 +21,7 @@ namespace {
 
 constexpr std::uint32_t UTF8_PAGE = 65001;
 constexpr double SMALLEST_SIDE = 0.01;
+constexpr int MOST_ROWS = 100000;
 
 GString FromUtf8(const std::string& text) {
   GString wide;
@@ -28,14 +29,10 @@ GString FromUtf8(const std::string& text) {
   return wide;
 }
 
-/// Where the data lie: beside the program in a build, in the shared folder of an installation.
+/// A build puts the data of the examples into a folder beside the program.
 GString FindData(const wchar_t* fileName) {
-  const GString programFolder = GetStartupPath(nullptr, true);
-  for (const wchar_t* folder : {L"mapreport-data/", L"../share/shared/mapreport/"}) {
-    const GString path = programFolder + folder + fileName;
-    if (FileExists(path)) return path;
-  }
-  return GString();
+  const GString path = GetStartupPath(nullptr, true) + L"mapreport-data/" + fileName;
+  return FileExists(path) ? path : GString();
 }
 
 /// The texts as the parser stores them; UTF-8.
@@ -76,9 +73,12 @@ void AddOptions(CLI::App& app, RawOptions& raw, Options& options) {
       ->type_name("DIR")
       ->required();
   app.add_option("--title", raw.title, "Title of the map and the report")->type_name("TEXT");
-  app.add_option("--labels", options.labels, "Most city names on the map")->type_name("N");
+  app.add_option("--labels", options.labels, "Most city names on the map")
+      ->type_name("N")
+      ->check(CLI::Range(0, MOST_ROWS));
   app.add_option("--strongest", options.strongest, "Rows of the table of strongest events")
-      ->type_name("N");
+      ->type_name("N")
+      ->check(CLI::Range(0, MOST_ROWS));
   const auto addPage = [&](const char* name, std::optional<std::uint32_t>& page, const char* text) {
     app.add_option(name, page, text)->type_name("N")->check(CheckCodePage);
   };

@@ -18,8 +18,7 @@ namespace {
 
 constexpr const char* STYLE =
     "BODY    {max-width:1300px; margin:1.5em auto; padding:0 1em; color:#2b2b2b;}\n"
-    "TABLE   {border-collapse:collapse; margin:1em 0 2em 0;}\n"
-    "CAPTION {text-align:left; padding-bottom:0.4em;}\n"
+    "TABLE   {border-collapse:collapse; margin:0 0 2em 0;}\n"
     "TD      {border-bottom:solid #dddddd thin; padding-top:2px; padding-bottom:2px;}\n"
     ".num    {text-align:right;}\n"
     ".swatch {width:1.2em; border:solid #857a6b thin;}\n"
@@ -38,11 +37,11 @@ struct Column {
   bool isNumeric = false;
 };
 
-void BeginTable(CHtmlReport& report, const char* caption, std::initializer_list<Column> columns) {
+void BeginTable(CHtmlReport& report, const char* title, std::initializer_list<Column> columns) {
   TableAttrib attributes;
-  attributes.SUMMARY = caption;
+  attributes.SUMMARY = title;
   attributes.CELLSPACING = "0";
-  report << TableBeg(attributes) << Caption(caption) << THeadBeg() << TRBeg();
+  report << Heading(2, title) << TableBeg(attributes) << THeadBeg() << TRBeg();
   for (const Column& column : columns) {
     CellAttrib cell = CellOfClass(column.isNumeric ? "num" : "");
     cell.SCOPE = "col";
@@ -77,6 +76,13 @@ GString PositionText(const Vec2d& position) {
   return FormatLatitude(position.y, 2) + L" " + FormatLongitude(position.x, 2);
 }
 
+/// A side of the window; the antimeridian is named by the hemisphere that it ends.
+GString FormatSide(double longitude) {
+  const GString text = FormatLongitude(longitude, 2);
+  if (longitude == -180) return text + L"W";
+  return longitude == 180 ? text + L"E" : text;
+}
+
 void WriteSummary(CHtmlReport& report, const Model& model) {
   const std::size_t visible = CountVisible(model);
   std::size_t inCountries = 0;
@@ -90,9 +96,9 @@ void WriteSummary(CHtmlReport& report, const Model& model) {
           FormatCount(visible - inCountries) + L" at sea or outside every outline.";
   report << Paragraph(HtmlEscape(text));
   const Box2d& window = model.window;
-  text = L"Window: longitude " + FormatLongitude(window.xMin(), 2) + L" to " +
-         FormatLongitude(window.xMax(), 2) + L", latitude " + FormatLatitude(window.yMin(), 2) +
-         L" to " + FormatLatitude(window.yMax(), 2) + L".";
+  text = L"Window: longitude " + FormatSide(window.xMin()) + L" to " + FormatSide(window.xMax()) +
+         L", latitude " + FormatLatitude(window.yMin(), 2) + L" to " +
+         FormatLatitude(window.yMax(), 2) + L".";
   report << Paragraph(HtmlEscape(text), CoreAttrib("", "note", "", ""));
 }
 
@@ -194,13 +200,9 @@ std::string MakePage(const Model& model, const MapPicture& picture, const PageCo
   report << Preamble(title, STYLE) << Heading(1, title);
   WriteSummary(report, model);
   WritePicture(report, picture, content);
-  report << Heading(2, "Countries");
   WriteCountries(report, model);
-  report << Heading(2, "Events");
   WriteStrongest(report, model, content.strongest);
-  report << Heading(2, "Cities");
   WriteCities(report, model, picture);
-  report << Heading(2, "Inputs");
   WriteSources(report, model);
   return report.GetReport() + "\n";
 }

@@ -43,6 +43,13 @@ void DrawDegree(SvgWriter& svg, const Vec2d& at, const char* anchor, const GStri
   svg.Text(text).End();
 }
 
+/// At the corners of the frame a meridian's label gives way to the one of the parallel.
+const char* AnchorAlong(double x, const Box2d& frame) {
+  constexpr double NEAR = 14;
+  if (x - frame.xMin() < NEAR) return "start";
+  return frame.xMax() - x < NEAR ? "end" : "middle";
+}
+
 }  // namespace
 
 Graticule MakeGraticule(const Box2d& window) {
@@ -73,8 +80,9 @@ void DrawFrame(SvgWriter& svg, const Projection& projection, const Graticule& gr
   for (const double longitude : graticule.meridians) {
     const double x = projection.ToPage(Vec2d(longitude, 0)).x;
     const GString text = FormatLongitude(longitude, decimals);
-    DrawDegree(svg, Vec2d(x, frame.yMin() - 5), "middle", text);
-    DrawDegree(svg, Vec2d(x, frame.yMax() + 13), "middle", text);
+    const char* const anchor = AnchorAlong(x, frame);
+    DrawDegree(svg, Vec2d(x, frame.yMin() - 5), anchor, text);
+    DrawDegree(svg, Vec2d(x, frame.yMax() + 13), anchor, text);
   }
   for (const double latitude : graticule.parallels) {
     const double y = projection.ToPage(Vec2d(projection.Window().xMin(), latitude)).y + 3.5;

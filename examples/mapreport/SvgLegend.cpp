@@ -57,10 +57,13 @@ std::size_t CountEmptyCountries(const Model& model) {
 void DrawClasses(SvgWriter& svg, const Model& model, const Vec2d& corner) {
   Write(svg, corner, "", "head", L"Events in the country (number of countries)");
   Vec2d at(corner.x, corner.y + 9);
-  DrawSwatch(svg, at, EmptyColor(), L"none", CountEmptyCountries(model));
-  for (const ColorClass& c : model.classes) {
+  if (const std::size_t empty = CountEmptyCountries(model)) {
+    DrawSwatch(svg, at, EmptyColor(), L"none", empty);
     at.x += SWATCH_WIDTH;
+  }
+  for (const ColorClass& c : model.classes) {
     DrawSwatch(svg, at, c.color, ClassLabel(c), c.countries);
+    at.x += SWATCH_WIDTH;
   }
 }
 
@@ -69,11 +72,12 @@ void DrawMagnitudes(SvgWriter& svg, const Model& model, const Vec2d& corner) {
   if (strongest.empty()) return;
   const double largest = std::ceil(*model.events[strongest.front()].magnitude);
   const double last = std::clamp(largest, 2.0, LARGEST_SHOWN);
+  const EventSizes sizes(model);
   Write(svg, corner, "", "head", L"Magnitude");
   Vec2d at(corner.x + 6, corner.y + 20);
   for (double magnitude = std::max(1.0, last - 5); magnitude <= last; ++magnitude) {
     svg.Begin("circle").Attribute("class", "event").Attribute("cx", at.x).Attribute("cy", at.y);
-    svg.Attribute("r", EventRadius(magnitude)).End();
+    svg.Attribute("r", sizes.Radius(magnitude)).End();
     Write(svg, Vec2d(at.x, corner.y + 51), "middle", "small", FormatNumber(magnitude, 0));
     at.x += MAGNITUDE_STEP;
   }

@@ -20,6 +20,11 @@ namespace {
 
 constexpr std::size_t EVENT_LABELS = 5;
 
+double BaseRadius(double magnitude) {
+  const double m = std::clamp(magnitude, 0.0, 10.0);
+  return 0.8 + 0.15 * m + 0.22 * m * m;
+}
+
 std::vector<std::size_t> VisibleEventsBySize(const Model& model) {
   std::vector<std::size_t> order;
   for (std::size_t i = 0; i < model.events.size(); ++i) {
@@ -104,17 +109,26 @@ void DrawCity(SvgWriter& svg, const City& city, const Vec2d& at, const LabelPlac
 
 }  // namespace
 
-double EventRadius(double magnitude) {
-  const double m = std::clamp(magnitude, 0.0, 10.0);
-  return 0.8 + 0.15 * m + 0.22 * m * m;
+EventSizes::EventSizes(const Model& model) {
+  constexpr double LARGEST_SHOULD_BE = 8;
+  constexpr double MOST = 3;
+  const std::vector<std::size_t> strongest = StrongestEvents(model, 1);
+  if (strongest.empty()) return;
+  const double largest = BaseRadius(*model.events[strongest.front()].magnitude);
+  factor_ = std::clamp(LARGEST_SHOULD_BE / largest, 1.0, MOST);
+}
+
+double EventSizes::Radius(double magnitude) const {
+  return factor_ * BaseRadius(magnitude);
 }
 
 void DrawEvents(SvgWriter& svg, const Model& model, const Projection& projection) {
+  const EventSizes sizes(model);
   svg.Begin("g").Attribute("class", "event");
   for (const std::size_t index : VisibleEventsBySize(model)) {
     const Vec2d at = EventPosition(model, index, projection);
     svg.Begin("circle").Attribute("cx", at.x).Attribute("cy", at.y);
-    svg.Attribute("r", EventRadius(model.events[index].magnitude.value_or(0))).End();
+    svg.Attribute("r", sizes.Radius(model.events[index].magnitude.value_or(0))).End();
   }
   svg.End();
 }
@@ -123,13 +137,14 @@ void DrawEvents(SvgWriter& svg, const Model& model, const Projection& projection
 void DrawEventNames(SvgWriter& svg, const Model& model, const Projection& projection,
                     LabelPlacer& placer) {
   constexpr double SIZE = 12;
+  const EventSizes sizes(model);
   svg.Begin("g").Attribute("class", "strong halo");
   for (const std::size_t index : StrongestEvents(model, EVENT_LABELS)) {
     const double magnitude = *model.events[index].magnitude;
     const GString text = L"M\u00A0" + FormatNumber(magnitude, 1);
     const double width = EstimateTextWidth(text, SIZE);
-    const auto place =
-        placer.Place(EventPosition(model, index, projection), EventRadius(magnitude), width, SIZE);
+    const auto place = placer.PlaceName(EventPosition(model, index, projection),
+                                        sizes.Radius(magnitude), width, SIZE);
     if (place) DrawLabel(svg, *place, text);
   }
   svg.End();

@@ -16,9 +16,17 @@
 
 namespace mapreport {
 
-/// Returns the radius of an event's circle: its area grows with about the fourth power of the
-/// magnitude.
-double EventRadius(double magnitude);
+/// The size of circles: area grows with about the fourth power of the magnitude, and where a map
+/// shows weak events only, all are drawn larger.
+class EventSizes {
+public:
+  explicit EventSizes(const Model& model);
+
+  double Radius(double magnitude) const;
+
+private:
+  double factor_ = 1;
+};
 
 /// How a city of some size is drawn.
 struct CitySize {

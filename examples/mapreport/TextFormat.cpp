@@ -154,7 +154,7 @@ bool FindUtf16(const GString& path, const Facts& facts, TextEncoding& encoding) 
   const std::size_t fewer = std::min(facts.zerosAtEven, facts.zerosAtOdd);
   const std::size_t more = std::max(facts.zerosAtEven, facts.zerosAtOdd);
   encoding = little ? EncodingUTF16LE : EncodingUTF16BE;
-  return more > 8 * fewer;
+  return more > 8 * fewer && more > facts.bytes / 8;
 }
 
 void CheckMarked(const GString& path, const Facts& facts, const TextFormat& format) {

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+/// @file
+/// Input files of a test's own, and the message that reading one of them ends with.
+
+#pragma once
+
+#include <string_view>
+
+#include "Model.h"
+#include "TextFormat.h"
+#include "shared/diagnostics/Exception.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace mapreport {
+
+/// A folder with one file.
+class InputFile {
+public:
+  explicit InputFile(std::string_view bytes) { shr::test::WriteBytes(Path(), bytes); }
+
+  GString Path() const { return folder_.Path(L"input"); }
+
+private:
+  shr::test::TemporaryFolder folder_;
+};
+
+inline TextFormat Utf8Format() {
+  return TextFormat{shr::EncodingUTF8, 1252, false, false};
+}
+
+/// Returns what the exception of `action` says, with the folder left out of its paths; empty
+/// without one.
+template <class Action>
+GString MessageOf(const InputFile& file, const Action& action) {
+  try {
+    action();
+  } catch (const shr::Exception& error) {
+    GString message = error.GetDescription();
+    const std::size_t at = message.find(file.Path());
+    if (at != GString::npos) message.erase(at, file.Path().size() - GString(L"input").size());
+    return message;
+  }
+  return GString();
+}
+
+}  // namespace mapreport

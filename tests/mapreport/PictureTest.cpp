@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// The page's arithmetic, texts and markup, and a whole small map.
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "Analysis.h"
+#include "Format.h"
+#include "Inputs.h"
+#include "Labels.h"
+#include "MapFile.h"
+#include "Projection.h"
+#include "ReportPage.h"
+#include "SvgMap.h"
+#include "SvgWriter.h"
+
+using namespace mapreport;
+
+namespace {
+
+bool Contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+std::size_t Count(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+    ++count;
+  return count;
+}
+
+Model SmallModel() {
+  const InputFile file(
+      "A<B\touter\t4\n0, 0\n0, 10\n10, 10\n10, 0\n"
+      "A<B\thole\t4\n4, 4\n6, 4\n6, 6\n4, 6\n"
+      "Far\touter\t4\n50, 50\n50, 60\n60, 60\n60, 50\n");
+  Model model;
+  model.countries = ReadMapFile(file.Path(), Utf8Format()).countries;
+  Event event;
+  event.position = Vec2d(2, 2);
+  event.magnitude = 5.26;
+  event.depth = -1.25;
+  event.time = L"2018-01-31T02:00:31.800Z";
+  event.place = L"Here & \"there\"";
+  model.events.push_back(event);
+  City city;
+  city.name = L"\x6771\x4EAC";
+  city.countryCode = L"JP";
+  city.position = Vec2d(8, 8);
+  city.population = 6e6;
+  model.cities.push_back(city);
+  model.sources.push_back({L"Events", L"e.csv", L"ASCII", L"1 event", L""});
+  return model;
+}
+
+MapPicture Draw(Model& model, const Box2d& window) {
+  ClipToWindow(model, window);
+  CountEvents(model);
+  ColorByCount(model);
+  return DrawMap(model, {L"Title & more", 10});
+}
+
+}  // namespace
+
+TEST(Format, writesNumbersPlacesAndTimes) {
+  EXPECT_EQ(L"0", FormatCount(0));
+  EXPECT_EQ(L"999", FormatCount(999));
+  EXPECT_EQ(L"1,000", FormatCount(1000));
+  EXPECT_EQ(L"12,345,678", FormatCount(12345678));
+  EXPECT_EQ(L"1 event", FormatCount(1, L"event", L"events"));
+  EXPECT_EQ(L"0.0", FormatNumber(-0.04, 1));
+  EXPECT_EQ(
+      L"\x2212"
+      L"1.3",
+      FormatNumber(-1.25001, 1));
+  EXPECT_EQ(L"30", FormatShort(30, 2));
+  EXPECT_EQ(L"0.5", FormatShort(0.5, 2));
+  EXPECT_EQ(L"122.5\xB0W", FormatLongitude(-122.5, 1));
+  EXPECT_EQ(L"170\xB0W", FormatLongitude(190, 0));
+  EXPECT_EQ(L"180\xB0", FormatLongitude(-180, 0));
+  EXPECT_EQ(L"0\xB0", FormatLatitude(0, 0));
+  EXPECT_EQ(L"2018-01-31 02:00", FormatTime(L"2018-01-31T02:00:31.800Z"));
+  EXPECT_EQ(L"yesterday", FormatTime(L"yesterday"));
+}
+
+TEST(Projection, fillsTheSpaceAndKeepsTheParallelTrue) {
+  const Projection world(Box2d(-180, -90, 180, 90), 10, 20, 1200, 900);
+  EXPECT_DOUBLE_EQ(45, world.Parallel());
+  EXPECT_DOUBLE_EQ(1200, world.Frame().xRange());
+  EXPECT_NEAR(0.707, world.Frame().xRange() / world.Frame().yRange() / 2, 1e-12);
+  EXPECT_EQ(Vec2d(10, 20), world.ToPage(Vec2d(-180, 90)));
+  const Projection tall(Box2d(-75, -56, -66, -17), 0, 0, 1200, 900);
+  EXPECT_DOUBLE_EQ(36.5, tall.Parallel());
+  EXPECT_DOUBLE_EQ(900, tall.Frame().yRange());
+  EXPECT_LT(tall.Frame().xRange(), 1200);
+}
+
+TEST(Projection, theGraticuleHasFiveToFifteenSteps) {
+  for (double range = 0.01; range <= 360; range *= 1.07) {
+    const double lines = range / GraticuleStep(range);
+    EXPECT_GE(lines, 5) << range;
+    EXPECT_LE(lines, 15) << range;
+  }
+}
+
+TEST(SvgWriter, writesDecimalsAndEscapes) {
+  const std::pair<double, const char*> rows[] = {
+      {0, "0"},        {12, "12"},          {-0.04, "0"},   {0.05, "0.1"},
+      {-0.35, "-0.4"}, {1234.56, "1234.6"}, {99.96, "100"}, {-12.34, "-12.3"}};
+  for (const auto& [value, expected] : rows) {
+    std::string text;
+    AppendTenths(text, Tenths(value));
+    EXPECT_EQ(expected, text) << value;
+  }
+  EXPECT_EQ("&lt;a &amp; &quot;b&quot;&gt; \xC3\xA9\xEF\xBF\xBD",
+            XmlEscape(L"<a & \"b\"> \xE9\x01"));
+  EXPECT_EQ("#0a0bff", HexColor(Color4b(10, 11, 255, 7)));
+}
+
+TEST(SvgWriter, pathsAddUpToTheRoundedPoints) {
+  PathBuilder path;
+  path.MoveTo(Vec2d(1.04, 2));
+  path.LineTo(Vec2d(1.02, 2.01));  // the same tenth
+  path.LineTo(Vec2d(2.06, 1));
+  path.LineTo(Vec2d(0, 3.5));
+  path.Close();
+  EXPECT_EQ("M1 2l1.1-1-2.1 2.5z", path.Data());
+}
+
+TEST(Labels, neverOverlapAndStayInside) {
+  const Box2d frame(0, 0, 400, 300);
+  LabelPlacer placer(frame);
+  std::mt19937 random(20260101);
+  std::uniform_real_distribution<double> unit(0, 1);
+  std::vector<Box2d> taken;
+  for (int i = 0; i < 400; ++i) {
+    const Vec2d point(unit(random) * 400, unit(random) * 300);
+    const double width = 10 + unit(random) * 60;
+    const auto place = placer.Place(point, 2, width, 10);
+    if (!place) continue;
+    EXPECT_TRUE(frame.Contains(place->box));
+    EXPECT_NEAR(width, place->box.xRange(), 1e-9);
+    taken.push_back(place->box);
+    taken.emplace_back(point.x - 2, point.y - 2, point.x + 2, point.y + 2);
+  }
+  EXPECT_GT(taken.size(), 80u);
+  for (std::size_t i = 0; i < taken.size(); ++i) {
+    for (std::size_t j = 0; j < i; ++j) {
+      Box2d common = taken[i];
+      common.Intersect(taken[j]);
+      EXPECT_TRUE(common.IsEmpty()) << i << " and " << j;
+    }
+  }
+}
+
+TEST(Labels, widthFollowsTheScript) {
+  EXPECT_DOUBLE_EQ(20, EstimateTextWidth(L"\x6771\x4EAC", 10));
+  EXPECT_LT(EstimateTextWidth(L"ill", 10), EstimateTextWidth(L"mmm", 10));
+  EXPECT_DOUBLE_EQ(EstimateTextWidth(L"e", 10), EstimateTextWidth(L"e\x0301", 10));
+}
+
+TEST(SvgMap, showsWhatIsInTheWindow) {
+  Model model = SmallModel();
+  const MapPicture picture = Draw(model, Box2d(-5, -5, 15, 15));
+  EXPECT_TRUE(Contains(picture.svg, "<title>A&lt;B: 1 event</title>"));
+  EXPECT_FALSE(Contains(picture.svg, "Far"));
+  EXPECT_TRUE(Contains(picture.svg, "xml:lang=\"ja\">\n<text"));
+  EXPECT_TRUE(Contains(picture.svg, "\xE6\x9D\xB1\xE4\xBA\xAC</text>"));
+  EXPECT_TRUE(Contains(picture.svg,
+                       ">M\xC2\xA0"
+                       "5.3</text>"));
+  EXPECT_TRUE(Contains(picture.svg, ">Title &amp; more</text>"));
+  EXPECT_TRUE(Contains(picture.svg,
+                       ">10\xC2\xB0"
+                       "E</text>"));
+  EXPECT_EQ(std::vector<std::size_t>{0}, picture.cities);
+  // Both rings lie in one path; the hole is drawn by the even-odd rule.
+  const std::size_t path = picture.svg.find("class=\"country\" fill-rule=\"evenodd\" d=\"");
+  ASSERT_NE(std::string::npos, path);
+  const std::string data = picture.svg.substr(path, picture.svg.find("/>", path) - path);
+  EXPECT_EQ(2u, Count(data, "M"));
+  EXPECT_EQ(2u, Count(data, "z"));
+}
+
+TEST(SvgMap, theSidesOfTheWindowAreNoBorders) {
+  Model model = SmallModel();
+  // The window cuts through the country at x = 5: its outline is filled whole and stroked in part.
+  const MapPicture picture = Draw(model, Box2d(-5, -5, 5, 15));
+  const std::size_t borders = picture.svg.find("fill=\"none\" fill-rule=\"evenodd\" d=\"");
+  ASSERT_NE(std::string::npos, borders);
+  const std::string data = picture.svg.substr(borders, picture.svg.find("/>", borders) - borders);
+  EXPECT_FALSE(Contains(data, "z"));
+}
+
+TEST(ReportPage, holdsTheTablesInPureAscii) {
+  Model model = SmallModel();
+  const MapPicture picture = Draw(model, Box2d(-5, -5, 15, 15));
+  const std::string page = MakePage(model, picture, {L"Title & more", L"map.svg", 5});
+  for (const char ch : page) ASSERT_LT(static_cast<unsigned char>(ch), 128);
+  EXPECT_TRUE(Contains(page, "<TITLE>Title &amp; more</TITLE>"));
+  EXPECT_TRUE(
+      Contains(page, "<TD>A&lt;B</TD>\n<TD CLASS=\"num\">1</TD>\n<TD CLASS=\"num\">5.3</TD>\n"));
+  EXPECT_TRUE(Contains(page, "<TD>2018-01-31 02:00</TD>"));
+  EXPECT_TRUE(Contains(page, "<TD>&#26481;&#20140;</TD>"));
+  EXPECT_TRUE(Contains(page, "SRC=\"map.svg\""));
+  EXPECT_TRUE(Contains(page, "1 event lies in the window"));
+  EXPECT_EQ(Count(page, "<TR>"), Count(page, "</TR>"));
+  EXPECT_FALSE(Contains(page, "Far"));
+}
