@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "Analysis.h"
+#include "examples/mapreport/Analysis.h"
 
 #include <algorithm>
 #include <array>

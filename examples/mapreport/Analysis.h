@@ -14,7 +14,7 @@
 #include <optional>
 #include <vector>
 
-#include "Model.h"
+#include "examples/mapreport/Model.h"
 
 namespace mapreport {
 

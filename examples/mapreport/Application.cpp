@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "Application.h"
+#include "examples/mapreport/Application.h"
 
 #include <cstdio>
 #include <exception>
@@ -10,14 +10,14 @@
 #include <string>
 #include <system_error>
 
-#include "Analysis.h"
-#include "Format.h"
-#include "InputError.h"
-#include "MapFile.h"
-#include "PointTables.h"
-#include "Progress.h"
-#include "ReportPage.h"
-#include "SvgMap.h"
+#include "examples/mapreport/Analysis.h"
+#include "examples/mapreport/Format.h"
+#include "examples/mapreport/InputError.h"
+#include "examples/mapreport/MapFile.h"
+#include "examples/mapreport/PointTables.h"
+#include "examples/mapreport/Progress.h"
+#include "examples/mapreport/ReportPage.h"
+#include "examples/mapreport/SvgMap.h"
 #include "shared/diagnostics/Exception.h"
 #include "shared/files/Path.h"
 #include "shared/files/ReplacementFile.h"

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "Model.h"
-#include "Options.h"
+#include "examples/mapreport/Model.h"
+#include "examples/mapreport/Options.h"
 
 namespace mapreport {
 

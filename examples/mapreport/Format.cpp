@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "Format.h"
+#include "examples/mapreport/Format.h"
 
 #include <algorithm>
 #include <cmath>

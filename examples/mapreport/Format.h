@@ -10,7 +10,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "Model.h"
+#include "examples/mapreport/Model.h"
 
 namespace mapreport {
 

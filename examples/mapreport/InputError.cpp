@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "InputError.h"
+#include "examples/mapreport/InputError.h"
 
 #include <string>
 

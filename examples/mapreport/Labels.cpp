@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "Labels.h"
+#include "examples/mapreport/Labels.h"
 
 #include <algorithm>
 #include <cstdint>

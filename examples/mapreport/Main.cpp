@@ -3,7 +3,7 @@
 
 // Draws events and their countries as a map and writes a report about them.
 
-#include "Application.h"
+#include "examples/mapreport/Application.h"
 #include "shared/platform/Console.h"
 
 int main(int argc, char* argv[]) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "MapFile.h"
+#include "examples/mapreport/MapFile.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,8 +9,8 @@
 #include <string>
 #include <utility>
 
-#include "InputError.h"
-#include "TableReader.h"
+#include "examples/mapreport/InputError.h"
+#include "examples/mapreport/TableReader.h"
 
 namespace mapreport {
 

@@ -14,8 +14,8 @@
 #include <cstddef>
 #include <vector>
 
-#include "Model.h"
-#include "TextFormat.h"
+#include "examples/mapreport/Model.h"
+#include "examples/mapreport/TextFormat.h"
 
 namespace mapreport {
 

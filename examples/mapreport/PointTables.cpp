@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "PointTables.h"
+#include "examples/mapreport/PointTables.h"
 
 #include <algorithm>
 #include <optional>
 
-#include "TableReader.h"
+#include "examples/mapreport/TableReader.h"
 #include "shared/files/FileUtility.h"
 
 namespace mapreport {

@@ -8,8 +8,8 @@
 
 #include <vector>
 
-#include "Model.h"
-#include "TextFormat.h"
+#include "examples/mapreport/Model.h"
+#include "examples/mapreport/TextFormat.h"
 
 namespace mapreport {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "Progress.h"
+#include "examples/mapreport/Progress.h"
 
 #include <cstdio>
 #include <string>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "Projection.h"
+#include "examples/mapreport/Projection.h"
 
 #include <algorithm>
 #include <cmath>

@@ -12,7 +12,7 @@
 
 #pragma once
 
-#include "Model.h"
+#include "examples/mapreport/Model.h"
 
 namespace mapreport {
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "ReportPage.h"
+#include "examples/mapreport/ReportPage.h"
 
 #include <algorithm>
 #include <initializer_list>
 
-#include "Analysis.h"
-#include "Format.h"
+#include "examples/mapreport/Analysis.h"
+#include "examples/mapreport/Format.h"
 #include "shared/html/HtmlReport.h"
 
 namespace mapreport {

@@ -10,8 +10,8 @@
 #include <cstddef>
 #include <string>
 
-#include "Model.h"
-#include "SvgMap.h"
+#include "examples/mapreport/Model.h"
+#include "examples/mapreport/SvgMap.h"
 
 namespace mapreport {
 

@@ -4,12 +4,12 @@
 // A country's ring whose edge runs along a side of the window or along the antimeridian is a cut,
 // not a border: it is filled, and only the rest of it is stroked.
 
-#include "SvgCountries.h"
+#include "examples/mapreport/SvgCountries.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "Format.h"
+#include "examples/mapreport/Format.h"
 
 namespace mapreport {
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "SvgGraticule.h"
+#include "examples/mapreport/SvgGraticule.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "Format.h"
+#include "examples/mapreport/Format.h"
 
 namespace mapreport {
 

@@ -8,9 +8,9 @@
 
 #include <vector>
 
-#include "Model.h"
-#include "Projection.h"
-#include "SvgWriter.h"
+#include "examples/mapreport/Model.h"
+#include "examples/mapreport/Projection.h"
+#include "examples/mapreport/SvgWriter.h"
 
 namespace mapreport {
 

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "SvgLegend.h"
+#include "examples/mapreport/SvgLegend.h"
 
 #include <algorithm>
 #include <cmath>
 #include <string>
 
-#include "Analysis.h"
-#include "Format.h"
-#include "SvgPoints.h"
+#include "examples/mapreport/Analysis.h"
+#include "examples/mapreport/Format.h"
+#include "examples/mapreport/SvgPoints.h"
 
 namespace mapreport {
 

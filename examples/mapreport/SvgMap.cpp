@@ -5,18 +5,18 @@
 // allow, the page at least as wide as the legend. Layers go from the bottom up: sea, countries,
 // graticule, events, names, frame.
 
-#include "SvgMap.h"
+#include "examples/mapreport/SvgMap.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "Analysis.h"
-#include "Format.h"
-#include "Labels.h"
-#include "SvgCountries.h"
-#include "SvgGraticule.h"
-#include "SvgLegend.h"
-#include "SvgPoints.h"
+#include "examples/mapreport/Analysis.h"
+#include "examples/mapreport/Format.h"
+#include "examples/mapreport/Labels.h"
+#include "examples/mapreport/SvgCountries.h"
+#include "examples/mapreport/SvgGraticule.h"
+#include "examples/mapreport/SvgLegend.h"
+#include "examples/mapreport/SvgPoints.h"
 
 namespace mapreport {
 

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "Model.h"
-#include "Projection.h"
-#include "SvgWriter.h"
+#include "examples/mapreport/Model.h"
+#include "examples/mapreport/Projection.h"
+#include "examples/mapreport/SvgWriter.h"
 
 namespace mapreport {
 

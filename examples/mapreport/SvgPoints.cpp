@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "SvgPoints.h"
+#include "examples/mapreport/SvgPoints.h"
 
 #include <algorithm>
 #include <iterator>
@@ -9,8 +9,8 @@
 #include <set>
 #include <utility>
 
-#include "Analysis.h"
-#include "Format.h"
+#include "examples/mapreport/Analysis.h"
+#include "examples/mapreport/Format.h"
 
 namespace mapreport {
 

@@ -9,10 +9,10 @@
 #include <cstddef>
 #include <vector>
 
-#include "Labels.h"
-#include "Model.h"
-#include "Projection.h"
-#include "SvgWriter.h"
+#include "examples/mapreport/Labels.h"
+#include "examples/mapreport/Model.h"
+#include "examples/mapreport/Projection.h"
+#include "examples/mapreport/SvgWriter.h"
 
 namespace mapreport {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "SvgWriter.h"
+#include "examples/mapreport/SvgWriter.h"
 
 #include <cmath>
 

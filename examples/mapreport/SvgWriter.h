@@ -15,7 +15,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Model.h"
+#include "examples/mapreport/Model.h"
 
 namespace mapreport {
 

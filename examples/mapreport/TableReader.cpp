@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "TableReader.h"
+#include "examples/mapreport/TableReader.h"
 
 #include <algorithm>
 #include <cmath>
 #include <string>
 
-#include "InputError.h"
+#include "examples/mapreport/InputError.h"
 #include "shared/text/StringUtility.h"
 
 namespace mapreport {

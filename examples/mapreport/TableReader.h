@@ -19,7 +19,7 @@
 #include <optional>
 #include <vector>
 
-#include "TextFormat.h"
+#include "examples/mapreport/TextFormat.h"
 #include "shared/files/EncodedBufferedFile.h"
 #include "shared/text/GString.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "TextFormat.h"
+#include "examples/mapreport/TextFormat.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "InputError.h"
+#include "examples/mapreport/InputError.h"
 #include "shared/files/File.h"
 #include "shared/files/FileUtility.h"
 #include "shared/text/Utf.h"

@@ -5,7 +5,7 @@
 //
 //   West: 0..10 x 0..10, hole 2..8 x 2..8, island 4..6 x 4..6     East: 10..20 x 0..10
 
-#include "Analysis.h"
+#include "examples/mapreport/Analysis.h"
 
 #include <gtest/gtest.h>
 
@@ -13,9 +13,9 @@
 #include <numeric>
 #include <string>
 
-#include "Inputs.h"
-#include "MapFile.h"
+#include "examples/mapreport/MapFile.h"
 #include "shared/polygons/FlatPolygon.h"
+#include "tests/mapreport/Inputs.h"
 
 using namespace mapreport;
 

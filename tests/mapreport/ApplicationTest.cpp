@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "Application.h"
+#include "examples/mapreport/Application.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <map>
 
-#include "Inputs.h"
-#include "Progress.h"
+#include "examples/mapreport/Progress.h"
+#include "tests/mapreport/Inputs.h"
 
 using namespace mapreport;
 using namespace shr::test;

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "Inputs.h"
-#include "PointTables.h"
-#include "TableReader.h"
+#include "examples/mapreport/PointTables.h"
+#include "examples/mapreport/TableReader.h"
+#include "tests/mapreport/Inputs.h"
 
 using namespace mapreport;
 

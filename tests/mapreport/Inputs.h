@@ -8,8 +8,8 @@
 
 #include <string_view>
 
-#include "Model.h"
-#include "TextFormat.h"
+#include "examples/mapreport/Model.h"
+#include "examples/mapreport/TextFormat.h"
 #include "shared/diagnostics/Exception.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "MapFile.h"
+#include "examples/mapreport/MapFile.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "Inputs.h"
+#include "tests/mapreport/Inputs.h"
 
 using namespace mapreport;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "Options.h"
+#include "examples/mapreport/Options.h"
 
 #include <gtest/gtest.h>
 

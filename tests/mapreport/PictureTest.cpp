@@ -8,15 +8,15 @@
 #include <random>
 #include <string>
 
-#include "Analysis.h"
-#include "Format.h"
-#include "Inputs.h"
-#include "Labels.h"
-#include "MapFile.h"
-#include "Projection.h"
-#include "ReportPage.h"
-#include "SvgMap.h"
-#include "SvgWriter.h"
+#include "examples/mapreport/Analysis.h"
+#include "examples/mapreport/Format.h"
+#include "examples/mapreport/Labels.h"
+#include "examples/mapreport/MapFile.h"
+#include "examples/mapreport/Projection.h"
+#include "examples/mapreport/ReportPage.h"
+#include "examples/mapreport/SvgMap.h"
+#include "examples/mapreport/SvgWriter.h"
+#include "tests/mapreport/Inputs.h"
 
 using namespace mapreport;
 

@@ -4,14 +4,14 @@
 // Grid: mark (none, UTF-8, both UTF-16) x content (ASCII, good, damaged, cut off, zeros, nothing) x
 // a page named by the caller or not.
 
-#include "TextFormat.h"
+#include "examples/mapreport/TextFormat.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "Inputs.h"
-#include "TableReader.h"
+#include "examples/mapreport/TableReader.h"
+#include "tests/mapreport/Inputs.h"
 
 using namespace mapreport;
 using namespace std::string_literals;
