@@ -134,6 +134,7 @@ CEncodedBufferedFile& CEncodedBufferedFile::operator=(CEncodedBufferedFile&& oth
   markSize_ = other.markSize_;
   lineBuffer_ = std::exchange(other.lineBuffer_, GString());
   cursor_ = std::exchange(other.cursor_, 0);
+  isContinued_ = other.isContinued_;
   return *this;
 }
 
@@ -252,6 +253,7 @@ void CEncodedBufferedFile::Abort(bool remove) noexcept {
 bool CEncodedBufferedFile::FillInputBuffer() {
   lineBuffer_.clear();
   cursor_ = 0;
+  isContinued_ = false;
   return stream_ && stream_->AppendLine(lineBuffer_.String());
 }
 
@@ -265,7 +267,12 @@ wchar_t CEncodedBufferedFile::Getc() {
 
 wchar_t CEncodedBufferedFile::UnGetc(wchar_t unit) {
   if (!isReadable_ || !IsOpen() || unit == END_OF_TEXT) return END_OF_TEXT;
-  if (cursor_ > 0) {
+  if (cursor_ == lineBuffer_.size()) {
+    // Behind a line that was used up, the unit stands before the next one.
+    lineBuffer_ = unit;
+    cursor_ = 0;
+    isContinued_ = unit != L'\n';
+  } else if (cursor_ > 0) {
     lineBuffer_[--cursor_] = unit;
   } else {
     lineBuffer_.String().insert(lineBuffer_.begin(), unit);
@@ -276,20 +283,27 @@ wchar_t CEncodedBufferedFile::UnGetc(wchar_t unit) {
 bool CEncodedBufferedFile::ReadString(std::wstring& line) {
   if (!stream_) return false;
   const std::size_t begin = line.size();
-  if (cursor_ < lineBuffer_.size()) {
-    line.append(lineBuffer_.String(), cursor_);
-    lineBuffer_.clear();
-    cursor_ = 0;
+  if (cursor_ == lineBuffer_.size()) {
+    stream_->AppendLine(line);
+  } else {
+    TakeBuffered(line);
   }
-  // What was given back may stand before a line that is still in the file.
-  const bool isWhole = line.size() > begin && line.back() == L'\n';
-  if (!isWhole) stream_->AppendLine(line);
-  if (line.size() == begin) return false;
-  if (line.back() == L'\n') {
-    line.pop_back();
-    if (line.size() > begin && line.back() == L'\r') line.pop_back();
+  std::size_t end = line.size();
+  if (end == begin) return false;
+  if (line[end - 1] == L'\n') {
+    --end;
+    if (end > begin && line[end - 1] == L'\r') --end;
+    line.resize(end);
   }
   return true;
+}
+
+/// Appends the rest of the buffered line, and the line in the file that goes on with it.
+void CEncodedBufferedFile::TakeBuffered(std::wstring& line) {
+  line.append(lineBuffer_.String(), cursor_);
+  lineBuffer_.clear();
+  cursor_ = 0;
+  if (isContinued_) stream_->AppendLine(line);
 }
 
 bool CEncodedBufferedFile::EndOfFile() {

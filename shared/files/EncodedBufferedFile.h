@@ -144,6 +144,7 @@ private:
   bool TryOpen(const GString& path, const GString& mode, const Request& request, GString& reason);
   void Detect(const std::string& head, const Mode& mode, const Request& request);
   bool FillInputBuffer();
+  void TakeBuffered(std::wstring& line);
   TextStream& CheckedStream();
 
   bool removeWhenAbandoned_ = false;
@@ -155,6 +156,7 @@ private:
   std::size_t markSize_ = 0;
   GString lineBuffer_;  ///< a line of which a part was read
   std::size_t cursor_ = 0;
+  bool isContinued_ = false;  ///< the buffered text is the start of the next line in the file
 };
 
 }  // namespace shr

@@ -218,6 +218,22 @@ TEST(EncodedBufferedFile, unitsAreGivenBackAndReadAgain) {
   EXPECT_EQ(in.Getc(), L'!');
 }
 
+TEST(EncodedBufferedFile, linesEndWhereTheFileSaysEvenWhenThePageSwallowsTheLineFeed) {
+  // 81 is a lead byte in page 932; the line feed behind it is no second byte.
+  const ScratchFile file("a\x81\nb\nc");
+  const Opening opening = {L"rb", EncodingANSI, true, 932};
+  const Lines whole = ReadLines(file.Path(), opening);
+  CEncodedBufferedFile in = OpenText(file.Path(), opening);
+  Lines peeked;
+  for (std::wstring line; !in.EndOfFile(); line.clear()) {
+    in.UnGetc(in.Getc());
+    ASSERT_TRUE(in.ReadString(line));
+    peeked.push_back(line);
+  }
+  EXPECT_EQ(peeked, whole);
+  EXPECT_EQ(whole.size(), 3u);
+}
+
 // Writing.
 
 TEST(EncodedBufferedFile, newFilesGetTheirMarkAndOldOnesKeepTheirEncoding) {
