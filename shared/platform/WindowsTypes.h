@@ -86,4 +86,14 @@ constexpr COLORREF RGB(BYTE red, BYTE green, BYTE blue) {
   return red | static_cast<COLORREF>(green) << 8 | static_cast<COLORREF>(blue) << 16;
 }
 
+/// A key of the registry. Only the predefined roots exist outside Windows.
+struct HKEY__;
+using HKEY = HKEY__*;
+
+inline const HKEY HKEY_CLASSES_ROOT = reinterpret_cast<HKEY>(std::uintptr_t{0x80000000u});
+inline const HKEY HKEY_CURRENT_USER = reinterpret_cast<HKEY>(std::uintptr_t{0x80000001u});
+inline const HKEY HKEY_LOCAL_MACHINE = reinterpret_cast<HKEY>(std::uintptr_t{0x80000002u});
+inline const HKEY HKEY_USERS = reinterpret_cast<HKEY>(std::uintptr_t{0x80000003u});
+inline const HKEY HKEY_CURRENT_CONFIG = reinterpret_cast<HKEY>(std::uintptr_t{0x80000005u});
+
 #endif
