@@ -55,7 +55,14 @@ std::uint16_t CodePageTable::Encoding(char16_t unit) const noexcept {
 
 void CodePageTable::DecodeSingles(const unsigned char* in, std::size_t count,
                                   wchar_t* out) const noexcept {
-  for (std::size_t i = 0; i < count; ++i) out[i] = units_[in[i]];
+  std::size_t i = 0;
+  for (; i + 4 <= count; i += 4) {
+    out[i] = units_[in[i]];
+    out[i + 1] = units_[in[i + 1]];
+    out[i + 2] = units_[in[i + 2]];
+    out[i + 3] = units_[in[i + 3]];
+  }
+  for (; i < count; ++i) out[i] = units_[in[i]];
 }
 
 CodePageTable::Progress CodePageTable::Decode(std::string_view bytes, Input input,

@@ -167,7 +167,7 @@ TEST(Utf8Decoding, isTheSameForTextLargerThanTheCaches) {
     bytes += others;
     expected += DecodeSlowly(others);
   }
-  for (const std::size_t shift : {0, 1, 3}) {
+  for (const std::size_t shift : {0, 1}) {
     std::wstring wide(bytes.size() + shift, L'?');
     wide.resize(shift + shr::Utf8ToWide(bytes, wide.data() + shift));
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), wide.begin() + shift, wide.end()))
