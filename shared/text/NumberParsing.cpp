@@ -138,21 +138,20 @@ struct Numeral {
   const Char* first = nullptr;  ///< First digit or the point.
   const Char* last = nullptr;   ///< Behind the last digit or the point.
   const Char* point = nullptr;  ///< The point; `last` when there is none.
+  std::ptrdiff_t digits = 0;    ///< Number of digits.
   std::uint64_t mantissa = 0;   ///< All digits; wrong when there are more than SHORT_DIGITS.
-  std::int64_t exponent = 0;    ///< The written exponent.
-
-  std::ptrdiff_t Decimals() const { return point == last ? 0 : last - point - 1; }
-  std::ptrdiff_t Digits() const { return last - first - (point == last ? 0 : 1); }
+  std::int64_t exponent = 0;    ///< Power of ten of the last digit.
 };
 
+/// The value of a digit; above 9 for every other unit.
 template <typename Char>
-constexpr std::uint64_t DigitValue(Char ch) {
-  return static_cast<std::uint64_t>(ch) - '0';
+constexpr std::uint32_t DigitValue(Char ch) {
+  return static_cast<std::uint32_t>(ch) - '0';
 }
 
 template <typename Char>
-bool IsDigit(Char ch) {
-  return static_cast<std::uint32_t>(ch) - '0' < 10u;
+constexpr bool IsDigit(Char ch) {
+  return DigitValue(ch) < 10;
 }
 
 /// Significant digits in the order of the text.
@@ -166,12 +165,12 @@ struct Significant {
 template <typename Char>
 Significant<Char> FindSignificant(const Numeral<Char>& numeral) {
   const Char* first = numeral.first;
-  std::ptrdiff_t count = numeral.Digits();
+  std::ptrdiff_t count = numeral.digits;
   while (first != numeral.last && (*first == '0' || first == numeral.point)) {
     if (first != numeral.point) --count;
     ++first;
   }
-  return {first, count, numeral.exponent - numeral.Decimals()};
+  return {first, count, numeral.exponent};
 }
 
 /// Rounds a number by its digits; the slow way that is always certain.
@@ -223,8 +222,8 @@ std::uint64_t RoundLong(Numeral<Char> numeral) {
 
 template <typename Char>
 double ToDouble(Numeral<Char> numeral) {
-  if (numeral.Digits() > SHORT_DIGITS) return std::bit_cast<double>(RoundLong(numeral));
-  const std::int64_t exponent = numeral.exponent - numeral.Decimals();
+  if (numeral.digits > SHORT_DIGITS) return std::bit_cast<double>(RoundLong(numeral));
+  const std::int64_t exponent = numeral.exponent;
   const bool exactMantissa = numeral.mantissa <= std::uint64_t{1} << (MANTISSA_BITS + 1);
   if (exactMantissa && exponent >= -LARGEST_EXACT_POWER && exponent <= LARGEST_EXACT_POWER) {
     const auto value = static_cast<double>(static_cast<std::int64_t>(numeral.mantissa));
@@ -247,8 +246,10 @@ struct Digits {
 /// Steps over digits, which continue those of `digits`.
 template <typename Char>
 inline Digits<Char> ScanDigits(Digits<Char> digits, const Char* last) {
-  while (digits.next != last && IsDigit(*digits.next)) {
-    digits.value = digits.value * 10 + DigitValue(*digits.next++);
+  for (; digits.next != last; ++digits.next) {
+    const std::uint32_t digit = DigitValue(*digits.next);
+    if (digit > 9) break;
+    digits.value = digits.value * 10 + digit;
   }
   return digits;
 }
@@ -337,15 +338,18 @@ template <typename Char>
 inline Decimal<Char> ScanDecimal(const Char* first, const Char* last) {
   Digits<Char> digits = ScanDigits<Char>({first, 0}, last);
   const Char* const point = digits.next;
+  std::ptrdiff_t count = point - first;
+  std::ptrdiff_t decimals = 0;
   if (point != last && *point == '.') {
     digits = ScanManyDigits<Char>({point + 1, digits.value}, last);
-    if (digits.next - first == 1) return {nullptr, 0};
-  } else if (point == first) {
-    return {nullptr, 0};
+    decimals = digits.next - point - 1;
+    count += decimals;
   }
+  if (count == 0) return {nullptr, 0};
   std::int64_t exponent = 0;
   const Char* const end = ScanExponent(digits.next, last, exponent);
-  return {end, ToDouble<Char>({first, digits.next, point, digits.value, exponent})};
+  exponent -= decimals;
+  return {end, ToDouble<Char>({first, digits.next, point, count, digits.value, exponent})};
 }
 
 template <typename Char>
