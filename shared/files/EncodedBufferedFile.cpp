@@ -267,16 +267,15 @@ wchar_t CEncodedBufferedFile::Getc() {
 
 wchar_t CEncodedBufferedFile::UnGetc(wchar_t unit) {
   if (!isReadable_ || !IsOpen() || unit == END_OF_TEXT) return END_OF_TEXT;
-  if (cursor_ == lineBuffer_.size()) {
-    // Behind a line that was used up, the unit stands before the next one.
-    lineBuffer_ = unit;
-    cursor_ = 0;
-    isContinued_ = unit != L'\n';
-  } else if (cursor_ > 0) {
-    lineBuffer_[--cursor_] = unit;
+  const bool isLast = cursor_ == lineBuffer_.size();
+  wchar_t replaced = L'\n';
+  if (cursor_ > 0) {
+    replaced = std::exchange(lineBuffer_[--cursor_], unit);
   } else {
     lineBuffer_.String().insert(lineBuffer_.begin(), unit);
   }
+  // Where a line feed was last, or no line was begun, other text belongs to the next line.
+  if (isLast && replaced == L'\n') isContinued_ = unit != L'\n';
   return unit;
 }
 

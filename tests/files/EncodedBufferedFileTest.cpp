@@ -220,7 +220,7 @@ TEST(EncodedBufferedFile, unitsAreGivenBackAndReadAgain) {
 
 TEST(EncodedBufferedFile, linesEndWhereTheFileSaysEvenWhenThePageSwallowsTheLineFeed) {
   // 81 is a lead byte in page 932; the line feed behind it is no second byte.
-  const ScratchFile file("a\x81\nb\nc");
+  const ScratchFile file("a\x81\n\x81\nb\nc");
   const Opening opening = {L"rb", EncodingANSI, true, 932};
   const Lines whole = ReadLines(file.Path(), opening);
   CEncodedBufferedFile in = OpenText(file.Path(), opening);
@@ -231,7 +231,7 @@ TEST(EncodedBufferedFile, linesEndWhereTheFileSaysEvenWhenThePageSwallowsTheLine
     peeked.push_back(line);
   }
   EXPECT_EQ(peeked, whole);
-  EXPECT_EQ(whole.size(), 3u);
+  EXPECT_EQ(whole.size(), 4u);
 }
 
 // Writing.
