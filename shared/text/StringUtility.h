@@ -125,7 +125,8 @@ SHARED_API bool StringToUnsigned(std::wstring_view text, unsigned int& value);
 
 /// Parses the whole text as one real number between ASCII white space: an optional sign, digits
 /// with an optional "." (one side may be empty), an optional exponent "e" or "E" with its own sign;
-/// or "nan", "inf", "infinity" in any case.
+/// or "nan", "inf", "infinity" in any case. "nan" may be followed by a remark in parentheses.
+/// Exponents have any number of digits.
 ///
 /// The value is the double nearest to the number written, ties to even, for every input. Numbers
 /// too small give a denormal or a zero with the sign written; numbers that round beyond the largest
