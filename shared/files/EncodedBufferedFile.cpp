@@ -266,7 +266,10 @@ wchar_t CEncodedBufferedFile::Getc() {
 }
 
 wchar_t CEncodedBufferedFile::UnGetc(wchar_t unit) {
-  if (!isReadable_ || !IsOpen() || unit == END_OF_TEXT) return END_OF_TEXT;
+  if (!isReadable_ || !IsOpen()) return END_OF_TEXT;
+  // At the end the buffer is empty; what stands in it was read.
+  const bool wasRead = cursor_ > 0 && lineBuffer_[cursor_ - 1] == END_OF_TEXT;
+  if (unit == END_OF_TEXT && !wasRead) return END_OF_TEXT;
   const bool isLast = cursor_ == lineBuffer_.size();
   wchar_t replaced = L'\n';
   if (cursor_ > 0) {

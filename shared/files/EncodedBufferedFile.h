@@ -96,8 +96,8 @@ public:
   /// Returns the next unit or `END_OF_TEXT`.
   wchar_t Getc();
   /// Gives a unit back, to be read next, and returns it; any number may be given back. Giving back
-  /// `END_OF_TEXT`, or anything without a file, does nothing and returns `END_OF_TEXT`. Seeking and
-  /// writing forget what was given back.
+  /// the `END_OF_TEXT` of the end, or anything without a file, does nothing and returns
+  /// `END_OF_TEXT`. Seeking and writing forget what was given back.
   wchar_t UnGetc(wchar_t unit);
   /// Appends the rest of the current line, or else the next line, to `line`, without its line end:
   /// a line feed or a carriage return and line feed. Returns false when there was nothing to read;

@@ -218,6 +218,17 @@ TEST(EncodedBufferedFile, unitsAreGivenBackAndReadAgain) {
   EXPECT_EQ(in.Getc(), L'!');
 }
 
+TEST(EncodedBufferedFile, theLastCodePointOfThePlaneIsGivenBackToo) {
+  const ScratchFile file(
+      "\xFF\xFF"
+      "a\0"s);
+  CEncodedBufferedFile in = OpenText(file.Path(), {L"rb", EncodingUTF16LE, true});
+  in.UnGetc(in.Getc());
+  EXPECT_EQ(in.Getc(), CEncodedBufferedFile::END_OF_TEXT);
+  EXPECT_FALSE(in.EndOfFile());
+  EXPECT_EQ(in.Getc(), L'a');
+}
+
 TEST(EncodedBufferedFile, linesEndWhereTheFileSaysEvenWhenThePageSwallowsTheLineFeed) {
   // 81 is a lead byte in page 932; the line feed behind it is no second byte.
   const ScratchFile file("a\x81\n\x81\nb\nc");
