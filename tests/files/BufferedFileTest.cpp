@@ -183,7 +183,8 @@ TEST(BufferedFile, linesOfEveryLengthAroundThePieces) {
   const std::string zeros("a\0b\0\0", 5);
   std::string content;
   std::vector<std::string> lines;
-  for (const std::size_t length : {0, 1, 253, 254, 255, 256, 257, 300, 509, 510, 511, 512, 5000}) {
+  for (const std::size_t length :
+       {0u, 1u, 253u, 254u, 255u, 256u, 257u, 300u, 509u, 510u, 511u, 512u, 5000u}) {
     for (const char* const end : {"\n", "\r\n"}) {
       lines.emplace_back(length, static_cast<char>('a' + length % 26));
       content += lines.back() + end;

@@ -150,9 +150,6 @@ struct CityFile {
   TextEncoding asked[4];
 };
 
-constexpr TextEncoding ANSI_FOUR_TIMES[4] = {EncodingANSI, EncodingANSI, EncodingANSI,
-                                             EncodingANSI};
-
 std::vector<CityFile> CityFiles() {
   const char* examples = SHARED_EXAMPLE_DATA_DIR;
   const char* tests = SHARED_TEST_DATA_DIR "/files";

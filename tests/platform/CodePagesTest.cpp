@@ -154,7 +154,7 @@ TEST(CodePages, encodeWhatWindowsEncodes) {
 
 TEST(CodePages, textInPartsReadsLikeTheWhole) {
   // A pair lies across every place where the text may be cut.
-  for (const std::size_t shift : {0, 1}) {
+  for (const std::size_t shift : {0u, 1u}) {
     std::string bytes(shift, 'x');
     std::wstring wide(shift, L'x');
     for (int i = 0; i < 5000; ++i) {

@@ -85,9 +85,10 @@ std::wstring DecodeSlowly(std::string_view bytes) {
     std::size_t next = i + 1;
     while (isGood && read < kind->length) {
       isGood = next < bytes.size() && (bytes[next] & 0xC0) == 0x80 &&
-               fits(value << 6 | (bytes[next] & 0x3Fu), kind->length - read - 1);
+               fits(value << 6 | (static_cast<unsigned char>(bytes[next]) & 0x3Fu),
+                    kind->length - read - 1);
       if (!isGood) break;
-      value = value << 6 | (bytes[next] & 0x3Fu);
+      value = value << 6 | (static_cast<unsigned char>(bytes[next]) & 0x3Fu);
       ++next;
       ++read;
     }
@@ -167,10 +168,10 @@ TEST(Utf8Decoding, isTheSameForTextLargerThanTheCaches) {
     bytes += others;
     expected += DecodeSlowly(others);
   }
-  for (const std::size_t shift : {0, 1}) {
+  for (const std::size_t shift : {0u, 1u}) {
     std::wstring wide(bytes.size() + shift, L'?');
     wide.resize(shift + shr::Utf8ToWide(bytes, wide.data() + shift));
-    EXPECT_TRUE(std::equal(expected.begin(), expected.end(), wide.begin() + shift, wide.end()))
+    EXPECT_TRUE(std::wstring_view(wide).substr(shift) == std::wstring_view(expected))
         << "output shifted by " << shift;
   }
 }
