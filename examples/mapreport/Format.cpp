@@ -77,6 +77,12 @@ GString FormatLatitude(double degrees, std::size_t decimals) {
   return WithDegrees(std::abs(degrees), decimals, degrees < 0 ? L"S" : L"N");
 }
 
+GString FormatPosition(const Vec2d& position) {
+  const GString degree = L"\u00B0";
+  return FormatNumber(std::abs(position.y), 2) + degree + (position.y < 0 ? L"S " : L"N ") +
+         FormatNumber(std::abs(position.x), 2) + degree + (position.x < 0 ? L"W" : L"E");
+}
+
 GString FormatTime(const GString& time) {
   if (!HasForm(time, L"0000-00-00T00:00")) return time;
   return time.substr(0, DAY_LENGTH) + L" " +

@@ -34,6 +34,9 @@ GString FormatMagnitude(const std::optional<double>& magnitude);
 GString FormatLongitude(double degrees, std::size_t decimals);
 GString FormatLatitude(double degrees, std::size_t decimals);
 
+/// Returns "46.20°N 122.20°W" with two decimals always, for columns of places.
+GString FormatPosition(const Vec2d& position);
+
 /// Returns "2018-01-31 02:00" for "2018-01-31T02:00:15.660Z"; any other text unchanged.
 GString FormatTime(const GString& time);
 

@@ -72,10 +72,6 @@ GString CountryName(const Model& model, std::size_t country) {
   return country == NONE ? GString(L"\u2013") : model.countries[country].name;
 }
 
-GString PositionText(const Vec2d& position) {
-  return FormatLatitude(position.y, 2) + L" " + FormatLongitude(position.x, 2);
-}
-
 /// A side of the window; the antimeridian is named by the hemisphere that it ends.
 GString FormatSide(double longitude) {
   const GString text = FormatLongitude(longitude, 2);
@@ -150,7 +146,7 @@ void WriteStrongest(CHtmlReport& report, const Model& model, std::size_t count) 
     Cell(report, FormatTime(event.time));
     Cell(report, event.place);
     Cell(report, CountryName(model, event.country));
-    Cell(report, PositionText(event.position));
+    Cell(report, FormatPosition(event.position));
     NumberCell(report, event.depth ? FormatNumber(*event.depth, 1) : GString(L"\u2013"));
     report << TREnd();
   }
@@ -167,7 +163,7 @@ void WriteCities(CHtmlReport& report, const Model& model, const MapPicture& pict
     Cell(report, city.countryCode);
     NumberCell(report, city.population > 0 ? FormatCount(static_cast<std::size_t>(city.population))
                                            : GString(L"unknown"));
-    Cell(report, PositionText(city.position));
+    Cell(report, FormatPosition(city.position));
     report << TREnd();
   }
   EndTable(report);

@@ -138,13 +138,21 @@ void DrawEventNames(SvgWriter& svg, const Model& model, const Projection& projec
                     LabelPlacer& placer) {
   constexpr double SIZE = 12;
   const EventSizes sizes(model);
+  std::vector<Box2d> named;
   svg.Begin("g").Attribute("class", "strong halo");
   for (const std::size_t index : StrongestEvents(model, EVENT_LABELS)) {
     const double magnitude = *model.events[index].magnitude;
+    const Vec2d at = EventPosition(model, index, projection);
+    // An aftershock inside a circle that has its name would seem to be a second name of it.
+    if (std::any_of(named.begin(), named.end(),
+                    [&](const Box2d& box) { return box.Contains(at); })) {
+      continue;
+    }
+    const double radius = sizes.Radius(magnitude);
+    named.emplace_back(at.x - radius, at.y - radius, at.x + radius, at.y + radius);
     const GString text = L"M\u00A0" + FormatNumber(magnitude, 1);
     const double width = EstimateTextWidth(text, SIZE);
-    const auto place = placer.PlaceName(EventPosition(model, index, projection),
-                                        sizes.Radius(magnitude), width, SIZE);
+    const auto place = placer.PlaceName(at, radius, width, SIZE);
     if (place) DrawLabel(svg, *place, text);
   }
   svg.End();

@@ -83,6 +83,7 @@ TEST(Format, writesNumbersPlacesAndTimes) {
   EXPECT_EQ(L"170\xB0W", FormatLongitude(190, 0));
   EXPECT_EQ(L"180\xB0", FormatLongitude(-180, 0));
   EXPECT_EQ(L"0\xB0", FormatLatitude(0, 0));
+  EXPECT_EQ(L"46.20\xB0N 122.20\xB0W", FormatPosition(Vec2d(-122.197, 46.2035)));
   EXPECT_EQ(L"2018-01-31 02:00", FormatTime(L"2018-01-31T02:00:31.800Z"));
   EXPECT_EQ(L"yesterday", FormatTime(L"yesterday"));
 }
@@ -184,6 +185,16 @@ TEST(SvgMap, showsWhatIsInTheWindow) {
   const std::string data = picture.svg.substr(path, picture.svg.find("/>", path) - path);
   EXPECT_EQ(2u, Count(data, "M"));
   EXPECT_EQ(2u, Count(data, "z"));
+}
+
+TEST(SvgMap, anAftershockInTheCircleOfANamedEventBearsNoName) {
+  Model model = SmallModel();
+  model.events.push_back(model.events[0]);
+  model.events[1].position = Vec2d(2.05, 2);
+  model.events[1].magnitude = 5.1;
+  EXPECT_EQ(1u, Count(Draw(model, Box2d(-5, -5, 15, 15)).svg, ">M\xC2\xA0"));
+  model.events[1].position = Vec2d(8, 2);
+  EXPECT_EQ(2u, Count(Draw(model, Box2d(-5, -5, 15, 15)).svg, ">M\xC2\xA0"));
 }
 
 TEST(SvgMap, theSidesOfTheWindowAreNoBorders) {
