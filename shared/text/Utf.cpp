@@ -179,8 +179,9 @@ bool IsAsciiStretch(const unsigned char* in) {
 /// Requires: the block at `in` is ASCII and has been widened. Widens the stretches of ASCII that
 /// follow past the caches and returns the number of bytes done, the block at least.
 std::ptrdiff_t StreamAscii(const unsigned char* in, const unsigned char* end, wchar_t* out) {
-  const std::size_t misaligned = reinterpret_cast<std::uintptr_t>(out) % sizeof(__m128i);
-  const std::size_t gap = misaligned == 0 ? 0 : sizeof(__m128i) - misaligned;
+  constexpr std::size_t alignment = BLOCK * sizeof(wchar_t);
+  const std::size_t misaligned = reinterpret_cast<std::uintptr_t>(out) % alignment;
+  const std::size_t gap = misaligned == 0 ? 0 : alignment - misaligned;
   const auto first = static_cast<std::ptrdiff_t>(gap / sizeof(wchar_t));
   std::ptrdiff_t count = first;
   while (end - in - count >= STRETCH && IsAsciiStretch(in + count)) {
