@@ -569,23 +569,6 @@ TEST(EncodedBufferedFile, pagesThatCannotBeConvertedAreErrors) {
   EXPECT_TRUE(StartsWith(DescriptionOf([&] { out.WriteString(L"x"); }), L"Unable to write '"));
 }
 
-TEST(EncodedBufferedFile, fullDevicesAreTold) {
-  if (!std::filesystem::exists("/dev/full")) {
-    // Windows has no such device; what its system refuses is told through the same calls.
-    SUCCEED();
-    return;
-  }
-  const GString path = L"/dev/full";
-  CEncodedBufferedFile out = OpenText(path, {L"w", EncodingUTF8});
-  EXPECT_TRUE(StartsWith(DescriptionOf([&] { out.Flush(); }), L"Unable to write '/dev/full'.\n"));
-  out.WriteString(L"text");
-  EXPECT_TRUE(StartsWith(DescriptionOf([&] { out.Close(); }), L"Unable to close '/dev/full'.\n"));
-  EXPECT_FALSE(out.IsOpen());
-  out = OpenText(path, {L"w", EncodingUTF8});
-  EXPECT_TRUE(StartsWith(DescriptionOf([&] { out.WriteString(std::wstring(200000, L'x')); }),
-                         L"Unable to write '/dev/full'.\n"));
-}
-
 // The codec by itself, with the line ends of the other target.
 
 TEST(TextCodec, decoderJoinsCarriageReturnAndLineFeedAtTheEndOnly) {

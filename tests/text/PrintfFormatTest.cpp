@@ -147,8 +147,8 @@ TEST(PrintfFormat, infinitiesAndNanAreWords) {
 enum class Padding { None, Random };
 
 /// Flags, width and precision drawn at random, for a conversion.
-std::string RandomSpecification(std::mt19937& random, const std::string& conversion,
-                                const char* flags, Padding padding) {
+std::string RandomFormat(std::mt19937& random, const std::string& conversion, const char* flags,
+                         Padding padding) {
   std::string text = "%";
   for (; *flags != '\0'; ++flags) {
     if (random() % 3 == 0) text += *flags;
@@ -174,7 +174,7 @@ TEST(PrintfFormat, integersAgreeWithTheRuntime) {
     const bool isSigned = kind == 'd' || kind == 'i';
     const char* const flags = isSigned ? "-+ 0" : kind == 'u' ? "-0" : "-#0";
     const std::string format =
-        RandomSpecification(random, std::string("ll") + kind, flags, Padding::Random);
+        RandomFormat(random, std::string("ll") + kind, flags, Padding::Random);
     auto value =
         static_cast<long long>((std::uint64_t{random()} << 32 | random()) >> (random() % 64));
     // Some runtimes print nothing for "%#.0o" of zero.
@@ -189,7 +189,7 @@ TEST(PrintfFormat, realNumbersAgreeWithTheRuntime) {
     const char kind = "eEfgG"[random() % 5];
     // Some runtimes forget the padding of "%g" after they have dropped zeros.
     const Padding padding = kind == 'g' || kind == 'G' ? Padding::None : Padding::Random;
-    const std::string format = RandomSpecification(random, std::string(1, kind), "-+ #0", padding);
+    const std::string format = RandomFormat(random, std::string(1, kind), "-+ #0", padding);
     const double digits = static_cast<double>(static_cast<int>(random() % 2000001) - 1000000);
     const double value = digits * std::pow(10.0, static_cast<int>(random() % 40) - 25);
     ASSERT_EQ(Both(format, value), Runtime(format, value)) << format << " of " << digits;

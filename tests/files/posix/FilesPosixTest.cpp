@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "shared/files/BufferedFile.h"
+#include "shared/files/EncodedBufferedFile.h"
 #include "shared/files/File.h"
 #include "shared/files/Path.h"
 #include "shared/files/ReplacementFile.h"
@@ -45,6 +46,23 @@ TEST(PosixFiles, aFullDiskFailsTheWriteTheFlushOrTheClose) {
   closed.Putc('1');
   EXPECT_TRUE(HasSystemText(Failure([&] { closed.Close(); }), L"Unable to close '/dev/full'."));
   EXPECT_FALSE(closed.IsOpen());
+}
+
+TEST(PosixFiles, aFullDiskFailsEncodedTextInTheWriteTheFlushOrTheClose) {
+  const GString path = L"/dev/full";
+  const GString write = L"Unable to write '/dev/full'.";
+  const auto open = [&path] {
+    return CEncodedBufferedFile(path, L"w", CEncodedBufferedFile::ShareAll, EncodingUTF8, 0, false,
+                                false);
+  };
+  CEncodedBufferedFile file = open();
+  EXPECT_TRUE(HasSystemText(Failure([&] { file.Flush(); }), write)) << "the mark is pending";
+  file.WriteString(L"text");
+  EXPECT_TRUE(HasSystemText(Failure([&] { file.Close(); }), L"Unable to close '/dev/full'."));
+  EXPECT_FALSE(file.IsOpen());
+  file = open();
+  const std::wstring large(200000, L'x');
+  EXPECT_TRUE(HasSystemText(Failure([&] { file.WriteString(large); }), write));
 }
 
 TEST(PosixFiles, aPipeIsReadExactlyButHasNoEndOrLength) {
