@@ -1,9 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
+// The handles stand in one vector, oldest first, so that executing, undoing and redoing work at its
+// end or move a position. The oldest commands leave at the front by emptying their handles; when
+// more than half of the vector is empty, the rest moves down, which costs each command one move at
+// most for each one that left.
+
 #include "shared/commands/CommandStack.h"
 
-#include <iterator>
+#include <algorithm>
+#include <utility>
 
 #include "shared/diagnostics/ThrowError.h"
 
@@ -14,37 +20,54 @@ constexpr int INVALID_DO_LINE = 60;
 constexpr int INVALID_REDO_LINE = 138;
 constexpr int INVALID_UNDO_LINE = 236;
 
+/// Capacity of a stack once it holds a command.
+constexpr std::size_t LEAST_CAPACITY = 16;
+
+/// Counts an execution for as long as it runs.
+class Running {
+public:
+  explicit Running(std::size_t& count) : count_(count) { ++count_; }
+  ~Running() { --count_; }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+
+private:
+  std::size_t& count_;
+};
+
 }  // namespace
 
-CommandStack::CommandStack(std::uint64_t maximumSize)
-    : maximumSize_(maximumSize), undo_(commands_.end()), redo_(commands_.end()) {}
+CommandStack::CommandStack(std::uint64_t maximumSize) : maximumSize_(maximumSize) {}
 
-CommandStack::~CommandStack() = default;
+CommandStack::~CommandStack() {
+  Clear();
+}
 
 void CommandStack::MaximumSize(std::uint64_t maximumSize) {
   maximumSize_ = maximumSize;
   VerifyStackSize();
 }
 
-StatusCode CommandStack::Do(const CommandHandle& command) {
+StatusCode CommandStack::Do(CommandHandle command) {
   if (!command) {
     ThrowErrorImpl(L"CommandStack", INVALID_DO_LINE, L"Cannot execute invalid command.");
   }
-  // The list's entry is made before the command runs, so that nothing can fail once it has.
-  CommandList entry(1, command);
-  const StatusCode status = command->Do();
-  if (status != Success) return status;
-  // Dropped commands die last, when the stack is consistent again: their destructors may look at
-  // it.
-  CommandList dropped;
-  dropped.splice(dropped.begin(), commands_, commands_.begin(), undo_);
-  commands_.splice(commands_.begin(), entry);
-  redo_ = commands_.end();
-  undo_ = commands_.begin();
-  if (commands_.size() > maximumSize_) {
-    VerifyStackSize();
-    undo_ = commands_.begin();
+  {
+    const Running running(running_);
+    ReserveForRunning();
+    const StatusCode status = command->Do();
+    if (status != Success) return status;
   }
+  while (commands_.size() > done_) {
+    // A command dies when it is out of the stack already: its destructor may look at it.
+    const CommandHandle dropped = std::move(commands_.back());
+    commands_.pop_back();
+    redo_ = NONE;
+  }
+  commands_.push_back(std::move(command));
+  redo_ = NONE;
+  VerifyStackSize();
+  done_ = commands_.size();
   return Success;
 }
 
@@ -52,8 +75,8 @@ StatusCode CommandStack::Undo() {
   if (!Undoable()) {
     ThrowErrorImpl(L"CommandStack", INVALID_UNDO_LINE, L"Cannot undo invalid command.");
   }
-  const StatusCode status = (*undo_)->Undo();
-  if (status != Cancelled) redo_ = undo_++;
+  const StatusCode status = (*UndoHandle())->Undo();
+  if (status != Cancelled) redo_ = --done_;
   return status;
 }
 
@@ -61,56 +84,76 @@ StatusCode CommandStack::Redo() {
   if (!Redoable()) {
     ThrowErrorImpl(L"CommandStack", INVALID_REDO_LINE, L"Cannot redo invalid command.");
   }
-  const StatusCode status = (*redo_)->Redo();
+  const StatusCode status = (*RedoHandle())->Redo();
   if (status == Cancelled) return status;
-  undo_ = redo_;
-  redo_ = undo_ == commands_.begin() ? commands_.end() : std::prev(undo_);
+  done_ = redo_ + 1;
+  redo_ = done_ < commands_.size() ? done_ : NONE;
   return status;
 }
 
 bool CommandStack::Undoable() const {
-  return IsUndoRedoable(undo_);
+  const CommandHandle* const handle = UndoHandle();
+  return handle && (*handle)->UndoRedoable();
 }
 
 bool CommandStack::Redoable() const {
-  return IsUndoRedoable(redo_);
+  const CommandHandle* const handle = RedoHandle();
+  return handle && (*handle)->UndoRedoable();
 }
 
 std::shared_ptr<const Command> CommandStack::UndoCommand() const {
-  return undo_ == commands_.end() ? nullptr : *undo_;
+  const CommandHandle* const handle = UndoHandle();
+  return handle ? *handle : nullptr;
 }
 
 std::shared_ptr<const Command> CommandStack::RedoCommand() const {
-  return redo_ == commands_.end() ? nullptr : *redo_;
+  const CommandHandle* const handle = RedoHandle();
+  return handle ? *handle : nullptr;
 }
 
 GString CommandStack::UndoLabel() const {
-  return Undoable() ? (*undo_)->Label() : GString();
+  return Undoable() ? (*UndoHandle())->Label() : GString();
 }
 
 GString CommandStack::RedoLabel() const {
-  return Redoable() ? (*redo_)->Label() : GString();
+  return Redoable() ? (*RedoHandle())->Label() : GString();
 }
 
 void CommandStack::Clear() {
-  CommandList dropped;
-  dropped.swap(commands_);
-  undo_ = commands_.end();
-  redo_ = commands_.end();
+  first_ = done_ = 0;
+  redo_ = NONE;
+  while (!commands_.empty()) {
+    const CommandHandle dropped = std::move(commands_.back());
+    commands_.pop_back();
+  }
 }
 
-bool CommandStack::IsUndoRedoable(const_iterator position) const {
-  return position != commands_.end() && (*position)->UndoRedoable();
+const CommandStack::CommandHandle* CommandStack::UndoHandle() const {
+  return done_ > first_ ? &commands_[done_ - 1] : nullptr;
+}
+
+const CommandStack::CommandHandle* CommandStack::RedoHandle() const {
+  return redo_ != NONE ? &commands_[redo_] : nullptr;
+}
+
+void CommandStack::ReserveForRunning() {
+  const std::size_t needed = commands_.size() + running_;
+  if (needed <= commands_.capacity()) return;
+  commands_.reserve(std::max({needed, 2 * commands_.size(), LEAST_CAPACITY}));
 }
 
 void CommandStack::VerifyStackSize() {
-  if (commands_.size() <= maximumSize_) return;
-  iterator firstDropped = commands_.end();
-  for (std::uint64_t excess = commands_.size() - maximumSize_; excess > 0; --excess) --firstDropped;
-  CommandList dropped;
-  dropped.splice(dropped.begin(), commands_, firstDropped, commands_.end());
-  undo_ = commands_.end();
-  redo_ = commands_.end();
+  if (size() <= maximumSize_) return;
+  while (size() > maximumSize_) {
+    const CommandHandle dropped = std::move(commands_[first_]);
+    ++first_;
+    done_ = first_;
+    redo_ = NONE;
+  }
+  if (first_ > commands_.size() / 2) {
+    commands_.erase(commands_.begin(), commands_.begin() + Offset(first_));
+    first_ = done_ = 0;
+  }
 }
 
 }  // namespace shr

@@ -16,8 +16,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <list>
 #include <memory>
+#include <vector>
 
 #include "shared/Export.h"
 #include "shared/commands/Command.h"
@@ -28,19 +28,21 @@ namespace shr {
 /// The executed commands, newest first.
 ///
 /// Commands in front of the undo position are the undone ones, newest undone first. Every operation
-/// costs O(1) beside the command's own work, plus the destruction of the commands it drops.
+/// costs amortized O(1) beside the command's own work, plus the destruction of the commands it
+/// drops. Iterators are valid until the next change of the stack.
 ///
-/// When a command throws, the stack is as it was before the call. A command may execute further
+/// When a command throws, the stack is as it was before the call; once one has been executed,
+/// nothing fails any more, not even for want of memory. A command may execute further
 /// commands on the stack that executes it; they are recorded before it. While it is undone or
 /// redone it leaves the stack alone.
 class SHARED_API CommandStack {
 public:
   using CommandHandle = std::shared_ptr<Command>;
-  using CommandList = std::list<CommandHandle>;
-  using iterator = CommandList::iterator;
-  using const_iterator = CommandList::const_iterator;
-  using reverse_iterator = CommandList::reverse_iterator;
-  using const_reverse_iterator = CommandList::const_reverse_iterator;
+  using CommandList = std::vector<CommandHandle>;
+  using iterator = CommandList::reverse_iterator;
+  using const_iterator = CommandList::const_reverse_iterator;
+  using reverse_iterator = CommandList::iterator;
+  using const_reverse_iterator = CommandList::const_iterator;
 
   /// Makes an empty stack that keeps at most `maximumSize` commands; 0 keeps none.
   explicit CommandStack(std::uint64_t maximumSize);
@@ -54,22 +56,22 @@ public:
   /// as undone with nothing to redo; the next `Do` drops them.
   void MaximumSize(std::uint64_t maximumSize);
 
-  std::size_t size() const noexcept { return commands_.size(); }
-  [[nodiscard]] bool empty() const noexcept { return commands_.empty(); }
-  iterator begin() noexcept { return commands_.begin(); }
-  iterator end() noexcept { return commands_.end(); }
-  const_iterator begin() const noexcept { return commands_.begin(); }
-  const_iterator end() const noexcept { return commands_.end(); }
-  reverse_iterator rbegin() noexcept { return commands_.rbegin(); }
-  reverse_iterator rend() noexcept { return commands_.rend(); }
-  const_reverse_iterator rbegin() const noexcept { return commands_.rbegin(); }
-  const_reverse_iterator rend() const noexcept { return commands_.rend(); }
+  std::size_t size() const noexcept { return commands_.size() - first_; }
+  [[nodiscard]] bool empty() const noexcept { return size() == 0; }
+  iterator begin() noexcept { return commands_.rbegin(); }
+  iterator end() noexcept { return iterator(rbegin()); }
+  const_iterator begin() const noexcept { return commands_.rbegin(); }
+  const_iterator end() const noexcept { return const_iterator(rbegin()); }
+  reverse_iterator rbegin() noexcept { return commands_.begin() + Offset(first_); }
+  reverse_iterator rend() noexcept { return commands_.end(); }
+  const_reverse_iterator rbegin() const noexcept { return commands_.begin() + Offset(first_); }
+  const_reverse_iterator rend() const noexcept { return commands_.end(); }
 
   /// Executes `command` and, on `Success` only, records it: the undone commands are dropped and
   /// `command` is the next to be undone. A command that cannot be undone is recorded too and keeps
   /// `Undo` from going past it. Returns the command's status.
   /// Errors: `Exception` "Cannot execute invalid command." for an empty handle.
-  StatusCode Do(const CommandHandle& command);
+  StatusCode Do(CommandHandle command);
 
   /// Undoes the newest command that is not undone, or redoes the one undone last, and returns its
   /// status. `Cancelled` leaves the stack as it is; `Success` and `Failure` alike count as done.
@@ -93,15 +95,29 @@ public:
   void Clear();
 
 private:
-  bool IsUndoRedoable(const_iterator position) const;
+  /// The redo position when there is nothing to redo.
+  static constexpr std::size_t NONE = static_cast<std::size_t>(-1);
+
+  static CommandList::difference_type Offset(std::size_t index) {
+    return static_cast<CommandList::difference_type>(index);
+  }
+  /// The handle at the undo or redo position, or null.
+  const CommandHandle* UndoHandle() const;
+  const CommandHandle* RedoHandle() const;
+  /// Makes sure that every `Do` that is running can record its command.
+  void ReserveForRunning();
   /// Drops the oldest commands while there are more than the maximum; both positions are then the
   /// end.
   void VerifyStackSize();
 
   std::uint64_t maximumSize_;
+  /// Oldest first. Those before `first_` are gone and their handles empty.
   CommandList commands_;
-  iterator undo_;
-  iterator redo_;
+  std::size_t first_ = 0;
+  /// Number of handles up to the undo position; `first_` when that is the end.
+  std::size_t done_ = 0;
+  std::size_t redo_ = NONE;
+  std::size_t running_ = 0;
 };
 
 }  // namespace shr

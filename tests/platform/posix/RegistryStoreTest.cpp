@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -164,6 +165,7 @@ protected:
 /// Runs `action` in a process of its own and returns that process.
 template <typename Action>
 pid_t Start(Action action) {
+  std::fflush(stdout);  // else the child may print it again
   const pid_t child = fork();
   if (child == 0) {
     action();
