@@ -12,7 +12,6 @@
 #include <map>
 #include <memory>
 #include <mutex>
-#include <shared_mutex>
 #include <vector>
 
 #include "shared/diagnostics/ThrowError.h"
@@ -39,17 +38,15 @@ bool PlatformServes(std::uint32_t codePage) {
 }
 
 /// Holds what was found out about the pages that the system may refuse. Asking it about such a page
-/// costs a search on disk, so it is done once. Readers never wait for each other.
+/// costs a search on disk, so it is done once.
+///
+/// A plain mutex: with the readers-writer lock of MinGW-w64's thread library a reader was seen to
+/// enter beside the writer.
 class StandInCache {
 public:
   /// Returns the table of a page, null where the system serves the page itself.
   const CodePageTable* Find(std::uint32_t codePage) {
-    {
-      const std::shared_lock lock(mutex_);
-      const auto found = tables_.find(codePage);
-      if (found != tables_.end()) return found->second;
-    }
-    const std::unique_lock lock(mutex_);
+    const std::lock_guard lock(mutex_);
     const auto [entry, isNew] = tables_.try_emplace(codePage, nullptr);
     if (isNew && !PlatformServes(codePage)) entry->second = Build(codePage);
     return entry->second;
@@ -65,7 +62,7 @@ private:
     return owned_.back().get();
   }
 
-  std::shared_mutex mutex_;
+  std::mutex mutex_;
   std::map<std::uint32_t, const CodePageTable*> tables_;
   std::vector<std::unique_ptr<const CodePageTable>> owned_;
 };
