@@ -187,17 +187,22 @@ std::wstring Archive::GetDisplayName() const {
 
 // Bytes.
 
-void Archive::FlushBlock() {
-  TakeSum();
-  const std::size_t size = static_cast<std::size_t>(next_ - begin_);
-  if (size == 0) return;
+/// Writes to the file at the position of the block.
+void Archive::WriteOut(const unsigned char* bytes, std::size_t count) {
   if (isPositionLost_) {
     file_->Seek(static_cast<std::int64_t>(blockPosition_), CFile::OriginBegin);
   }
   isPositionLost_ = true;
-  file_->Write(begin_, static_cast<std::uint32_t>(size));
+  file_->Write(bytes, static_cast<std::uint32_t>(count));
   isPositionLost_ = false;
-  blockPosition_ += size;
+  blockPosition_ += count;
+}
+
+void Archive::FlushBlock() {
+  TakeSum();
+  const std::size_t size = static_cast<std::size_t>(next_ - begin_);
+  if (size == 0) return;
+  WriteOut(begin_, size);
   next_ = summed_ = begin_;
 }
 
@@ -210,10 +215,7 @@ void Archive::WritePast(const unsigned char* bytes, std::size_t count) {
     next_ += count;
     return;
   }
-  isPositionLost_ = true;
-  file_->Write(bytes, static_cast<std::uint32_t>(count));
-  isPositionLost_ = false;
-  blockPosition_ += count;
+  WriteOut(bytes, count);
   sum_ = static_cast<std::uint16_t>(sum_ + ByteSum(bytes, count));
 }
 

@@ -190,9 +190,9 @@ public:
   /// CRC=0x%04x, File CRC=0x%04x\n".
   void SyncCheck();
 
-  /// How many objects may be within each other's `Serialize` at a time. Each level takes stack, a
-  /// few hundred bytes and what `Serialize` of the class needs.
-  static constexpr unsigned DEFAULT_DEPTH_LIMIT = 2000;
+  /// How many objects may be within each other's `Serialize` at a time. Each level takes 200 to
+  /// 400 bytes of stack and what `Serialize` of the class itself needs.
+  static constexpr unsigned DEFAULT_DEPTH_LIMIT = 1000;
   void SetDepthLimit(unsigned levels) noexcept { depthLimit_ = levels; }
 
   /// Returns the objects created since opening, in the order of their first reference, those whose
@@ -227,6 +227,7 @@ private:
   std::uint64_t GetPosition() const noexcept;
   std::uint16_t TakeSum() noexcept;
 
+  void WriteOut(const unsigned char* bytes, std::size_t count);
   void FlushBlock();
   bool RefillBlock();
   void WritePast(const unsigned char* bytes, std::size_t count);

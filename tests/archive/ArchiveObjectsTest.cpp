@@ -156,7 +156,7 @@ std::vector<Node> Chain(std::size_t length) {
 
 TEST(ArchiveObjects, chainsAreFollowedToTheLimitAndRefusedBeyondIt) {
   std::vector<Node> nodes = Chain(1000000);
-  const GString refused(L"Objects in 'memory file' are nested more than 2000 levels deep.");
+  const GString refused(L"Objects in 'memory file' are nested more than 1000 levels deep.");
   const auto store = [&](std::size_t first) {
     return Stored([&](Archive& archive) {
       CTypedObject* object = &nodes[first];
@@ -164,18 +164,18 @@ TEST(ArchiveObjects, chainsAreFollowedToTheLimitAndRefusedBeyondIt) {
     });
   };
   EXPECT_EQ(refused, test::Failure([&] { store(0); }));
-  EXPECT_EQ(refused, test::Failure([&] { store(nodes.size() - 2001); }));
-  const std::string bytes = store(nodes.size() - 2000);
+  EXPECT_EQ(refused, test::Failure([&] { store(nodes.size() - 1001); }));
+  const std::string bytes = store(nodes.size() - 1000);
   LoadFrom(bytes, [&](Archive& archive) {
     CTypedObject* object = nullptr;
     archive.TransferObject(object);
-    EXPECT_EQ(2000u, archive.GetLoadedObjects().size());
+    EXPECT_EQ(1000u, archive.GetLoadedObjects().size());
     test::DestroyLoaded(archive);
   });
   LoadFrom(bytes, [&](Archive& archive) {
     CTypedObject* object = nullptr;
-    archive.SetDepthLimit(1999);
-    EXPECT_EQ(L"Objects in 'memory file' are nested more than 1999 levels deep.",
+    archive.SetDepthLimit(999);
+    EXPECT_EQ(L"Objects in 'memory file' are nested more than 999 levels deep.",
               test::Failure([&] { archive.TransferObject(object); }));
     test::DestroyLoaded(archive);
   });

@@ -49,28 +49,31 @@ TEST(ArchivePosix, aWriteThatStoppedInTheMiddleIsDoneAgain) {
   const GString path = folder.Path(L"a.bin");
   rlimit before{};
   ASSERT_EQ(0, getrlimit(RLIMIT_FSIZE, &before));
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  Archive archive(path, Archive::Store);
-  std::string expected;
-  int failures = 0;
   rlimit tight = before;
   tight.rlim_cur = 1000;
-  for (unsigned i = 0; i < 40000; ++i) {
-    if (i == 100) setrlimit(RLIMIT_FSIZE, &tight);
-    try {
-      archive.Transfer(i);
-    } catch (const Exception&) {
-      ++failures;
-      setrlimit(RLIMIT_FSIZE, &before);
-      EXPECT_EQ(1000u, test::ReadBytes(path).size());
-      archive.Transfer(i);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  for (const unsigned size : {4u, 100u, 150000u}) {
+    Archive archive(path, Archive::Store);
+    std::string expected;
+    int failures = 0;
+    setrlimit(RLIMIT_FSIZE, &tight);
+    for (unsigned i = 0; expected.size() < 400000; ++i) {
+      std::string piece(size, static_cast<char>(i));
+      try {
+        archive.Write(piece.data(), size);
+      } catch (const Exception&) {
+        ++failures;
+        setrlimit(RLIMIT_FSIZE, &before);
+        EXPECT_EQ(1000u, test::ReadBytes(path).size()) << size;
+        archive.Write(piece.data(), size);
+      }
+      expected += piece;
     }
-    expected.append(reinterpret_cast<const char*>(&i), sizeof i);
+    archive.Close();
+    EXPECT_EQ(1, failures) << size;
+    EXPECT_TRUE(expected == test::ReadBytes(path)) << size;
   }
   std::signal(SIGXFSZ, handler);
-  archive.Close();
-  EXPECT_EQ(1, failures);
-  EXPECT_TRUE(expected == test::ReadBytes(path));
 }
 
 TEST(ArchivePosix, aFolderThatMayNotBeWrittenIsReportedOnOpening) {
