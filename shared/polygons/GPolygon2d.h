@@ -34,9 +34,8 @@ struct GPolygon2dModel;
 /// or not; holes arise only from operations.
 ///
 /// A ring of more than two points is stored closed: the first point is appended unless the last one
-/// equals it
-/// (|a - b| <= |a| * DBL_EPSILON in both coordinates). A ring of four or more stored points is
-/// stored clockwise in a y-up frame, a hole counter-clockwise.
+/// equals it (|a - b| <= |a| * DBL_EPSILON in both coordinates). A ring of four or more stored
+/// points is stored clockwise in a y-up frame, a hole counter-clockwise.
 ///
 /// Degenerate: contours without points are kept as empty polygons. A polygon with an infinite or
 /// NaN coordinate is kept as it is, but has no inside: it contains no point and clips to nothing.

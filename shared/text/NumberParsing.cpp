@@ -4,19 +4,18 @@
 // Real numbers are converted in three ways, the cheapest that is certain to be correctly rounded:
 //
 // 1. At most 2^53 times a power of ten up to 10^22: both are doubles, so one multiplication or
-// division rounds
-//    correctly (W. D. Clinger, "How to Read Floating Point Numbers Accurately", 1990).
+//    division rounds correctly (W. D. Clinger, "How to Read Floating Point Numbers Accurately",
+//    1990).
 // 2. The first 19 significant digits as an integer w and the decimal exponent q: w * 5^q is
-// approximated by
-//    one or two 64-bit products with a table of 128-bit powers, and the leading 54 bits are rounded
-//    when the error cannot reach them (D. Lemire, "Number Parsing at a Gigabyte per Second", 2021;
-//    N. Mushtak and D. Lemire, "Fast Number Parsing Without Fallback", 2023). With more than 19
-//    digits the number lies between w and w + 1; when both round alike, that is the result.
+//    approximated by one or two 64-bit products with a table of 128-bit powers, and the leading 54
+//    bits are rounded when the error cannot reach them (D. Lemire, "Number Parsing at a Gigabyte
+//    per Second", 2021; N. Mushtak and D. Lemire, "Fast Number Parsing Without Fallback", 2023).
+//    With more than 19 digits the number lies between w and w + 1; when both round alike, that is
+//    the result.
 // 3. Else the number is very near the middle of two doubles. Its significant digits are written to
-// a buffer and
-//    given to std::from_chars. A middle of two doubles has at most 767 significant digits; any
-//    non-zero digit behind MAX_DIGITS only says "a little more", and is replaced by one sticky
-//    digit.
+//    a buffer and given to std::from_chars. A middle of two doubles has at most 767 significant
+//    digits; any non-zero digit behind MAX_DIGITS only says "a little more", and is replaced by one
+//    sticky digit.
 
 #include "shared/text/NumberParsing.h"
 

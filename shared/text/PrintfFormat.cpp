@@ -3,9 +3,8 @@
 
 // Every conversion is first turned into three narrow pieces (sign or prefix, leading zeros, digits)
 // by the locale-free `std::to_chars`, then padded here. The C runtime's formatters are not used:
-// they disagree about
-// "%s" in wide formats, the I prefixes, exponent digits, infinities, rounding of ties and pointers,
-// and read the decimal point from the process locale.
+// they disagree about "%s" in wide formats, the I prefixes, exponent digits, infinities, rounding
+// of ties and pointers, and read the decimal point from the process locale.
 //
 // Widths and precisions are held to FORMAT_RESULT_LIMIT while they are parsed: nothing larger can
 // succeed, and nothing larger is ever allocated.

@@ -66,14 +66,13 @@ inline constexpr std::size_t FORMAT_RESULT_LIMIT = 8192;
 /// Replace (`FormatString`) or extend (`AppendFormatString`) `text` with the printf-style result.
 ///
 /// The meaning of a format is the same on both targets:
-/// - In wide formats `%s` `%ls` `%ws` take wide text and `%S` `%hs` narrow text in the active ANSI
-/// code page;
-///   in narrow formats `%s` `%hs` take narrow and `%S` `%ls` `%ws` wide text. Characters (`%c`
-///   `%C`) likewise. The precision counts units of the argument; a null pointer prints "(null)".
+/// - In wide formats `%s` `%ls` `%ws` take wide text and `%S` `%hs` narrow text in the active
+///   ANSI code page; in narrow formats `%s` `%hs` take narrow and `%S` `%ls` `%ws` wide text.
+///   Characters (`%c` `%C`) likewise. The precision counts units of the argument; a null pointer
+///   prints "(null)".
 /// - `d i u x X o` with `hh h l ll j z t I32 I64 I`; `%ld` reads a `long` of the target.
-/// - `e E f F g G a A`: correctly rounded, at least two exponent digits, always with a point,
-/// infinities and
-///   NaN as "inf" and "nan". `L` reads a `long double` and prints it as a double.
+/// - `e E f F g G a A`: correctly rounded, at least two exponent digits, always with a point;
+///   infinities and NaN as "inf" and "nan". `L` reads a `long double` and prints it as a double.
 /// - `%p` prints sixteen upper-case hexadecimal digits.
 /// Units of value zero that `%c` makes are kept as part of the result. Arguments may point into
 /// `text`.
@@ -113,9 +112,8 @@ SHARED_API bool StringToBool(std::string_view text, bool& value);
 SHARED_API bool StringToBool(std::wstring_view text, bool& value);
 
 /// Parse the whole text as one decimal integer between ASCII white space. A signed value may carry
-/// "-" or
-/// "+", an unsigned one no sign. Any other text, and a value out of range, sets `value` to 0 and
-/// returns false. Cost: one pass, no allocation.
+/// "-" or "+", an unsigned one no sign. Any other text, and a value out of range, sets `value` to 0
+/// and returns false. Cost: one pass, no allocation.
 SHARED_API bool StringToInt(std::string_view text, int& value);
 SHARED_API bool StringToInt(std::wstring_view text, int& value);
 SHARED_API bool StringToInt64(std::string_view text, std::int64_t& value);
@@ -146,9 +144,8 @@ SHARED_API std::string ParseToken(std::string_view text, std::size_t& pos, char 
 SHARED_API std::wstring ParseToken(std::wstring_view text, std::size_t& pos, wchar_t delimiter);
 
 /// Returns true when the whole text matches the pattern: "*" stands for any run of units, also an
-/// empty one,
-/// "?" for any one unit. Without `caseSensitive` the ASCII letters fold. A null pointer gives
-/// false. Cost: at most length of pattern times length of text; no allocation, no recursion.
+/// empty one, "?" for any one unit. Without `caseSensitive` the ASCII letters fold. A null pointer
+/// gives false. Cost: at most length of pattern times length of text; no allocation, no recursion.
 SHARED_API bool WildCmp(const char* pattern, const char* text, bool caseSensitive);
 SHARED_API bool WildCmp(const wchar_t* pattern, const wchar_t* text, bool caseSensitive);
 

@@ -54,9 +54,8 @@ public:
   Status Parse(int& value);
 
   /// Reads a field that begins with a real number in the syntax of `StringToDouble` or in
-  /// hexadecimal
-  /// ("0x1.8p3"); text behind the number is ignored. The value is correctly rounded; numbers out of
-  /// range give an infinity.
+  /// hexadecimal ("0x1.8p3"); text behind the number is ignored. The value is correctly rounded;
+  /// numbers out of range give an infinity.
   Status Parse(double& value);
 
   /// Reads a field that begins with a decimal integer and stores whether that is not zero.
