@@ -293,9 +293,9 @@ void TransferPieces(Archive& archive, std::string& bytes, unsigned seed) {
 
 TEST(Archive, blocksAreInvisibleInTheStream) {
   const test::TemporaryFolder folder;
-  for (const unsigned seed : {1u, 2u, 3u, 4u}) {
+  for (const unsigned seed : {1u, 2u}) {
     std::mt19937 random(seed);
-    std::string bytes(3000000, '\0');
+    std::string bytes(1500000, '\0');
     for (char& byte : bytes) byte = static_cast<char>(random());
     const std::string inMemory =
         Stored([&](Archive& archive) { TransferPieces(archive, bytes, seed); });
