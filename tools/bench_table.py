@@ -3,7 +3,7 @@
 # Copyright (c) 2026 The Shared authors
 """Makes one table of benchmark results: bench_table.py [--cache CMakeCache.txt] [--out table.tsv] RESULT.json...
 
-Benchmarks are named subsystem/work/contender/size. The contender is `ours`, a peer, or a limit whose name begins with
+Benchmarks are named subsystem/task/contender/size. The contender is `ours`, a peer, or a limit whose name begins with
 an underscore (what the memory alone would take, say). A row of the table is one work at one size: our time beside
 that of the fastest peer, the median of all repetitions in CPU seconds. The ratio is peer time / our time, above 1
 where ours is ahead. The exponent says how our time grows over the sizes of a work: 1 is linear.
@@ -151,7 +151,7 @@ def main():
             print()
             print_table([title, "size", "contender", "time", "ratio"], others, sys.stdout)
     for name in left_out:
-        print(f"not in the table, its name is not subsystem/work/contender/size: {name}")
+        print(f"not in the table, its name is not subsystem/task/contender/size: {name}")
     if options.out:
         with open(options.out, "w", encoding="utf-8") as stream:
             for line in [COLUMNS, *lines]:
