@@ -26,33 +26,37 @@ function(shared_compile_settings target)
   endif()
 endfunction()
 
-# Boost is used header-only. A cross build sees the host's copy through a folder that holds nothing else, so
-# that no other host header can slip in.
+# shared_host_headers(<target> <folder>): lets a cross build see one folder of the host's header-only libraries,
+# through a folder that holds nothing else, so that no other host header can slip in.
+function(shared_host_headers target folder)
+  set(link_folder "${PROJECT_BINARY_DIR}/${folder}-include")
+  file(MAKE_DIRECTORY "${link_folder}")
+  file(CREATE_LINK "/usr/include/${folder}" "${link_folder}/${folder}" SYMBOLIC)
+  target_include_directories(${target} SYSTEM INTERFACE "${link_folder}")
+endfunction()
+
+# Boost is used header-only.
 function(shared_find_boost)
   if(TARGET Shared_boost)
     return()
   endif()
   add_library(Shared_boost INTERFACE)
   if(CMAKE_CROSSCOMPILING AND EXISTS /usr/include/boost)
-    file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/boost-include")
-    file(CREATE_LINK /usr/include/boost "${PROJECT_BINARY_DIR}/boost-include/boost" SYMBOLIC)
-    target_include_directories(Shared_boost SYSTEM INTERFACE "${PROJECT_BINARY_DIR}/boost-include")
+    shared_host_headers(Shared_boost boost)
   else()
     find_package(Boost 1.74 REQUIRED)
     target_include_directories(Shared_boost SYSTEM INTERFACE ${Boost_INCLUDE_DIRS})
   endif()
 endfunction()
 
-# CLI11 is header-only like Boost and reaches a cross build the same way.
+# CLI11 is header-only, too.
 function(shared_find_cli11)
   if(TARGET Shared_cli11)
     return()
   endif()
   add_library(Shared_cli11 INTERFACE)
   if(CMAKE_CROSSCOMPILING AND EXISTS /usr/include/CLI)
-    file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/cli11-include")
-    file(CREATE_LINK /usr/include/CLI "${PROJECT_BINARY_DIR}/cli11-include/CLI" SYMBOLIC)
-    target_include_directories(Shared_cli11 SYSTEM INTERFACE "${PROJECT_BINARY_DIR}/cli11-include")
+    shared_host_headers(Shared_cli11 CLI)
   else()
     find_package(CLI11 REQUIRED)
     target_link_libraries(Shared_cli11 INTERFACE CLI11::CLI11)
