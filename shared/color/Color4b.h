@@ -24,6 +24,9 @@ struct tagRGBQUAD;
 
 namespace shr {
 
+class Color3f;
+class Color4f;
+
 /// An unsigned 32-bit integer such as `COLORREF`. An `int` is none, so that two small numbers are
 /// taken as gray and alpha.
 template <class T>
@@ -59,6 +62,13 @@ public:
       : Color4b(Byte(colorRef, 0), Byte(colorRef, 8), Byte(colorRef, 16), a) {}
   /// Takes an `RGBQUAD`, whose reserved byte is ignored.
   SHARED_API Color4b(const tagRGBQUAD& quad, unsigned char a);
+  /// Take channels in 0 to 1 as `ToBYTE` does.
+  template <std::same_as<Color3f> C>
+  explicit constexpr Color4b(const C& color, unsigned char a = ALPHA_MAX)
+      : Color4b(ToBYTE(color.red), ToBYTE(color.green), ToBYTE(color.blue), a) {}
+  template <std::same_as<Color4f> C>
+  explicit constexpr Color4b(const C& color)
+      : Color4b(ToBYTE(color.red), ToBYTE(color.green), ToBYTE(color.blue), ToBYTE(color.alpha)) {}
 
   constexpr void Set(unsigned char r, unsigned char g, unsigned char b,
                      unsigned char a = ALPHA_MAX) {
@@ -71,6 +81,14 @@ public:
     *this = Color4b(colorRef, a);
   }
   void Set(const tagRGBQUAD& quad, unsigned char a) { *this = Color4b(quad, a); }
+  template <std::same_as<Color3f> C>
+  constexpr void Set(const C& color, unsigned char a = ALPHA_MAX) {
+    *this = Color4b(color, a);
+  }
+  template <std::same_as<Color4f> C>
+  constexpr void Set(const C& color) {
+    *this = Color4b(color);
+  }
 
   // Packed forms; the first letter is the most significant byte.
 
