@@ -23,6 +23,8 @@
 
 #include "shared/geometry/VectorOperators.h"
 
+struct tagPOINT;
+
 namespace shr {
 
 /// Two components of type `T`, in this order and with nothing else; the default is (0, 0).
@@ -43,6 +45,10 @@ struct Vec2 : VectorOperators<Vec2<T>, T> {
   template <class U>
   requires(!std::same_as<T, U>) constexpr explicit(!WideningTo<U, T>) Vec2(const Vec2<U>& other)
       : x(static_cast<T>(other.x)), y(static_cast<T>(other.y)) {}
+  /// Takes a `POINT` of shared/platform/WindowsTypes.h.
+  template <std::same_as<tagPOINT> P>
+  requires std::same_as<T, int>
+  constexpr Vec2(const P& point) : x(static_cast<int>(point.x)), y(static_cast<int>(point.y)) {}
   /// Takes the first two components of an array.
   template <class U>
   requires std::is_arithmetic_v<U>
@@ -83,34 +89,22 @@ using Vec2i = Vec2<int>;
 
 // Spelled out per type: every compiler then knows the values in constant expressions.
 /// @cond
-template <>
-inline constexpr Vec2d Vec2d::ZERO{0.0, 0.0};
-template <>
-inline constexpr Vec2d Vec2d::ONE{1.0, 1.0};
-template <>
-inline constexpr Vec2d Vec2d::UNIT_X{1.0, 0.0};
-template <>
-inline constexpr Vec2d Vec2d::UNIT_Y{0.0, 1.0};
-template <>
-inline constexpr Vec2f Vec2f::ZERO{0.0f, 0.0f};
-template <>
-inline constexpr Vec2f Vec2f::ONE{1.0f, 1.0f};
-template <>
-inline constexpr Vec2f Vec2f::UNIT_X{1.0f, 0.0f};
-template <>
-inline constexpr Vec2f Vec2f::UNIT_Y{0.0f, 1.0f};
-template <>
-inline constexpr Vec2i Vec2i::ZERO{0, 0};
-template <>
-inline constexpr Vec2i Vec2i::ONE{1, 1};
-template <>
-inline constexpr Vec2i Vec2i::UNIT_X{1, 0};
-template <>
-inline constexpr Vec2i Vec2i::UNIT_Y{0, 1};
-/// @endcond
+#define SHARED_VEC2_CONSTANTS(Vector)           \
+  template <>                                   \
+  inline constexpr Vector Vector::ZERO{0, 0};   \
+  template <>                                   \
+  inline constexpr Vector Vector::ONE{1, 1};    \
+  template <>                                   \
+  inline constexpr Vector Vector::UNIT_X{1, 0}; \
+  template <>                                   \
+  inline constexpr Vector Vector::UNIT_Y{0, 1}; \
+  static_assert(sizeof(Vector) == 2 * sizeof(Vector::ZERO.x))
 
-static_assert(sizeof(Vec2d) == 2 * sizeof(double) && sizeof(Vec2f) == 2 * sizeof(float) &&
-              sizeof(Vec2i) == 2 * sizeof(int));
+SHARED_VEC2_CONSTANTS(Vec2d);
+SHARED_VEC2_CONSTANTS(Vec2f);
+SHARED_VEC2_CONSTANTS(Vec2i);
+#undef SHARED_VEC2_CONSTANTS
+/// @endcond
 
 }  // namespace shr
 

@@ -15,6 +15,7 @@
 #include <unordered_set>
 
 #include "shared/geometry/MathUtility.h"
+#include "shared/platform/WindowsTypes.h"
 
 namespace shr {
 namespace {
@@ -25,6 +26,8 @@ static_assert(std::is_trivially_copyable_v<Vec2d> && std::is_standard_layout_v<V
 static_assert(std::is_convertible_v<Vec2f, Vec2d> && std::is_convertible_v<Vec2i, Vec2d>);
 static_assert(!std::is_convertible_v<Vec2d, Vec2f> && std::is_constructible_v<Vec2f, Vec2d>);
 static_assert(!std::is_convertible_v<Vec2i, Vec2f> && !std::is_convertible_v<Vec2d, Vec2i>);
+static_assert(std::is_convertible_v<POINT, Vec2i> && Vec2i(POINT{3, -4}) == Vec2i(3, -4));
+static_assert(!std::is_constructible_v<Vec2f, POINT>);
 static_assert(Vec2d() == Vec2d::ZERO && Vec2d(FLOATS) == Vec2d(1.5, 2.5));
 static_assert(-Vec2d(1.0, -2.0) == Vec2d(-1.0, 2.0));
 static_assert((Vec2d(1.0, 2.0) + Vec2f(0.5f, 0.5f)) * 2.0 == Vec2d(3.0, 5.0));
@@ -44,9 +47,9 @@ TEST(Vec2, comparisonIsExactAndANumberlessVectorEqualsNothing) {
 }
 
 TEST(Vec2, lengthsOfIntegersDoNotOverflow) {
-  const Vec2i far(2000000000, -2000000000);
-  EXPECT_EQ(far.LengthSquared(), 8000000000000000000);
-  EXPECT_DOUBLE_EQ(far.Length(), 2e9 * std::sqrt(2.0));
+  const Vec2i distant(2000000000, -2000000000);
+  EXPECT_EQ(distant.LengthSquared(), 8000000000000000000);
+  EXPECT_DOUBLE_EQ(distant.Length(), 2e9 * std::sqrt(2.0));
   EXPECT_DOUBLE_EQ(Vec2i(3, 0).Distance(Vec2i(0, 4)), 5.0);
 }
 
