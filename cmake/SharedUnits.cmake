@@ -12,6 +12,24 @@ function(shared_units folder)
   target_sources(Shared PRIVATE ${arg_SOURCES})
 endfunction()
 
+# shared_avx2_units(<folder> a.cpp ...): adds sources of shared/<folder> that are compiled for AVX2 and run only where
+# HasAvx2() is true. They define functions of internal linkage and the exported entry points alone: an inline function
+# of a header compiled there could be the copy that the linker keeps for the whole library.
+function(shared_avx2_units folder)
+  list(TRANSFORM ARGN PREPEND "${PROJECT_SOURCE_DIR}/shared/${folder}/" OUTPUT_VARIABLE sources)
+  target_sources(Shared PRIVATE ${sources})
+  if(MSVC)
+    set(options /arch:AVX2)
+  else()
+    set(options -mavx2)
+    if(WIN32)
+      # GCC aligns the stack to 16 bytes on this target and still moves 32-byte values by aligned instructions.
+      list(APPEND options -Wa,-muse-unaligned-vector-move)
+    endif()
+  endif()
+  set_source_files_properties(${sources} TARGET_DIRECTORY Shared PROPERTIES COMPILE_OPTIONS "${options}")
+endfunction()
+
 # shared_test(<folder> <source> ...): the test program <folder>_tests from files of tests/<folder>.
 function(shared_test folder)
   list(TRANSFORM ARGN PREPEND "${PROJECT_SOURCE_DIR}/tests/${folder}/" OUTPUT_VARIABLE sources)
