@@ -38,6 +38,10 @@ function(shared_test folder)
   shared_compile_settings(${program})
   target_include_directories(${program} PRIVATE "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${program} PRIVATE Shared::Shared Shared_gtest)
+  if(NOT MSVC)
+    # Optimising test code under sanitizers takes longer than running it unoptimised. The library keeps its level.
+    target_compile_options(${program} PRIVATE $<$<CONFIG:Debug>:-O0>)
+  endif()
   target_compile_definitions(${program} PRIVATE
     SHARED_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data"
     SHARED_EXAMPLE_DATA_DIR="${PROJECT_SOURCE_DIR}/examples/data")
