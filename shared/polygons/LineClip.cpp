@@ -70,27 +70,30 @@ bool ClipSegment(Vec2d& a, Vec2d& b, unsigned codeA, unsigned codeB, const Box2d
 template <class Test>
 const Vec2d* SkipWhile(const Vec2d* point, const Vec2d* end, Test test) {
   while (end - point >= 4) {
-    if (!(test(point[0]) & test(point[1]) & test(point[2]) & test(point[3]))) break;
+    if ((test(point[0]) & test(point[1]) & test(point[2]) & test(point[3])) == 0) break;
     point += 4;
   }
-  while (point != end && test(*point)) ++point;
+  while (point != end && test(*point) != 0) ++point;
   return point;
 }
 
 const Vec2d* SkipInside(const Vec2d* point, const Vec2d* end, const Box2d& box) {
-  const auto [xMin, yMin, xMax, yMax] = box;
-  return SkipWhile(point, end, [=](const Vec2d& p) {
-    return (p.x >= xMin) & (p.x <= xMax) & (p.y >= yMin) & (p.y <= yMax);
+  return SkipWhile(point, end, [low = box.Min(), high = box.Max()](const Vec2d& p) -> unsigned {
+    return (p.x >= low.x) & (p.x <= high.x) & (p.y >= low.y) & (p.y <= high.y);
   });
 }
 
 /// Returns the first point that is not beyond one of the sides of the code.
 const Vec2d* SkipBeyond(const Vec2d* point, const Vec2d* end, unsigned code, const Box2d& box) {
-  const auto [xMin, yMin, xMax, yMax] = box;
-  if ((code & LEFT) != 0) return SkipWhile(point, end, [=](const Vec2d& p) { return p.x < xMin; });
-  if ((code & RIGHT) != 0) return SkipWhile(point, end, [=](const Vec2d& p) { return p.x > xMax; });
-  if ((code & ABOVE) != 0) return SkipWhile(point, end, [=](const Vec2d& p) { return p.y > yMax; });
-  return SkipWhile(point, end, [=](const Vec2d& p) { return p.y < yMin; });
+  const auto skip = [&](double side, auto isBeyond) {
+    return SkipWhile(point, end, [=](const Vec2d& p) -> unsigned { return isBeyond(p, side); });
+  };
+  if ((code & LEFT) != 0) return skip(box.xMin(), [](const Vec2d& p, double x) { return p.x < x; });
+  if ((code & RIGHT) != 0)
+    return skip(box.xMax(), [](const Vec2d& p, double x) { return p.x > x; });
+  if ((code & ABOVE) != 0)
+    return skip(box.yMax(), [](const Vec2d& p, double y) { return p.y > y; });
+  return skip(box.yMin(), [](const Vec2d& p, double y) { return p.y < y; });
 }
 
 /// Collects a piece in a buffer and hands it to a receiver when it ends.
