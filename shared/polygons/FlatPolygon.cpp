@@ -4,6 +4,8 @@
 #include "shared/polygons/FlatPolygon.h"
 
 #include "shared/diagnostics/ThrowError.h"
+#include "shared/platform/CpuFeatures.h"
+#include "shared/polygons/ContourTestAvx2.h"
 #include "shared/polygons/FlatContours.h"
 
 namespace shr {
@@ -14,7 +16,7 @@ constexpr const wchar_t* UNIT = L"FlatPolygon";
 /// Even-odd crossing count along the ray toward +x. An edge counts when its lower end is at or
 /// below the point and its upper end above it, so that a vertex on the ray counts once and
 /// horizontal edges never.
-bool IsInContour(const Vec2d& point, std::span<const Vec2d> contour) {
+bool IsInContourBaseline(const Vec2d& point, std::span<const Vec2d> contour) {
   if (contour.empty()) return false;
   bool inside = false;
   Vec2d from = contour.back();
@@ -29,6 +31,12 @@ bool IsInContour(const Vec2d& point, std::span<const Vec2d> contour) {
     from = to;
   }
   return inside;
+}
+
+bool IsInContour(const Vec2d& point, std::span<const Vec2d> contour) {
+  if (!HasAvx2()) return IsInContourBaseline(point, contour);
+  const double* const first = contour.empty() ? nullptr : &contour.front().x;
+  return IsInContourAvx2(point.x, point.y, first, contour.size());
 }
 
 }  // namespace

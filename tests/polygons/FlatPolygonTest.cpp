@@ -2,14 +2,18 @@
 // Copyright (c) 2026 The Shared authors
 
 // Cases: signed areas of known shapes, closed or not, far from the origin; the half-open rule on
-// edges and vertices as a property of rectangles side by side; nested contours as holes; what is no
+// edges and vertices as a property of rectangles side by side; any number of edges with any
+// coordinates against a test edge by edge; nested contours as holes; what is no
 // polygon; null pointers and counts that are too large.
 
 #include "shared/polygons/FlatPolygon.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <ostream>
+#include <random>
 #include <vector>
 
 #include "shared/diagnostics/Exception.h"
@@ -63,6 +67,46 @@ TEST(PointInPolygon, exactlyOneOfTheTilesAroundAPointHoldsIt) {
         holders += inside;
       }
       EXPECT_EQ(holders, 1) << x << ", " << y;
+    }
+  }
+}
+
+/// The even-odd rule for one edge after another, by the signed area of edge and point.
+bool IsInsideEdgeByEdge(const Vec2d& p, const Points& contour) {
+  bool isInside = false;
+  for (std::size_t i = 0; i < contour.size(); ++i) {
+    const Vec2d a = contour[i == 0 ? contour.size() - 1 : i - 1];
+    const Vec2d b = contour[i];
+    const double up = (a.x - b.x) * (p.y - b.y);
+    const double side = (a.y - b.y) * (p.x - b.x);
+    if (b.y <= p.y && !(a.y <= p.y)) isInside ^= up > side;
+    if (a.y <= p.y && !(b.y <= p.y)) isInside ^= side > up;
+  }
+  return isInside;
+}
+
+TEST(PointInPolygon, isTheSameToTheBitForEverySizeAndAnyNumbers) {
+  std::mt19937_64 random(45);
+  std::uniform_real_distribution<double> coordinate(-1.0, 1.0);
+  const double odd[] = {0.0, 1.0, -1.0, 0.5, 1e-300, NAN, HUGE_VAL, -HUGE_VAL, 1e308, -1e308};
+  for (std::size_t size = 0; size < 90; ++size) {
+    for (int kind = 0; kind < 4; ++kind) {
+      const auto makePoint = [&]() -> Vec2d {
+        if (kind == 0) return {coordinate(random), coordinate(random)};
+        const std::size_t limit = kind == 3 ? std::size(odd) : 4;
+        return {odd[random() % limit], odd[random() % limit]};
+      };
+      Points contour(size);
+      for (Vec2d& point : contour) point = makePoint();
+      if (kind == 1)
+        std::sort(contour.begin(), contour.end(), [](const Vec2d& a, const Vec2d& b) {
+          return a.y < b.y;  // long runs on one side of the point
+        });
+      for (int query = 0; query < 20; ++query) {
+        const Vec2d point = makePoint();
+        ASSERT_EQ(PointInPolygon(point, contour), IsInsideEdgeByEdge(point, contour))
+            << size << ' ' << kind << ": " << point;
+      }
     }
   }
 }
