@@ -89,12 +89,21 @@ const ColorClass* FindClass(const std::vector<ColorClass>& classes, std::size_t 
 
 }  // namespace
 
-void ClipToWindow(Model& model, const Box2d& window) {
+bool ClipToWindow(Model& model, const Box2d& window, IProgress& progress) {
+  Operation operation(progress, L"Clipping to the window", model.countries.size());
   model.window = window;
+  model.clip = Area();
   for (Event& event : model.events) {
     event.visible = PlaceInWindow(event.position, window).has_value();
   }
-  for (Country& country : model.countries) country.visible = ClipCountry(country, window);
+  for (City& city : model.cities) {
+    city.visible = PlaceInWindow(city.position, window).has_value();
+  }
+  for (Country& country : model.countries) {
+    country.visible = ClipCountry(country, window);
+    if (!operation.Step()) return false;
+  }
+  return true;
 }
 
 Contours ClipCountry(const Country& country, const Box2d& window) {
@@ -115,7 +124,8 @@ std::optional<Vec2d> PlaceInWindow(const Vec2d& position, const Box2d& window) {
   return std::nullopt;
 }
 
-void CountEvents(Model& model) {
+bool CountEvents(Model& model, IProgress& progress) {
+  Operation operation(progress, L"Counting", model.events.size());
   for (Country& country : model.countries) {
     country.eventCount = 0;
     country.largestEvent = NONE;
@@ -123,6 +133,7 @@ void CountEvents(Model& model) {
   for (std::size_t i = 0; i < model.events.size(); ++i) {
     Event& event = model.events[i];
     event.country = NONE;
+    if (!operation.Step()) return false;
     if (!event.visible) continue;
     const auto found =
         std::find_if(model.countries.begin(), model.countries.end(),
@@ -132,19 +143,21 @@ void CountEvents(Model& model) {
     ++found->eventCount;
     if (IsLarger(event, model, found->largestEvent)) found->largestEvent = i;
   }
+  return true;
 }
 
-void ColorByCount(Model& model) {
+void ColorByCount(Model& model, const Palette& palette) {
+  model.palette = palette;
   std::vector<std::size_t> counts;
   for (const Country& country : model.countries) counts.push_back(country.eventCount);
   model.classes = MakeClasses(counts);
   const double steps = static_cast<double>(std::max<std::size_t>(model.classes.size(), 2) - 1);
   for (std::size_t i = 0; i < model.classes.size(); ++i) {
-    model.classes[i].color = RampColor(static_cast<double>(i) / steps);
+    model.classes[i].color = palette.At(static_cast<double>(i) / steps);
   }
   for (Country& country : model.countries) {
     const ColorClass* const found = FindClass(model.classes, country.eventCount);
-    country.fill = found != nullptr ? found->color : EmptyColor();
+    country.fill = found != nullptr ? found->color : palette.none;
   }
 }
 
@@ -158,21 +171,6 @@ std::vector<ColorClass> MakeClasses(const std::vector<std::size_t>& counts) {
     if (classes.size() <= MOST_CLASSES) break;
   }
   return classes;
-}
-
-Color4b RampColor(double t) {
-  // Yellow, orange, brown: lightness falls evenly along the ramp, and so do print and gray copies.
-  static const std::array<Color4b, 4> KEYS = {
-      Color4b(255, 240, 196, 255), Color4b(253, 199, 111, 255), Color4b(229, 128, 53, 255),
-      Color4b(176, 76, 28, 255)};
-  const double position = std::clamp(t, 0.0, 1.0) * static_cast<double>(KEYS.size() - 1);
-  const std::size_t index = std::min(static_cast<std::size_t>(position), KEYS.size() - 2);
-  return Color4b::Interp(KEYS[index], KEYS[index + 1], position - static_cast<double>(index),
-                         Color4b::INTERP_LINEAR);
-}
-
-Color4b EmptyColor() {
-  return Color4b(238, 236, 230, 255);
 }
 
 std::vector<std::size_t> CountriesByCount(const Model& model) {
@@ -204,6 +202,12 @@ std::vector<std::size_t> StrongestEvents(const Model& model, std::size_t count) 
 std::size_t CountVisible(const Model& model) {
   return static_cast<std::size_t>(std::count_if(model.events.begin(), model.events.end(),
                                                 [](const Event& event) { return event.visible; }));
+}
+
+std::size_t CountInCountries(const Model& model) {
+  std::size_t count = 0;
+  for (const Country& country : model.countries) count += country.eventCount;
+  return count;
 }
 
 }  // namespace mapreport

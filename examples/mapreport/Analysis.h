@@ -4,9 +4,11 @@
 /// @file
 /// The steps between reading and drawing. Each takes the model and changes one thing about it.
 ///
-///     ClipToWindow(model, window);
-///     CountEvents(model);
-///     ColorByCount(model);
+///     ClipToWindow(model, window, progress);
+///     CountEvents(model, progress);
+///     ColorByCount(model, DefaultPalette());
+///
+/// Run by the commands of MapCommands.h they can be taken back.
 
 #pragma once
 
@@ -15,31 +17,29 @@
 #include <vector>
 
 #include "examples/mapreport/Model.h"
+#include "examples/mapreport/Progress.h"
 
 namespace mapreport {
 
-/// Sets the window, marks the events that lie in it (edges included) and cuts the countries to it.
-void ClipToWindow(Model& model, const Box2d& window);
+/// Sets the window, marks the events and cities that lie in it (edges included) and cuts the
+/// countries and rivers to it. An earlier clip to an area is gone. Returns false when the user
+/// stopped it; the model is then half done.
+bool ClipToWindow(Model& model, const Box2d& window, IProgress& progress);
 
 /// Finds the country of each visible event, and counts and largest event of each country.
+/// Returns false when the user stopped it; the model is then half done.
 /// Cost: O(events x countries) box tests and the points of the outlines whose box holds an event.
-void CountEvents(Model& model);
+bool CountEvents(Model& model, IProgress& progress);
 
 /// Makes classes of counts and gives each country the color of its class: from light to dark, and a
-/// gray of its own where nothing was counted.
-void ColorByCount(Model& model);
+/// color of its own where nothing was counted.
+void ColorByCount(Model& model, const Palette& palette);
 
 /// Returns the classes that hold at least one of `counts`, without colors. Their limits are 1, 2,
 /// 5, 10, 20
 /// ...; where that makes more than seven, 1, 3, 10, 30 ..., and then the decades. Zeros belong to
 /// no class.
 std::vector<ColorClass> MakeClasses(const std::vector<std::size_t>& counts);
-
-/// Returns the color at `t` from 0 to 1 on the ramp from light to dark.
-Color4b RampColor(double t);
-
-/// The fill of countries without events.
-Color4b EmptyColor();
 
 /// Returns the point's place in window coordinates: its longitude, or that plus 360 where the
 /// window reaches beyond 180. Nothing when it lies outside; the edges are inside.
@@ -57,5 +57,8 @@ std::vector<std::size_t> StrongestEvents(const Model& model, std::size_t count);
 
 /// Returns the number of visible events.
 std::size_t CountVisible(const Model& model);
+
+/// Returns the number of visible events that lie in a country.
+std::size_t CountInCountries(const Model& model);
 
 }  // namespace mapreport

@@ -11,27 +11,27 @@
 
 #include "examples/mapreport/Model.h"
 #include "examples/mapreport/Options.h"
+#include "examples/mapreport/Progress.h"
 
 namespace mapreport {
 
-class Progress;
-
 /// What a run writes.
 struct Outputs {
-  std::string map;   ///< content of map.svg
-  std::string page;  ///< content of report.html
+  std::string map;    ///< content of map.svg
+  std::string page;   ///< content of report.html
+  std::string saved;  ///< content of the saved map, empty when none is asked for
 };
 
-/// Reads the inputs. Errors: the library's exception, or `ThrowInputError`.
-Model ReadModel(const Options& options, Progress& progress);
+/// Reads the inputs or the saved map, and runs the steps on it that the options ask for. Errors:
+/// the library's exception, or `ThrowInputError`.
+Model MakeModel(const Options& options, IProgress& progress);
 
-/// Analyses the model and draws it.
-Outputs MakeOutputs(Model& model, const Options& options, Progress& progress);
+/// Draws the model.
+Outputs MakeOutputs(Model& model, const Options& options, IProgress& progress);
 
-/// Writes both files into the folder, which is made when it is missing: aside first, so that a
-/// failure leaves the folder as it was. Returns the path of the report. Errors: the library's
-/// exception.
-GString WriteOutputs(const Outputs& outputs, const GString& folder);
+/// Writes the files; a failure leaves all of them as they were. Returns the path of the report.
+/// Errors: the library's exception, or `ThrowInputError` for the folder.
+GString WriteOutputs(const Outputs& outputs, const Options& options);
 
 /// Runs the program and returns its exit status. Writes the path of the report to standard output,
 /// and one line to standard error when something is wrong.

@@ -33,6 +33,13 @@ GString WithDegrees(double absolute, std::size_t decimals, const wchar_t* side) 
   return FormatShort(absolute, decimals) + L"\u00B0" + side;
 }
 
+/// A side of the window; the antimeridian is named by the hemisphere that it ends.
+GString FormatSide(double longitude) {
+  const GString text = FormatLongitude(longitude, 2);
+  if (longitude == -180) return text + L"W";
+  return longitude == 180 ? text + L"E" : text;
+}
+
 }  // namespace
 
 GString FormatCount(std::size_t count) {
@@ -100,6 +107,12 @@ GString FormatPeriod(const Model& model) {
     if (last.empty() || day > last) last = day;
   }
   return first == last ? first : first + L" to " + last;
+}
+
+GString FormatWindow(const Box2d& window) {
+  return L"longitude " + FormatSide(window.xMin()) + L" to " + FormatSide(window.xMax()) +
+         L", latitude " + FormatLatitude(window.yMin(), 2) + L" to " +
+         FormatLatitude(window.yMax(), 2);
 }
 
 }  // namespace mapreport

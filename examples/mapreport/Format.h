@@ -37,6 +37,9 @@ GString FormatLatitude(double degrees, std::size_t decimals);
 /// Returns "46.20°N 122.20°W" with two decimals always, for columns of places.
 GString FormatPosition(const Vec2d& position);
 
+/// Returns "longitude 10°W to 40°E, latitude 35°N to 60°N".
+GString FormatWindow(const Box2d& window);
+
 /// Returns "2018-01-31 02:00" for "2018-01-31T02:00:15.660Z"; any other text unchanged.
 GString FormatTime(const GString& time);
 

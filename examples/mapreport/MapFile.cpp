@@ -140,13 +140,10 @@ private:
   void Finish(Building& building) {
     Country country;
     country.name = std::move(building.name);
-    country.land = GPolygon2d(building.land.points, building.land.counts);
-    country.holes = GPolygon2d(building.holes.points, building.holes.counts);
     country.rings = std::move(building.land);
-    country.rings.points.insert(country.rings.points.end(), building.holes.points.begin(),
-                                building.holes.points.end());
-    country.rings.counts.insert(country.rings.counts.end(), building.holes.counts.begin(),
-                                building.holes.counts.end());
+    country.outerRings = static_cast<unsigned int>(country.rings.counts.size());
+    country.rings.Append(building.holes);
+    country.MakePolygons();
     content_.countries.push_back(std::move(country));
   }
 

@@ -6,7 +6,7 @@
 /// to them.
 ///
 /// The steps of the analysis (Analysis.h) each take the model and change it; the outputs only read
-/// it.
+/// it. `Serialize` of each part both stores and loads it (MapArchive.h).
 
 #pragma once
 
@@ -21,6 +21,10 @@
 #include "shared/polygons/GPolygon2d.h"
 #include "shared/text/GString.h"
 
+namespace shr {
+class Archive;
+}
+
 namespace mapreport {
 
 using shr::Box2d;
@@ -33,22 +37,38 @@ using shr::Vec2d;
 inline constexpr std::size_t NONE = static_cast<std::size_t>(-1);
 
 /// Rings one behind the other, open, with the number of points of each. A point lies inside when it
-/// lies inside an odd number of them.
+/// lies inside an odd number of them. Also the pieces of a line.
 struct Contours {
   std::vector<Vec2d> points;
   std::vector<unsigned int> counts;
+
+  void Append(const Contours& other);
+  void Serialize(shr::Archive& archive);
 };
 
 struct Country {
   GString name;
-  GPolygon2d land;   ///< the outer rings
-  GPolygon2d holes;  ///< what is cut out of them
+  Contours rings;               ///< the outer rings first, then what is cut out of them
+  unsigned int outerRings = 0;  ///< how many of `rings` are outer ones
+  GPolygon2d land;              ///< the outer rings
+  GPolygon2d holes;             ///< the other ones
 
-  Contours rings;    ///< land and holes together
   Contours visible;  ///< the part inside the window, in window coordinates
   std::size_t eventCount = 0;
   std::size_t largestEvent = NONE;  ///< of those with a magnitude
   Color4b fill;
+
+  /// Makes `land` and `holes` from `rings` and `outerRings`.
+  void MakePolygons();
+  void Serialize(shr::Archive& archive);
+};
+
+struct River {
+  GString name;  ///< may be empty
+  std::vector<Vec2d> points;
+  Contours visible;  ///< the pieces inside the window, in window coordinates
+
+  void Serialize(shr::Archive& archive);
 };
 
 /// An earthquake, or whatever point a table holds.
@@ -61,6 +81,8 @@ struct Event {
 
   bool visible = false;
   std::size_t country = NONE;
+
+  void Serialize(shr::Archive& archive);
 };
 
 struct City {
@@ -68,6 +90,10 @@ struct City {
   GString countryCode;  ///< two letters
   Vec2d position;
   double population = 0;
+
+  bool visible = false;
+
+  void Serialize(shr::Archive& archive);
 };
 
 /// One file that went into the model.
@@ -77,6 +103,8 @@ struct Source {
   GString encoding;
   GString content;  ///< what was found in it: "1,679 events"
   GString credit;   ///< what a map made from it must say; may be empty
+
+  void Serialize(shr::Archive& archive);
 };
 
 /// Events from `from` to `to` are drawn in `color`.
@@ -85,17 +113,70 @@ struct ColorClass {
   std::size_t to = 1;
   Color4b color;
   std::size_t countries = 0;  ///< how many fall into it
+
+  void Serialize(shr::Archive& archive);
+};
+
+/// The colors of the map.
+struct Palette {
+  std::vector<Color4b> ramp;  ///< from few events to many, at least two colors
+  Color4b none;               ///< countries without events
+  Color4b sea;
+  Color4b river;
+
+  /// Returns the color at `t` from 0 to 1 on the ramp.
+  Color4b At(double t) const;
+  void Serialize(shr::Archive& archive);
+  friend bool operator==(const Palette&, const Palette&) = default;
+};
+
+/// Returns the colors of maps that ask for no others.
+Palette DefaultPalette();
+
+/// How the model is shown.
+struct View {
+  GString title{L"Earthquakes by country"};
+  std::size_t labels = 150;    ///< most city names on the map
+  std::size_t strongest = 20;  ///< rows of the table of strongest events
+  std::vector<double> dashes;  ///< drawn and left out along rivers in turn, in pixels
+
+  void Serialize(shr::Archive& archive);
+};
+
+/// A named area: what the map is clipped to, the union of countries.
+struct Area {
+  GString name;
+  Contours rings;
+
+  bool IsEmpty() const { return rings.counts.empty(); }
+  void Serialize(shr::Archive& archive);
+};
+
+/// A line of the history of the map.
+struct Step {
+  GString action;       ///< "Done", "Taken back", "Redone"
+  GString label;        ///< what the step is called
+  GString outcome;      ///< what the map held afterwards
+  GString fingerprint;  ///< equal for equal states of the map
+
+  void Serialize(shr::Archive& archive);
 };
 
 struct Model {
   std::vector<Country> countries;
+  std::vector<River> rivers;
   std::vector<Event> events;
   std::vector<City> cities;
   std::vector<Source> sources;
+  View view;
+  std::vector<Step> history;
 
   /// What the map shows, in degrees. The west side is at least -180, the east side may lie beyond
   /// 180: such a window reaches over the antimeridian.
   Box2d window;
+  Area clip;       ///< what is shown of the window; all of it when empty
+  Area continent;  ///< the united visible parts of the countries of a continent, or empty
+  Palette palette;
   std::vector<ColorClass> classes;
 };
 

@@ -4,7 +4,6 @@
 #include "examples/mapreport/Options.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -20,8 +19,12 @@ using namespace shr;
 namespace {
 
 constexpr std::uint32_t UTF8_PAGE = 65001;
-constexpr double SMALLEST_SIDE = 0.01;
 constexpr int MOST_ROWS = 100000;
+
+constexpr const char* FOOTER =
+    "The command line wins over --last. A loaded map is as it was saved but for what the command\n"
+    "line says.\n"
+    "Exit status: 0 success, 1 an input cannot be used, 2 wrong usage.";
 
 GString FromUtf8(const std::string& text) {
   GString wide;
@@ -40,14 +43,31 @@ struct RawOptions {
   std::string map;
   std::string points;
   std::string cities;
+  std::string config;
+  std::string load;
+  std::string save;
   std::string window;
+  std::string colors;
   std::string out;
   std::string title;
+  std::string log;
+  std::string remoteLog;
+  std::optional<std::size_t> labels;
+  std::optional<std::size_t> strongest;
   std::optional<std::uint32_t> codePage;
   std::optional<std::uint32_t> mapPage;
   std::optional<std::uint32_t> pointsPage;
   std::optional<std::uint32_t> citiesPage;
+  bool last = false;
 };
+
+/// Returns a check of the parser: `parse` must return something for the text.
+template <class Parse>
+auto MustParse(Parse parse, const char* complaint) {
+  return [=](const std::string& text) {
+    return parse(FromUtf8(text)) ? std::string() : "'" + text + "' " + complaint;
+  };
+}
 
 std::string CheckCodePage(const std::string& text) {
   unsigned int page = 0;
@@ -55,30 +75,12 @@ std::string CheckCodePage(const std::string& text) {
   return "'" + text + "' is no code page that this system has";
 }
 
-std::string CheckWindow(const std::string& text) {
-  if (ParseWindow(FromUtf8(text))) return std::string();
-  return "'" + text + "' is no window; it takes west,south,east,north in degrees";
-}
-
-void AddOptions(CLI::App& app, RawOptions& raw, Options& options) {
+void AddInputs(CLI::App& app, RawOptions& raw) {
   app.add_option("--map", raw.map, "Outlines of countries")->type_name("FILE");
   app.add_option("--points", raw.points, "Table of events: latitude, longitude, magnitude ...")
       ->type_name("FILE");
   app.add_option("--cities", raw.cities, "Table of cities: name, country, lat, lon, population")
       ->type_name("FILE");
-  app.add_option("--window", raw.window, "Part of the world to show, in degrees")
-      ->type_name("W,S,E,N")
-      ->check(CheckWindow);
-  app.add_option("--out", raw.out, "Folder for map.svg and report.html; made when missing")
-      ->type_name("DIR")
-      ->required();
-  app.add_option("--title", raw.title, "Title of the map and the report")->type_name("TEXT");
-  app.add_option("--labels", options.labels, "Most city names on the map")
-      ->type_name("N")
-      ->check(CLI::Range(0, MOST_ROWS));
-  app.add_option("--strongest", options.strongest, "Rows of the table of strongest events")
-      ->type_name("N")
-      ->check(CLI::Range(0, MOST_ROWS));
   const auto addPage = [&](const char* name, std::optional<std::uint32_t>& page, const char* text) {
     app.add_option(name, page, text)->type_name("N")->check(CheckCodePage);
   };
@@ -86,6 +88,44 @@ void AddOptions(CLI::App& app, RawOptions& raw, Options& options) {
   addPage("--map-codepage", raw.mapPage, "The same for --map alone");
   addPage("--points-codepage", raw.pointsPage, "The same for --points alone");
   addPage("--cities-codepage", raw.citiesPage, "The same for --cities alone");
+}
+
+void AddSettings(CLI::App& app, RawOptions& raw, Options& options) {
+  app.add_option("--window", raw.window, "Part of the world to show, in degrees")
+      ->type_name("W,S,E,N")
+      ->check(MustParse(ParseWindow, "is no window; it takes west,south,east,north in degrees"));
+  app.add_option("--colors", raw.colors,
+                 "Colors from few events to many, by name or #rrggbb; two or more")
+      ->type_name("C,C...")
+      ->check(MustParse(ParseColors, "are no colors; it takes two or more names or #rrggbb"));
+  app.add_option("--title", raw.title, "Title of the map and the report")->type_name("TEXT");
+  app.add_option("--labels", raw.labels, "Most city names on the map")
+      ->type_name("N")
+      ->check(CLI::Range(0, MOST_ROWS));
+  app.add_option("--strongest", raw.strongest, "Rows of the table of strongest events")
+      ->type_name("N")
+      ->check(CLI::Range(0, MOST_ROWS));
+  app.add_flag("--last", raw.last, "Use the window and the colors that --remember kept");
+  app.add_flag("--remember", options.remember, "Keep the window and the colors for --last");
+}
+
+void AddOutputs(CLI::App& app, RawOptions& raw, Options& options) {
+  app.add_option("--out", raw.out, "Folder for map.svg and report.html; made when missing")
+      ->type_name("DIR")
+      ->required();
+  app.add_option("--load", raw.load, "Begin with a saved map instead of inputs")
+      ->type_name("FILE")
+      ->excludes("--map", "--points", "--cities", "--last");
+  app.add_option("--save", raw.save, "Save the map with all that was done to it")
+      ->type_name("FILE");
+  app.add_option("--undo", options.undo,
+                 "Take the last N steps back and do them again; the report tells them")
+      ->type_name("N")
+      ->check(CLI::Range(0, MOST_ROWS));
+  app.add_option("--log", raw.log, "Begin a log file (UTF-16LE)")->type_name("FILE");
+  app.add_option("--remote-log", raw.remoteLog, "Send log lines to a collector, as UDP datagrams")
+      ->type_name("HOST:PORT")
+      ->check(MustParse(ParseRemoteLog, "is no HOST:PORT"));
   app.add_flag("--quiet", options.quiet, "Write nothing but errors");
 }
 
@@ -95,13 +135,28 @@ TextInput MakeInput(const std::string& path, const wchar_t* defaultName,
   return TextInput{FromUtf8(path), ownPage ? ownPage : commonPage};
 }
 
+Settings MakeSettings(const RawOptions& raw) {
+  Settings settings;
+  if (!raw.title.empty()) settings.title = FromUtf8(raw.title);
+  if (!raw.window.empty()) settings.window = ParseWindow(FromUtf8(raw.window));
+  if (!raw.colors.empty()) settings.ramp = ParseColors(FromUtf8(raw.colors));
+  settings.labels = raw.labels;
+  settings.strongest = raw.strongest;
+  return settings;
+}
+
 void Complete(const RawOptions& raw, Options& options) {
-  options.map = MakeInput(raw.map, L"countries-50m.txt", raw.mapPage, raw.codePage);
-  options.points = MakeInput(raw.points, L"earthquakes.csv", raw.pointsPage, raw.codePage);
-  options.cities = MakeInput(raw.cities, L"cities-utf16le.csv", raw.citiesPage, raw.codePage);
+  options.inputs.map = MakeInput(raw.map, L"countries-50m.txt", raw.mapPage, raw.codePage);
+  options.inputs.points = MakeInput(raw.points, L"earthquakes.csv", raw.pointsPage, raw.codePage);
+  options.inputs.cities =
+      MakeInput(raw.cities, L"cities-utf16le.csv", raw.citiesPage, raw.codePage);
+  options.settings = MakeSettings(raw);
+  if (raw.last) options.settings.Complete(ReadLast(SETTINGS_KEY));
+  options.load = FromUtf8(raw.load);
+  options.save = FromUtf8(raw.save);
+  options.log = FromUtf8(raw.log);
+  if (!raw.remoteLog.empty()) options.remoteLog = ParseRemoteLog(FromUtf8(raw.remoteLog));
   options.outFolder = FromUtf8(raw.out);
-  if (!raw.title.empty()) options.title = FromUtf8(raw.title);
-  if (!raw.window.empty()) options.window = *ParseWindow(FromUtf8(raw.window));
 }
 
 CommandLine UsageError(const GString& what) {
@@ -122,28 +177,16 @@ CommandLine Text(const std::string& text) {
 CommandLine CheckInputs(CommandLine result) {
   const Options& options = result.options;
   const std::pair<const wchar_t*, const TextInput*> inputs[] = {
-      {L"--map", &options.map}, {L"--points", &options.points}, {L"--cities", &options.cities}};
+      {L"--map", &options.inputs.map},
+      {L"--points", &options.inputs.points},
+      {L"--cities", &options.inputs.cities}};
   for (const auto& [name, input] : inputs) {
-    if (input->path.empty()) {
+    if (options.load.empty() && input->path.empty()) {
       return UsageError(GString(name) + L" is required: no default data were found");
     }
   }
   if (options.outFolder.empty()) return UsageError(L"--out is empty");
   return result;
-}
-
-/// Returns the four numbers of a window, or an empty list.
-std::vector<double> ParseNumbers(const GString& text) {
-  std::vector<double> numbers;
-  GString::size_type pos = 0;
-  // A comma at the end announces a number that is not there.
-  if (text.empty() || text[text.size() - 1] == L',') return {};
-  while (pos < text.size()) {
-    double value = 0;
-    if (!text.ParseToken(pos, L',').ToDouble(value)) return {};
-    numbers.push_back(value);
-  }
-  return numbers;
 }
 
 }  // namespace
@@ -153,8 +196,10 @@ CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
   RawOptions raw;
   CLI::App app("Draws earthquakes and their countries as a map and an HTML report.", "mapreport");
   app.set_version_flag("--version", "mapreport " MAPREPORT_VERSION);
-  app.footer("Exit status: 0 success, 1 an input cannot be used, 2 wrong usage.");
-  AddOptions(app, raw, result.options);
+  app.footer(FOOTER);
+  AddInputs(app, raw);
+  AddSettings(app, raw, result.options);
+  AddOutputs(app, raw, result.options);
   // The parser takes the arguments from the back.
   std::vector<std::string> reversed;
   for (std::size_t i = arguments.size(); i > 1; --i) {
@@ -171,23 +216,6 @@ CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
     return UsageError(FromUtf8(error.what()));
   }
   return CheckInputs(std::move(result));
-}
-
-std::optional<Box2d> ParseWindow(const GString& text) {
-  const std::vector<double> sides = ParseNumbers(text);
-  if (sides.size() != 4) return std::nullopt;
-  const double west = sides[0];
-  const double south = sides[1];
-  double east = sides[2];
-  const double north = sides[3];
-  // Written so that a number that is none fails each test.
-  const bool onGlobe =
-      west >= -180 && west <= 180 && east >= -180 && east <= 360 && south >= -90 && north <= 90;
-  if (!onGlobe) return std::nullopt;
-  if (east <= west) east += 360;
-  const bool hasArea = north - south >= SMALLEST_SIDE && east - west >= SMALLEST_SIDE;
-  if (!hasArea || east - west > 360) return std::nullopt;
-  return west == 180 ? Box2d(-180, south, east - 360, north) : Box2d(west, south, east, north);
 }
 
 }  // namespace mapreport

@@ -2,39 +2,31 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// The command line of the application.
+/// The command line of the application, completed by what the last run left and by a settings file.
 
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <vector>
 
-#include "shared/geometry/Box2.h"
+#include "examples/mapreport/Layers.h"
+#include "examples/mapreport/RunLog.h"
+#include "examples/mapreport/Settings.h"
 #include "shared/text/GString.h"
 
 namespace mapreport {
 
-using shr::Box2d;
-using shr::GString;
-
-/// A text file and, where the user told it, its code page.
-struct TextInput {
-  GString path;
-  std::optional<std::uint32_t> codePage;
-};
-
 struct Options {
-  TextInput map;
-  TextInput points;
-  TextInput cities;
-  Box2d window{-180, -90, 180,
-               90};  ///< degrees; the east side is beyond 180 across the antimeridian
+  Inputs inputs;      ///< unused when a saved map is loaded
+  Settings settings;  ///< the choices of all places together
+  GString load;       ///< saved map to begin with, or empty
+  GString save;       ///< where to save the map, or empty
+  std::size_t undo = 0;
+  bool remember = false;
+  GString log;
+  std::optional<RemoteLog> remoteLog;
   GString outFolder;
-  GString title{L"Earthquakes by country"};
-  std::size_t labels = 150;    ///< most city names on the map
-  std::size_t strongest = 20;  ///< rows of the table of strongest events
   bool quiet = false;
 };
 
@@ -51,12 +43,8 @@ struct CommandLine {
 };
 
 /// Reads the arguments, the program's name first. Inputs that are not named are looked for in the
-/// data folders of the installation. Never throws for what the user wrote.
+/// data folders of the installation. What the user wrote wrong is a `UsageError`.
+/// Errors: the library's exception and `ThrowInputError` for the settings file.
 CommandLine ParseCommandLine(const std::vector<GString>& arguments);
-
-/// Reads "W,S,E,N" in degrees. Returns nothing when it is no window: not four numbers, off the
-/// globe, or without area. An east side that is not east of the west side lies beyond the
-/// antimeridian.
-std::optional<Box2d> ParseWindow(const GString& text);
 
 }  // namespace mapreport

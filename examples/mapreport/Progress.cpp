@@ -6,39 +6,97 @@
 #include <cstdio>
 #include <string>
 
+#include "shared/commands/ProgressFactory.h"
 #include "shared/platform/Console.h"
 
 namespace mapreport {
 
 using namespace shr;
 
-Progress::Progress(std::size_t steps, bool quiet)
-    : steps_(steps), visible_(!quiet && platform::IsTerminal(stderr)) {}
+namespace {
 
-Progress::~Progress() {
-  Finish();
-}
+constexpr const wchar_t* CONSOLE_KEY = L"Console";
+constexpr const wchar_t* SILENT_KEY = L"Silent";
 
-void Progress::Step(const GString& what) {
-  if (visible_) {
-    const std::size_t percent = 100 * done_ / steps_;
-    Overwrite(GString(std::to_wstring(percent)) + L" % " + what);
+class ConsoleProgress : public IProgress {
+public:
+  ~ConsoleProgress() override { Overwrite(GString()); }
+
+  void Begin(const GString& label, std::uint64_t total) override {
+    label_ = label;
+    total_ = total;
+    Advance(0);
   }
-  ++done_;
+  void Advance(std::uint64_t done) override {
+    const GString line = ProgressLine(label_, done, total_);
+    if (line != shown_) Overwrite(line);
+  }
+  bool IsCancelled() const override { return false; }
+  void End() override { Overwrite(GString()); }
+
+private:
+  void Overwrite(const GString& line) {
+    if (line.empty() && shown_.empty()) return;
+    GString text(L"\r");
+    text += line;
+    if (line.size() < shown_.size()) text.append(shown_.size() - line.size(), L' ');
+    text += L"\r";
+    text += line;
+    shown_ = line;
+    platform::WriteText(stderr, text);
+  }
+
+  GString label_;
+  GString shown_;
+  std::uint64_t total_ = 0;
+};
+
+class SilentProgress : public IProgress {
+public:
+  void Begin(const GString&, std::uint64_t) override {}
+  void Advance(std::uint64_t) override {}
+  bool IsCancelled() const override { return false; }
+  void End() override {}
+};
+
+template <class Indicator>
+class Creator : public ProgressFactory {
+public:
+  explicit Creator(const wchar_t* key) : ProgressFactory(key, this) {}
+
+private:
+  std::unique_ptr<IProgress> ConstructImpl() const override {
+    return std::make_unique<Indicator>();
+  }
+};
+
+const Creator<ConsoleProgress> consoleCreator(CONSOLE_KEY);
+const Creator<SilentProgress> silentCreator(SILENT_KEY);
+
+}  // namespace
+
+std::unique_ptr<IProgress> MakeProgress(bool quiet) {
+  if (quiet || !platform::IsTerminal(stderr)) return ProgressFactory::Construct(SILENT_KEY);
+  return ProgressFactory::Construct();
 }
 
-void Progress::Finish() {
-  if (visible_ && shownLength_ > 0) Overwrite(GString());
+GString ProgressLine(const GString& label, std::uint64_t done, std::uint64_t total) {
+  if (total == 0) return label;
+  return label + L" " + std::to_wstring(100 * done / total).c_str() + L" %";
 }
 
-void Progress::Overwrite(const GString& line) {
-  GString text(L"\r");
-  text += line;
-  if (line.size() < shownLength_) text.append(shownLength_ - line.size(), L' ');
-  text += L"\r";
-  text += line;
-  shownLength_ = line.size();
-  platform::WriteText(stderr, text);
+Operation::Operation(IProgress& progress, const GString& label, std::uint64_t total)
+    : progress_(progress) {
+  progress_.Begin(label, total);
+}
+
+Operation::~Operation() {
+  progress_.End();
+}
+
+bool Operation::Step() {
+  progress_.Advance(++done_);
+  return !progress_.IsCancelled();
 }
 
 }  // namespace mapreport

@@ -8,6 +8,7 @@
 
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
+#include "examples/mapreport/MapEditor.h"
 #include "shared/html/HtmlReport.h"
 
 namespace mapreport {
@@ -72,17 +73,9 @@ GString CountryName(const Model& model, std::size_t country) {
   return country == NONE ? GString(L"\u2013") : model.countries[country].name;
 }
 
-/// A side of the window; the antimeridian is named by the hemisphere that it ends.
-GString FormatSide(double longitude) {
-  const GString text = FormatLongitude(longitude, 2);
-  if (longitude == -180) return text + L"W";
-  return longitude == 180 ? text + L"E" : text;
-}
-
 void WriteSummary(CHtmlReport& report, const Model& model) {
   const std::size_t visible = CountVisible(model);
-  std::size_t inCountries = 0;
-  for (const Country& country : model.countries) inCountries += country.eventCount;
+  const std::size_t inCountries = CountInCountries(model);
   const std::size_t struck = CountriesByCount(model).size();
   GString text = FormatCount(visible, L"event lies", L"events lie") + L" in the window";
   const GString period = FormatPeriod(model);
@@ -91,18 +84,16 @@ void WriteSummary(CHtmlReport& report, const Model& model) {
           FormatCount(struck, L"country", L"countries") + L", " +
           FormatCount(visible - inCountries) + L" at sea or outside every outline.";
   report << Paragraph(HtmlEscape(text));
-  const Box2d& window = model.window;
-  text = L"Window: longitude " + FormatSide(window.xMin()) + L" to " + FormatSide(window.xMax()) +
-         L", latitude " + FormatLatitude(window.yMin(), 2) + L" to " +
-         FormatLatitude(window.yMax(), 2) + L".";
+  text = L"Window: " + FormatWindow(model.window) + L".";
   report << Paragraph(HtmlEscape(text), CoreAttrib("", "note", "", ""));
 }
 
-void WritePicture(CHtmlReport& report, const MapPicture& picture, const PageContent& content) {
-  const std::string name = HtmlEscape(content.pictureName);
+void WritePicture(CHtmlReport& report, const Model& model, const MapPicture& picture,
+                  const GString& pictureName) {
+  const std::string name = HtmlEscape(pictureName);
   ImageAttrib image;
   image.SRC = name;
-  image.ALT = "Map of " + HtmlEscape(content.title);
+  image.ALT = "Map of " + HtmlEscape(model.view.title);
   image.WIDTH = std::to_string(picture.width);
   image.HEIGHT = std::to_string(picture.height);
   report << Img(image) << VSpace(1) << Anchor(name, "The map as a picture of its own");
@@ -131,7 +122,7 @@ void WriteCountries(CHtmlReport& report, const Model& model) {
   EndTable(report);
 }
 
-void WriteStrongest(CHtmlReport& report, const Model& model, std::size_t count) {
+void WriteStrongest(CHtmlReport& report, const Model& model) {
   BeginTable(report, "Strongest events",
              {{"Magnitude", true},
               {"Time (UTC)", false},
@@ -139,7 +130,7 @@ void WriteStrongest(CHtmlReport& report, const Model& model, std::size_t count) 
               {"Country", false},
               {"Position", false},
               {"Depth (km)", true}});
-  for (const std::size_t index : StrongestEvents(model, count)) {
+  for (const std::size_t index : StrongestEvents(model, model.view.strongest)) {
     const Event& event = model.events[index];
     report << TRBeg();
     NumberCell(report, FormatMagnitude(event.magnitude));
@@ -188,18 +179,53 @@ void WriteSources(CHtmlReport& report, const Model& model) {
   EndTable(report);
 }
 
+/// Tells what was taken back and done again; nothing when no step was.
+GString DescribeRedone(const Model& model) {
+  GString text;
+  for (const Step& step : model.history) {
+    if (step.action != REDONE) continue;
+    text += text.empty() ? L"Taken back and done again: " : L", ";
+    text += step.label;
+  }
+  return text.empty() ? text : text + L". ";
+}
+
+void WriteHistory(CHtmlReport& report, const Model& model) {
+  if (model.history.empty()) return;
+  BeginTable(report, "Steps",
+             {{"", true},
+              {"Action", false},
+              {"Step", false},
+              {"The map afterwards", false},
+              {"State", false}});
+  std::size_t number = 0;
+  for (const Step& step : model.history) {
+    report << TRBeg();
+    NumberCell(report, FormatCount(++number));
+    Cell(report, step.action);
+    Cell(report, step.label);
+    Cell(report, step.outcome);
+    Cell(report, step.fingerprint);
+    report << TREnd();
+  }
+  EndTable(report);
+  const GString note = DescribeRedone(model) + L"Equal states have equal numbers.";
+  report << Paragraph(HtmlEscape(note), CoreAttrib("", "note", "", ""));
+}
+
 }  // namespace
 
-std::string MakePage(const Model& model, const MapPicture& picture, const PageContent& content) {
+std::string MakePage(const Model& model, const MapPicture& picture, const GString& pictureName) {
   CHtmlReport report;
-  const std::string title = HtmlEscape(content.title);
+  const std::string title = HtmlEscape(model.view.title);
   report << Preamble(title, STYLE) << Heading(1, title);
   WriteSummary(report, model);
-  WritePicture(report, picture, content);
+  WritePicture(report, model, picture, pictureName);
   WriteCountries(report, model);
-  WriteStrongest(report, model, content.strongest);
+  WriteStrongest(report, model);
   WriteCities(report, model, picture);
   WriteSources(report, model);
+  WriteHistory(report, model);
   return report.GetReport() + "\n";
 }
 

@@ -2,8 +2,8 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// Writes the report: the map, the countries by count, the strongest events, the cities and the
-/// inputs.
+/// Writes the report: the map, the countries by count, the strongest events, the cities, the inputs
+/// and the steps that made the map.
 
 #pragma once
 
@@ -15,13 +15,8 @@
 
 namespace mapreport {
 
-struct PageContent {
-  GString title;
-  GString pictureName;  ///< file name of the map, beside the page
-  std::size_t strongest = 20;
-};
-
 /// Returns the page as HTML 4.01 in pure ASCII: every other character is a reference.
-std::string MakePage(const Model& model, const MapPicture& picture, const PageContent& content);
+/// `pictureName` is the file name of the map, beside the page.
+std::string MakePage(const Model& model, const MapPicture& picture, const GString& pictureName);
 
 }  // namespace mapreport

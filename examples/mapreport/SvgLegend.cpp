@@ -58,7 +58,7 @@ void DrawClasses(SvgWriter& svg, const Model& model, const Vec2d& corner) {
   Write(svg, corner, "", "head", L"Events in the country (number of countries)");
   Vec2d at(corner.x, corner.y + 9);
   if (const std::size_t empty = CountEmptyCountries(model)) {
-    DrawSwatch(svg, at, EmptyColor(), L"none", empty);
+    DrawSwatch(svg, at, model.palette.none, L"none", empty);
     at.x += SWATCH_WIDTH;
   }
   for (const ColorClass& c : model.classes) {

@@ -75,9 +75,9 @@ GString Subtitle(const Model& model) {
          FormatMagnitude(model.events[strongest.front()].magnitude);
 }
 
-void DrawTitle(SvgWriter& svg, const Model& model, const GString& title, double left) {
+void DrawTitle(SvgWriter& svg, const Model& model, double left) {
   svg.Begin("text").Attribute("x", left).Attribute("y", 38);
-  svg.Attribute("font-size", "25px").Attribute("font-weight", "700").Text(title).End();
+  svg.Attribute("font-size", "25px").Attribute("font-weight", "700").Text(model.view.title).End();
   svg.Begin("text").Attribute("x", left).Attribute("y", 60);
   svg.Attribute("font-size", "14px").Text(Subtitle(model)).End();
 }
@@ -99,14 +99,14 @@ void BeginDocument(SvgWriter& svg, const Page& page, const GString& title) {
 
 }  // namespace
 
-MapPicture DrawMap(const Model& model, const MapStyle& style) {
+MapPicture DrawMap(const Model& model) {
   const Page page = LayOut(model.window);
   const Projection& projection = page.projection;
   const Graticule graticule = MakeGraticule(model.window);
   SvgWriter svg;
-  BeginDocument(svg, page, style.title);
+  BeginDocument(svg, page, model.view.title);
   svg.Begin("g").Attribute("clip-path", "url(#map)");
-  svg.BeginRectangle(projection.Frame()).Attribute("fill", "#d9e6ee").End();
+  svg.BeginRectangle(projection.Frame()).Attribute("fill", HexColor(model.palette.sea)).End();
   DrawCountries(svg, model, projection);
   DrawGraticule(svg, projection, graticule);
   DrawEvents(svg, model, projection);
@@ -115,11 +115,11 @@ MapPicture DrawMap(const Model& model, const MapStyle& style) {
   LabelPlacer placer(labelled);
   DrawEventNames(svg, model, projection, placer);
   MapPicture picture;
-  picture.cities = DrawCities(svg, model, projection, style.labels, placer);
+  picture.cities = DrawCities(svg, model, projection, model.view.labels, placer);
   svg.End();
   DrawFrame(svg, projection, graticule);
   const double left = std::min(projection.Frame().xMin(), (page.width - LEGEND_WIDTH) / 2);
-  DrawTitle(svg, model, style.title, left);
+  DrawTitle(svg, model, left);
   DrawLegend(svg, model, projection, Vec2d(left, projection.Frame().yMax() + FRAME_TO_LEGEND),
              page.width - 2 * left);
   svg.End();

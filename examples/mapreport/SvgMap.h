@@ -16,11 +16,6 @@
 
 namespace mapreport {
 
-struct MapStyle {
-  GString title;
-  std::size_t labels = 0;  ///< most city names
-};
-
 struct MapPicture {
   std::string svg;  ///< UTF-8
   int width = 0;
@@ -29,6 +24,6 @@ struct MapPicture {
 };
 
 /// Returns the picture. The same model gives the same bytes on every machine.
-MapPicture DrawMap(const Model& model, const MapStyle& style);
+MapPicture DrawMap(const Model& model);
 
 }  // namespace mapreport

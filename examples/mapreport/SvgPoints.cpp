@@ -84,7 +84,7 @@ std::vector<std::size_t> CitiesByImportance(const Model& model) {
   std::vector<std::pair<double, std::size_t>> ranked;
   for (std::size_t i = 0; i < model.cities.size(); ++i) {
     const City& city = model.cities[i];
-    if (!PlaceInWindow(city.position, model.window)) continue;
+    if (!city.visible) continue;
     const bool leads = !city.countryCode.empty() && seen.insert(city.countryCode).second;
     ranked.emplace_back(city.population * (leads ? LEADER_BONUS : 1), i);
   }

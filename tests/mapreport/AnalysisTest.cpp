@@ -49,6 +49,7 @@ double VisibleArea(const Country& country) {
 }
 
 const Box2d WORLD(-180, -90, 180, 90);
+SilentProgress silent;
 
 }  // namespace
 
@@ -67,8 +68,8 @@ TEST(Analysis, eventsAreCountedWhereTheyLie) {
   for (const Row& row : rows) {
     Model model = MakeModel();
     AddEvent(model, row.x, row.y, 1.0);
-    ClipToWindow(model, WORLD);
-    CountEvents(model);
+    ClipToWindow(model, WORLD, silent);
+    CountEvents(model, silent);
     EXPECT_EQ(row.country, model.events[0].country) << row.name;
     const std::size_t counted = model.countries[0].eventCount + model.countries[1].eventCount;
     EXPECT_EQ(row.country == NONE ? 0u : 1u, counted) << row.name;
@@ -82,8 +83,8 @@ TEST(Analysis, theLargestEventIsTheFirstOfTheLargestMagnitude) {
   AddEvent(model, 1, 1, 2.5);
   AddEvent(model, 1, 1, 2.5);
   AddEvent(model, 15, 1, std::nullopt);
-  ClipToWindow(model, WORLD);
-  CountEvents(model);
+  ClipToWindow(model, WORLD, silent);
+  CountEvents(model, silent);
   EXPECT_EQ(4u, model.countries[0].eventCount);
   EXPECT_EQ(2u, model.countries[0].largestEvent);
   EXPECT_EQ(NONE, model.countries[1].largestEvent);
@@ -95,8 +96,8 @@ TEST(Analysis, theWindowCutsCountriesAndEvents) {
   Model model = MakeModel();
   AddEvent(model, 1, 5, 1.0);
   AddEvent(model, 5, 5, 9.0);
-  ClipToWindow(model, Box2d(-5, -5, 5, 5));
-  CountEvents(model);
+  ClipToWindow(model, Box2d(-5, -5, 5, 5), silent);
+  CountEvents(model, silent);
   // A quarter of 100, less a quarter of 36, and a quarter of 4; the flat form does not tell holes.
   std::vector<double> areas;
   const Vec2d* points = model.countries[0].visible.points.data();
@@ -108,8 +109,8 @@ TEST(Analysis, theWindowCutsCountriesAndEvents) {
   EXPECT_EQ((std::vector<double>{1, 9, 25}), areas);
   EXPECT_TRUE(model.countries[1].visible.counts.empty());
   EXPECT_EQ(2u, model.countries[0].eventCount) << "the edge belongs to the window";
-  ClipToWindow(model, Box2d(-5, -5, 4, 4));
-  CountEvents(model);
+  ClipToWindow(model, Box2d(-5, -5, 4, 4), silent);
+  CountEvents(model, silent);
   EXPECT_EQ(0u, CountVisible(model));
   EXPECT_EQ(0u, model.countries[0].eventCount);
 }
@@ -124,8 +125,8 @@ TEST(Analysis, aWindowBeyondTheAntimeridianShowsBothSides) {
   AddEvent(model, 175, 5, 1.0);
   AddEvent(model, 0, 5, 1.0);
   const Box2d window(160, -10, 200, 20);
-  ClipToWindow(model, window);
-  CountEvents(model);
+  ClipToWindow(model, window, silent);
+  CountEvents(model, silent);
   EXPECT_DOUBLE_EQ(100, std::abs(VisibleArea(model.countries[0])));
   EXPECT_DOUBLE_EQ(100, std::abs(VisibleArea(model.countries[1])));
   for (const Country& country : model.countries) {
@@ -167,11 +168,12 @@ TEST(Analysis, everyCountBelongsToOneClassOfAtMostSeven) {
 }
 
 TEST(Analysis, theRampDarkensSteadily) {
-  double last = RampColor(0).Intensity();
+  const Palette palette = DefaultPalette();
+  double last = palette.At(0).Intensity();
   for (int i = 1; i <= 12; ++i) {
-    const double intensity = RampColor(i / 12.0).Intensity();
+    const double intensity = palette.At(i / 12.0).Intensity();
     EXPECT_LT(intensity, last) << i;
     last = intensity;
   }
-  EXPECT_EQ(RampColor(1), RampColor(7));
+  EXPECT_EQ(palette.At(1), palette.At(7));
 }

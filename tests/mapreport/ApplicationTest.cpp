@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <map>
 
-#include "examples/mapreport/Progress.h"
 #include "tests/mapreport/Inputs.h"
 
 using namespace mapreport;
@@ -19,9 +18,9 @@ namespace {
 Options ExampleOptions() {
   const GString folder(SHARED_EXAMPLE_DATA_DIR "/");
   Options options;
-  options.map.path = folder + L"countries-110m.txt";
-  options.points.path = folder + L"earthquakes.csv";
-  options.cities.path = folder + L"cities-utf16le.csv";
+  options.inputs.map.path = folder + L"countries-110m.txt";
+  options.inputs.points.path = folder + L"earthquakes.csv";
+  options.inputs.cities.path = folder + L"cities-utf16le.csv";
   return options;
 }
 
@@ -29,9 +28,8 @@ Options ExampleOptions() {
 
 TEST(Application, countsAgreeWithEachOtherOnRealData) {
   const Options options = ExampleOptions();
-  Progress progress(7, true);
-  Model model = ReadModel(options, progress);
-  MakeOutputs(model, options, progress);
+  SilentProgress silent;
+  const Model model = MakeModel(options, silent);
   EXPECT_EQ(1679u, model.events.size());
   EXPECT_EQ(3554u, model.cities.size());
   EXPECT_EQ(L"\x4E0A\x6D77", model.cities.front().name);
@@ -53,31 +51,44 @@ TEST(Application, countsAgreeWithEachOtherOnRealData) {
 
 TEST(Application, theEncodingOfTheCitiesDoesNotShowOnTheMap) {
   Options options = ExampleOptions();
-  options.window = Box2d(-10, 34, 40, 60);
-  Progress progress(14, true);
-  Model utf16 = ReadModel(options, progress);
-  options.cities.path = GString(SHARED_EXAMPLE_DATA_DIR "/cities-utf8.csv");
-  Model utf8 = ReadModel(options, progress);
-  EXPECT_EQ(MakeOutputs(utf16, options, progress).map, MakeOutputs(utf8, options, progress).map);
+  options.settings.window = Box2d(-10, 34, 40, 60);
+  SilentProgress silent;
+  Model utf16 = MakeModel(options, silent);
+  options.inputs.cities.path = GString(SHARED_EXAMPLE_DATA_DIR "/cities-utf8.csv");
+  Model utf8 = MakeModel(options, silent);
+  EXPECT_EQ(MakeOutputs(utf16, options, silent).map, MakeOutputs(utf8, options, silent).map);
 }
 
 TEST(Application, outputsReplaceOldOnesTogether) {
   const TemporaryFolder folder;
-  const GString out = folder.Path(L"\x5730\x56F3/new");
-  EXPECT_NO_THROW(WriteOutputs({"map 1", "page 1"}, out));
-  EXPECT_NO_THROW(WriteOutputs({"map 2", "page 2"}, out));
-  EXPECT_EQ("map 2", ReadBytes(out + L"/map.svg"));
-  EXPECT_EQ("page 2", ReadBytes(out + L"/report.html"));
+  Options options;
+  options.outFolder = folder.Path(L"\x5730\x56F3/new");
+  options.save = folder.Path(L"saved.map");
+  EXPECT_NO_THROW(WriteOutputs({"map 1", "page 1", "saved 1"}, options));
+  EXPECT_NO_THROW(WriteOutputs({"map 2", "page 2", "saved 2"}, options));
+  EXPECT_EQ("map 2", ReadBytes(options.outFolder + L"/map.svg"));
+  EXPECT_EQ("page 2", ReadBytes(options.outFolder + L"/report.html"));
+  EXPECT_EQ("saved 2", ReadBytes(options.save));
 }
 
-TEST(Application, aFailureLeavesTheFolderAsItWas) {
+TEST(Application, aFailureLeavesTheFilesAsTheyWere) {
   const TemporaryFolder folder;
   WriteBytes(folder.Path(L"map.svg"), "old map");
+  WriteBytes(folder.Path(L"saved.map"), "old saved");
   std::filesystem::create_directory(ToFilesystemPath(folder.Path(L"report.html")));
-  EXPECT_THROW(WriteOutputs({"map", "page"}, folder.Path()), shr::Exception);
+  Options options;
+  options.outFolder = folder.Path();
+  options.save = folder.Path(L"saved.map");
+  EXPECT_THROW(WriteOutputs({"map", "page", "saved"}, options), shr::Exception);
   EXPECT_EQ("old map", ReadBytes(folder.Path(L"map.svg")));
-  EXPECT_EQ(2u, folder.Names().size());
-  WriteBytes(folder.Path(L"file"), "");
-  EXPECT_THROW(WriteOutputs({"map", "page"}, folder.Path(L"file")), shr::Exception);
-  EXPECT_THROW(WriteOutputs({"map", "page"}, folder.Path(L"file/below")), shr::Exception);
+  EXPECT_EQ("old saved", ReadBytes(folder.Path(L"saved.map")));
+  EXPECT_EQ(3u, folder.Names().size());
+  options.outFolder = folder.Path(L"new");
+  options.save = folder.Path(L"missing/saved.map");
+  EXPECT_THROW(WriteOutputs({"map", "page", "saved"}, options), shr::Exception);
+  EXPECT_FALSE(Exists(options.outFolder));
+  for (const wchar_t* const bad : {L"map.svg", L"map.svg/below"}) {
+    options.outFolder = folder.Path(bad);
+    EXPECT_THROW(WriteOutputs({"map", "page", "saved"}, options), shr::Exception);
+  }
 }

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "examples/mapreport/Model.h"
+#include "examples/mapreport/Progress.h"
 #include "examples/mapreport/TextFormat.h"
 #include "shared/diagnostics/Exception.h"
 #include "tests/support/TemporaryFolder.h"
@@ -24,6 +25,21 @@ public:
 
 private:
   shr::test::TemporaryFolder folder_;
+};
+
+/// An indicator that shows nothing and lets an operation go on for `steps` steps.
+class SilentProgress : public IProgress {
+public:
+  explicit SilentProgress(std::uint64_t steps = UINT64_MAX) : steps_(steps) {}
+
+  void Begin(const GString&, std::uint64_t) override { done_ = 0; }
+  void Advance(std::uint64_t done) override { done_ = done; }
+  bool IsCancelled() const override { return done_ > steps_; }
+  void End() override {}
+
+private:
+  std::uint64_t steps_;
+  std::uint64_t done_ = 0;
 };
 
 inline TextFormat Utf8Format() {

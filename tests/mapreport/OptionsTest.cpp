@@ -17,47 +17,19 @@ CommandLine Parse(std::initializer_list<const wchar_t*> arguments) {
 
 }  // namespace
 
-TEST(Options, windowsAreReadAndWrapped) {
-  struct Row {
-    const wchar_t* text;
-    std::optional<Box2d> expected;
-  };
-  const Row rows[] = {
-      {L"-10,35,40,60", Box2d(-10, 35, 40, 60)},
-      {L" -10.5 , 35 , 40 , 60 ", Box2d(-10.5, 35, 40, 60)},
-      {L"160,-50,-70,60", Box2d(160, -50, 290, 60)},
-      {L"160,-50,290,60", Box2d(160, -50, 290, 60)},
-      {L"180,0,-170,10", Box2d(-180, 0, -170, 10)},
-      {L"-180,-90,180,90", Box2d(-180, -90, 180, 90)},
-      {L"", std::nullopt},
-      {L"1,2,3", std::nullopt},
-      {L"1,2,3,4,5", std::nullopt},
-      {L"1,2,3,4,", std::nullopt},
-      {L"1,,3,4", std::nullopt},
-      {L"a,2,3,4", std::nullopt},
-      {L"nan,2,3,4", std::nullopt},
-      {L"0,10,20,10", std::nullopt},
-      {L"0,20,20,10", std::nullopt},
-      {L"0,-91,20,10", std::nullopt},
-      {L"-190,0,20,10", std::nullopt},
-      {L"-100,0,350,10", std::nullopt},
-  };
-  for (const Row& row : rows) EXPECT_EQ(row.expected, ParseWindow(row.text)) << GString(row.text);
-}
-
 TEST(Options, areTakenFromTheCommandLine) {
   const CommandLine line = Parse(
       {L"--map", L"m\x00E4p.txt", L"--points=\x5730\x9707.csv", L"--cities", L"c.csv", L"--out",
        L"o", L"--window", L"-10,35,40,60", L"--codepage", L"932", L"--cities-codepage", L"1251",
        L"--title", L"\x0395\x03BB", L"--labels", L"7", L"--quiet"});
   ASSERT_EQ(CommandLine::Action::Run, line.action) << line.text;
-  EXPECT_EQ(L"m\x00E4p.txt", line.options.map.path);
-  EXPECT_EQ(L"\x5730\x9707.csv", line.options.points.path);
-  EXPECT_EQ(932u, line.options.map.codePage);
-  EXPECT_EQ(1251u, line.options.cities.codePage);
-  EXPECT_EQ(Box2d(-10, 35, 40, 60), line.options.window);
-  EXPECT_EQ(L"\x0395\x03BB", line.options.title);
-  EXPECT_EQ(7u, line.options.labels);
+  EXPECT_EQ(L"m\x00E4p.txt", line.options.inputs.map.path);
+  EXPECT_EQ(L"\x5730\x9707.csv", line.options.inputs.points.path);
+  EXPECT_EQ(932u, line.options.inputs.map.codePage);
+  EXPECT_EQ(1251u, line.options.inputs.cities.codePage);
+  EXPECT_EQ(Box2d(-10, 35, 40, 60), line.options.settings.window);
+  EXPECT_EQ(L"\x0395\x03BB", line.options.settings.title);
+  EXPECT_EQ(7u, line.options.settings.labels);
   EXPECT_TRUE(line.options.quiet);
 }
 
@@ -75,6 +47,11 @@ TEST(Options, wrongUsageIsOneLine) {
       {"window", {L"--out", L"o", L"--window", L"1,2,3"}, L"1,2,3"},
       {"page", {L"--out", L"o", L"--codepage", L"77777"}, L"77777"},
       {"labels", {L"--out", L"o", L"--labels", L"-1"}, L"--labels"},
+      {"colors", {L"--out", L"o", L"--colors", L"#12345,#000000"}, L"#12345"},
+      {"undo", {L"--out", L"o", L"--undo", L"two"}, L"--undo"},
+      {"collector", {L"--out", L"o", L"--remote-log", L"localhost"}, L"localhost"},
+      {"loaded and read", {L"--out", L"o", L"--load", L"a", L"--map", L"b"}, L"--load"},
+      {"loaded and last", {L"--out", L"o", L"--load", L"a", L"--last"}, L"--load"},
   };
   for (const Row& row : rows) {
     const CommandLine line = Parse(row.arguments);

@@ -11,12 +11,11 @@
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
 #include "examples/mapreport/Labels.h"
-#include "examples/mapreport/MapFile.h"
 #include "examples/mapreport/Projection.h"
 #include "examples/mapreport/ReportPage.h"
 #include "examples/mapreport/SvgMap.h"
 #include "examples/mapreport/SvgWriter.h"
-#include "tests/mapreport/Inputs.h"
+#include "tests/mapreport/SmallModel.h"
 
 using namespace mapreport;
 
@@ -33,35 +32,12 @@ std::size_t Count(const std::string& text, const std::string& part) {
   return count;
 }
 
-Model SmallModel() {
-  const InputFile file(
-      "A<B\touter\t4\n0, 0\n0, 10\n10, 10\n10, 0\n"
-      "A<B\thole\t4\n4, 4\n6, 4\n6, 6\n4, 6\n"
-      "Far\touter\t4\n50, 50\n50, 60\n60, 60\n60, 50\n");
-  Model model;
-  model.countries = ReadMapFile(file.Path(), Utf8Format()).countries;
-  Event event;
-  event.position = Vec2d(2, 2);
-  event.magnitude = 5.26;
-  event.depth = -1.25;
-  event.time = L"2018-01-31T02:00:31.800Z";
-  event.place = L"Here & \"there\"";
-  model.events.push_back(event);
-  City city;
-  city.name = L"\x6771\x4EAC";
-  city.countryCode = L"JP";
-  city.position = Vec2d(8, 8);
-  city.population = 6e6;
-  model.cities.push_back(city);
-  model.sources.push_back({L"Events", L"e.csv", L"ASCII", L"1 event", L""});
-  return model;
-}
-
 MapPicture Draw(Model& model, const Box2d& window) {
-  ClipToWindow(model, window);
-  CountEvents(model);
-  ColorByCount(model);
-  return DrawMap(model, {L"Title & more", 10});
+  SilentProgress silent;
+  ClipToWindow(model, window, silent);
+  CountEvents(model, silent);
+  ColorByCount(model, DefaultPalette());
+  return DrawMap(model);
 }
 
 }  // namespace
@@ -210,7 +186,7 @@ TEST(SvgMap, theSidesOfTheWindowAreNoBorders) {
 TEST(ReportPage, holdsTheTablesInPureAscii) {
   Model model = SmallModel();
   const MapPicture picture = Draw(model, Box2d(-5, -5, 15, 15));
-  const std::string page = MakePage(model, picture, {L"Title & more", L"map.svg", 5});
+  const std::string page = MakePage(model, picture, L"map.svg");
   for (const char ch : page) ASSERT_LT(static_cast<unsigned char>(ch), 128);
   EXPECT_TRUE(Contains(page, "<TITLE>Title &amp; more</TITLE>"));
   EXPECT_TRUE(

@@ -7,9 +7,12 @@ Usage: black_box.py DATA_FOLDER [EMULATOR ...] PROGRAM
 """
 
 import os
+import random
+import socket
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 DATA = sys.argv[1]
@@ -113,7 +116,8 @@ class MapReport(unittest.TestCase):
     def test_help_and_version(self):
         status, text = self.run_program("--help")
         self.assertEqual(0, status)
-        for option in ("--map", "--points", "--cities", "--window", "--out", "--quiet"):
+        for option in ("--map", "--points", "--cities", "--window", "--out", "--quiet", "--save", "--load", "--undo",
+                       "--log", "--remote-log", "--last", "--remember", "--colors"):
             self.assertIn(option, text)
         status, text = self.run_program("--version")
         self.assertEqual(0, status)
@@ -135,6 +139,103 @@ class MapReport(unittest.TestCase):
             self.assertIn("東京都".encode(), file.read())
         with open(self.path("out/report.html"), "rb") as file:
             self.assertIn(b"code page 932", file.read())
+
+    def outputs(self):
+        """Returns the bytes of the outputs by their names."""
+        contents = {}
+        for name in sorted(os.listdir(self.out)):
+            with open(os.path.join(self.out, name), "rb") as file:
+                contents[name] = file.read()
+        return contents
+
+    def test_a_loaded_map_gives_the_same_report(self):
+        saved = self.path("saved Ünï.map")
+        status, text = self.run_inputs("--undo", "1", "--save", saved, "--title", "東京", "--colors", "#ffffff,#ff0000")
+        self.assertEqual(0, status, text)
+        before = self.outputs()
+        self.assertIn(b"Taken back and done again: Color the countries by number of events.", before["report.html"])
+        self.out = self.path("again")
+        status, text = self.run_program("--load", saved, "--out", self.out)
+        self.assertEqual(0, status, text)
+        self.assertEqual(before, self.outputs())
+        status, text = self.run_program("--load", saved, "--out", self.out, "--window", "1,1,3,3", "--undo", "9")
+        self.assertEqual(0, status, text)
+        self.assertEqual(3, self.outputs()["report.html"].count(b"<TD>Taken back</TD>") - 1)
+
+    def test_a_damaged_saved_map_is_told(self):
+        saved = self.path("saved.map")
+        self.assertEqual(0, self.run_inputs("--save", saved)[0])
+        with open(saved, "rb") as file:
+            whole = file.read()
+        damaged = bytes([*whole[:-50], whole[-50] ^ 4, *whole[-49:]])
+        for name, content in (("cut", whole[:-7]), ("empty", b""), ("changed", damaged), ("other", b"name,lat\n" * 9)):
+            with self.subTest(name=name):
+                self.write("saved.map", content)
+                status, text = self.run_program("--load", saved, "--out", self.path("never"))
+                self.assertEqual(1, status, text)
+                self.assert_one_line(text, "saved.map")
+                self.assertFalse(os.path.exists(self.path("never")))
+
+    def test_a_map_that_cannot_be_saved_leaves_everything(self):
+        status, text = self.run_inputs("--save", self.path("missing/saved.map"))
+        self.assertEqual(1, status)
+        self.assert_one_line(text, "saved.map")
+        self.assertFalse(os.path.exists(self.out))
+
+    @unittest.skipIf(len(COMMAND) > 1, "a signal reaches the emulator, not the program")
+    def test_a_killed_run_leaves_the_old_or_the_new_map(self):
+        saved = self.path("saved.map")
+        versions = []
+        for title in ("old", "new"):
+            self.assertEqual(0, self.run_inputs("--save", saved, "--title", title)[0])
+            with open(saved, "rb") as file:
+                versions.append(file.read())
+        options = [part for pair in self.good.items() for part in pair]
+        delays = random.Random(20260104)
+        for i in range(12):
+            run = subprocess.Popen([*COMMAND, *options, "--out", self.out, "--save", saved, "--title",
+                                    ("old", "new")[i % 2]], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            time.sleep(delays.uniform(0, 0.06))
+            run.kill()
+            run.wait()
+            with open(saved, "rb") as file:
+                self.assertIn(file.read(), versions)
+
+    def test_the_log_tells_the_run(self):
+        log = self.path("run.log")
+        status, text = self.run_inputs("--log", log)
+        self.assertEqual(0, status, text)
+        with open(log, "rb") as file:
+            content = file.read()
+        self.assertEqual(b"\xff\xfe", content[:2])
+        lines = content.decode("utf-16").splitlines()
+        for line in ("Operating System", "Enter Reading countries", "Exit Reading cities"):
+            self.assertIn(line, lines)
+        self.assertTrue(any(line.startswith("Done: Count the events of each country (1 event") for line in lines))
+        status, _ = self.run_inputs("--log", log, points=self.path("missing.csv"))
+        self.assertEqual(1, status)
+        with open(log, "rb") as file:
+            content = file.read().decode("utf-16")
+        self.assertRegex(content, "Error: .*missing.csv")
+        self.assertNotIn("Exit Reading events", content)
+        status, text = self.run_inputs("--log", self.path("missing/run.log"))
+        self.assertEqual(1, status)
+        self.assert_one_line(text, "run.log")
+
+    def test_log_lines_reach_the_collector(self):
+        with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as collector:
+            collector.bind(("127.0.0.1", 0))
+            collector.settimeout(5)
+            status, text = self.run_inputs("--remote-log", f"127.0.0.1:{collector.getsockname()[1]}")
+            self.assertEqual(0, status, text)
+            received = []
+            while not received or "The run took" not in received[-1]:
+                received.append(collector.recv(65536).decode("cp1252"))
+        self.assertRegex(received[0], r"^<6> mapreport: Run of mapreport \d")
+        self.assertEqual(4, len([line for line in received if "; state " in line]), received)
+        status, text = self.run_inputs("--remote-log", "no-such-host.invalid:514")
+        self.assertEqual(1, status)
+        self.assert_one_line(text, "no-such-host.invalid")
 
     def test_real_data_twice_gives_the_same_bytes(self):
         outputs = []

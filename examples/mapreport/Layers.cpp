@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "examples/mapreport/Layers.h"
+
+#include <utility>
+
+#include "examples/mapreport/Format.h"
+#include "examples/mapreport/MapFile.h"
+#include "examples/mapreport/PointTables.h"
+#include "shared/diagnostics/Logger.h"
+
+namespace mapreport {
+
+using namespace shr;
+
+namespace {
+
+Source MakeSource(const wchar_t* layer, const GString& path, const TextFormat& format,
+                  const GString& content) {
+  return {layer, FileNameOf(path), format.Describe(), content, FindCredit(path)};
+}
+
+void ReadCountries(const TextInput& input, Model& model) {
+  const TextFormat format = DetectTextFormat(input.path, input.codePage);
+  MapContent content = ReadMapFile(input.path, format);
+  model.sources.push_back(
+      MakeSource(L"Countries", input.path, format,
+                 FormatCount(content.countries.size(), L"country", L"countries") + L", " +
+                     FormatCount(content.rings, L"ring", L"rings") + L" (" +
+                     FormatCount(content.holes, L"hole", L"holes") + L"), " +
+                     FormatCount(content.points, L"point", L"points")));
+  model.countries = std::move(content.countries);
+}
+
+void ReadEventLayer(const TextInput& input, Model& model) {
+  const TextFormat format = DetectTextFormat(input.path, input.codePage);
+  model.events = ReadEvents(input.path, format);
+  model.sources.push_back(MakeSource(L"Events", input.path, format,
+                                     FormatCount(model.events.size(), L"event", L"events")));
+}
+
+void ReadCityLayer(const TextInput& input, Model& model) {
+  const TextFormat format = DetectTextFormat(input.path, input.codePage);
+  model.cities = ReadCities(input.path, format);
+  model.sources.push_back(MakeSource(L"Cities", input.path, format,
+                                     FormatCount(model.cities.size(), L"city", L"cities")));
+}
+
+/// Reads one layer and logs what was found.
+template <class Read>
+void ReadLayer(const wchar_t* label, const TextInput& input, Read read, Model& model,
+               IProgress& progress) {
+  const Operation operation(progress, label, 0);
+  const ScopedLogMessage scope(label);
+  read(input, model);
+  const Source& source = model.sources.back();
+  g_Logger.SendVA(LogInfo, L"%s: %s (%s)", input.path.c_str(), source.content.c_str(),
+                  source.encoding.c_str());
+}
+
+}  // namespace
+
+Model ReadModel(const Inputs& inputs, IProgress& progress) {
+  Model model;
+  ReadLayer(L"Reading countries", inputs.map, ReadCountries, model, progress);
+  ReadLayer(L"Reading events", inputs.points, ReadEventLayer, model, progress);
+  ReadLayer(L"Reading cities", inputs.cities, ReadCityLayer, model, progress);
+  return model;
+}
+
+}  // namespace mapreport

@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "examples/mapreport/MapCommands.h"
+
+#include <utility>
+
+#include "examples/mapreport/Analysis.h"
+#include "examples/mapreport/Format.h"
+#include "examples/mapreport/Settings.h"
+
+namespace mapreport {
+
+using namespace shr;
+
+namespace {
+
+/// What is visible.
+class SavedView : public SavedPart {
+public:
+  explicit SavedView(const Model& model)
+      : window_(model.window), clip_(model.clip), events_(), cities_() {
+    for (const Country& country : model.countries) countries_.push_back(country.visible);
+    for (const River& river : model.rivers) rivers_.push_back(river.visible);
+    for (const Event& event : model.events) events_.push_back(event.visible);
+    for (const City& city : model.cities) cities_.push_back(city.visible);
+  }
+
+  void Exchange(Model& model) override {
+    std::swap(window_, model.window);
+    std::swap(clip_, model.clip);
+    for (std::size_t i = 0; i < countries_.size(); ++i) {
+      std::swap(countries_[i], model.countries[i].visible);
+    }
+    for (std::size_t i = 0; i < rivers_.size(); ++i) {
+      std::swap(rivers_[i], model.rivers[i].visible);
+    }
+    ExchangeFlags(events_, model.events);
+    ExchangeFlags(cities_, model.cities);
+  }
+
+private:
+  template <class Point>
+  static void ExchangeFlags(std::vector<bool>& flags, std::vector<Point>& points) {
+    for (std::size_t i = 0; i < flags.size(); ++i) {
+      const bool flag = flags[i];
+      flags[i] = points[i].visible;
+      points[i].visible = flag;
+    }
+  }
+
+  Box2d window_;
+  Area clip_;
+  std::vector<Contours> countries_;
+  std::vector<Contours> rivers_;
+  std::vector<bool> events_;
+  std::vector<bool> cities_;
+};
+
+/// What was counted.
+class SavedCounts : public SavedPart {
+public:
+  explicit SavedCounts(const Model& model) {
+    for (const Country& country : model.countries) {
+      countries_.emplace_back(country.eventCount, country.largestEvent);
+    }
+    for (const Event& event : model.events) events_.push_back(event.country);
+  }
+
+  void Exchange(Model& model) override {
+    for (std::size_t i = 0; i < countries_.size(); ++i) {
+      std::swap(countries_[i].first, model.countries[i].eventCount);
+      std::swap(countries_[i].second, model.countries[i].largestEvent);
+    }
+    for (std::size_t i = 0; i < events_.size(); ++i) {
+      std::swap(events_[i], model.events[i].country);
+    }
+  }
+
+private:
+  std::vector<std::pair<std::size_t, std::size_t>> countries_;
+  std::vector<std::size_t> events_;
+};
+
+/// How it is colored.
+class SavedColors : public SavedPart {
+public:
+  explicit SavedColors(const Model& model) : palette_(model.palette), classes_(model.classes) {
+    for (const Country& country : model.countries) fills_.push_back(country.fill);
+  }
+
+  void Exchange(Model& model) override {
+    std::swap(palette_, model.palette);
+    std::swap(classes_, model.classes);
+    for (std::size_t i = 0; i < fills_.size(); ++i) {
+      std::swap(fills_[i], model.countries[i].fill);
+    }
+  }
+
+private:
+  Palette palette_;
+  std::vector<ColorClass> classes_;
+  std::vector<Color4b> fills_;
+};
+
+void Exchange(const std::shared_ptr<Memento>& saved, Model& model) {
+  static_cast<SavedPart&>(*saved).Exchange(model);
+}
+
+}  // namespace
+
+StatusCode MapCommand::DoImpl() {
+  const std::shared_ptr<SavedPart> before = Save();
+  bool isWhole = false;
+  try {
+    isWhole = Apply();
+  } catch (...) {
+    before->Exchange(model_);
+    throw;
+  }
+  if (!isWhole) {
+    before->Exchange(model_);
+    return Cancelled;
+  }
+  Memento(before);
+  return Success;
+}
+
+StatusCode MapCommand::UndoImpl() {
+  Exchange(Memento(), model_);
+  return Success;
+}
+
+StatusCode MapCommand::RedoImpl() {
+  Exchange(Memento(), model_);
+  return Success;
+}
+
+GString ClipToWindowCommand::Label() const {
+  return L"Clip to the window " + FormatWindow(window_);
+}
+
+std::unique_ptr<Command> ClipToWindowCommand::CloneImpl() const {
+  return std::make_unique<ClipToWindowCommand>(Target(), Indicator(), window_);
+}
+
+void ClipToWindowCommand::EnumerateOptionsImpl(CommandOptionList& options) const {
+  options.emplace_back(L"Window", WindowText(window_));
+}
+
+std::shared_ptr<SavedPart> ClipToWindowCommand::Save() const {
+  return std::make_shared<SavedView>(Target());
+}
+
+bool ClipToWindowCommand::Apply() {
+  return ClipToWindow(Target(), window_, Indicator());
+}
+
+std::unique_ptr<Command> CountEventsCommand::CloneImpl() const {
+  return std::make_unique<CountEventsCommand>(Target(), Indicator());
+}
+
+std::shared_ptr<SavedPart> CountEventsCommand::Save() const {
+  return std::make_shared<SavedCounts>(Target());
+}
+
+bool CountEventsCommand::Apply() {
+  return CountEvents(Target(), Indicator());
+}
+
+std::unique_ptr<Command> ColorByCountCommand::CloneImpl() const {
+  return std::make_unique<ColorByCountCommand>(Target(), Indicator(), palette_);
+}
+
+void ColorByCountCommand::EnumerateOptionsImpl(CommandOptionList& options) const {
+  options.emplace_back(L"Colors", ColorsText(palette_.ramp));
+}
+
+std::shared_ptr<SavedPart> ColorByCountCommand::Save() const {
+  return std::make_shared<SavedColors>(Target());
+}
+
+bool ColorByCountCommand::Apply() {
+  ColorByCount(Target(), palette_);
+  return true;
+}
+
+}  // namespace mapreport
