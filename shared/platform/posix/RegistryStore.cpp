@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Names are compared in a folded form, as Windows compares them (observed there): a unit is
-// replaced by its simple upper case when that letter's simple lower case leads back to it. So "a"
-// and "A" are one, and "ı", "ſ", "ς" and title-case digraphs stay letters of their own. Surrogates
-// are not folded.
+// Names are compared in the folded form of NameFold.h.
 //
 // The keys are one flat map from folded paths. A key's subkeys are the entries behind it whose path
 // goes on with a separator; no operation walks the tree, and no recursion follows its depth.
@@ -16,13 +13,12 @@
 
 #include "shared/platform/posix/RegistryStore.h"
 
-#include <unicode/uchar.h>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <utility>
 
+#include "shared/platform/posix/NameFold.h"
 #include "shared/text/Utf.h"
 
 namespace shr::platform {
@@ -42,20 +38,10 @@ constexpr char16_t SEPARATOR = u'\\';
 constexpr std::size_t KEY_NAME_LIMIT = 255;
 constexpr std::size_t DEPTH_LIMIT = 512;
 constexpr std::size_t VALUE_NAME_LIMIT = 16383;
-constexpr char16_t FIRST_NON_ASCII = 0x80;
-
-char16_t FoldUnit(char16_t unit) {
-  if (unit < FIRST_NON_ASCII) {
-    return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
-  }
-  const UChar32 upper = u_toupper(unit);
-  const bool inverse = upper <= 0xFFFF && u_tolower(upper) == unit;
-  return inverse ? static_cast<char16_t>(upper) : unit;
-}
 
 std::u16string Fold(std::u16string_view name) {
   std::u16string folded(name);
-  for (char16_t& unit : folded) unit = FoldUnit(unit);
+  for (char16_t& unit : folded) unit = FoldNameUnit(unit);
   return folded;
 }
 

@@ -135,4 +135,15 @@ bool RegisterFileUse(int descriptor, const FileUse& use) {
   return false;
 }
 
+bool IsFileUseAllowed(int descriptor, const FileUse& use) {
+  const auto denied = [descriptor](Mark mark) {
+    return CheckNoOther(descriptor, mark) == Step::Conflict;
+  };
+  const int error = errno;
+  const bool refused =
+      (use.reads && denied(Mark::DeniesReading)) || (use.writes && denied(Mark::DeniesWriting));
+  errno = refused ? EBUSY : error;
+  return !refused;
+}
+
 }  // namespace shr::platform

@@ -22,4 +22,8 @@ struct FileUse {
 /// closes the file.
 bool RegisterFileUse(int descriptor, const FileUse& use);
 
+/// Returns whether the share modes of other openers allow the use at this moment, without
+/// registering it; otherwise false with errno set. For uses that end at once.
+bool IsFileUseAllowed(int descriptor, const FileUse& use);
+
 }  // namespace shr::platform
