@@ -2,7 +2,7 @@
 // Copyright (c) 2026 The Shared authors
 
 // Four edges at once. Each takes the same products and comparisons as the test of one edge in
-// FlatPolygon.cpp, so that the answer has the same bits; only whether the number of crossings is
+// ContourEdge.h, so that the answer has the same bits; only whether the number of crossings is
 // odd counts, so that their order does not matter.
 //
 // Most edges of a long contour lie above or below the point. Sixteen at a time are passed over when
@@ -65,7 +65,7 @@ inline bool IsOdd(int bits) {
   return (0x6996 >> (bits & 0xF) & 1) != 0;
 }
 
-/// One edge, as FlatPolygon.cpp does it.
+/// One edge, as ContourEdge.h has it.
 inline bool IsToggledByEdge(double x, double y, const double* to, const double* from) {
   const bool isToBelow = to[1] <= y;
   const bool isFromBelow = from[1] <= y;

@@ -5,6 +5,7 @@
 
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/platform/CpuFeatures.h"
+#include "shared/polygons/ContourEdge.h"
 #include "shared/polygons/ContourTestAvx2.h"
 #include "shared/polygons/FlatContours.h"
 
@@ -13,21 +14,13 @@ namespace {
 
 constexpr const wchar_t* UNIT = L"FlatPolygon";
 
-/// Even-odd crossing count along the ray toward +x. An edge counts when its lower end is at or
-/// below the point and its upper end above it, so that a vertex on the ray counts once and
-/// horizontal edges never.
+/// Counts crossings of the ray toward +x, of which the oddness decides.
 bool IsInContourBaseline(const Vec2d& point, std::span<const Vec2d> contour) {
   if (contour.empty()) return false;
   bool inside = false;
   Vec2d from = contour.back();
   for (const Vec2d& to : contour) {
-    const bool toIsBelow = to.y <= point.y;
-    const bool fromIsBelow = from.y <= point.y;
-    if (toIsBelow != fromIsBelow) {
-      const double upward = (from.x - to.x) * (point.y - to.y);
-      const double sideward = (from.y - to.y) * (point.x - to.x);
-      inside ^= toIsBelow ? upward > sideward : sideward > upward;
-    }
+    inside ^= IsToggledBy(from, to, point);
     from = to;
   }
   return inside;
