@@ -8,6 +8,7 @@
 #include "shared/polygons/ContourEdge.h"
 #include "shared/polygons/ContourTestAvx2.h"
 #include "shared/polygons/FlatContours.h"
+#include "shared/polygons/FlatOutput.h"
 
 namespace shr {
 namespace {
@@ -62,6 +63,33 @@ double PolygonArea(std::span<const Vec2d> points, std::span<const unsigned int> 
   return PolygonArea(points.data(), counts.data(), counts.size());
 }
 
+double PolygonPerimeter(std::span<const Vec2d> points) {
+  if (points.empty()) return 0.0;
+  double sum = 0.0;
+  Vec2d from = points.back();
+  for (const Vec2d& to : points) {
+    sum += (to - from).Length();
+    from = to;
+  }
+  return sum;
+}
+
+double PolygonPerimeter(const Vec2d* points, std::size_t count) {
+  return PolygonPerimeter(CheckedSpan(points, count, UNIT));
+}
+
+double PolygonPerimeter(const Vec2d* points, const unsigned int* counts, std::size_t numContours) {
+  double sum = 0.0;
+  ForEachContour(points, counts, numContours, UNIT,
+                 [&](std::span<const Vec2d> contour) { sum += PolygonPerimeter(contour); });
+  return sum;
+}
+
+double PolygonPerimeter(std::span<const Vec2d> points, std::span<const unsigned int> counts) {
+  CheckCounts(points, counts, UNIT);
+  return PolygonPerimeter(points.data(), counts.data(), counts.size());
+}
+
 bool PointInPolygon(const Vec2d& point, std::span<const Vec2d> points) {
   return IsInContour(point, points);
 }
@@ -82,6 +110,22 @@ bool PointInPolygon(const Vec2d& point, std::span<const Vec2d> points,
                     std::span<const unsigned int> counts) {
   CheckCounts(points, counts, UNIT);
   return PointInPolygon(point, points.data(), counts.data(), counts.size());
+}
+
+bool PointInPolygon(const POINT& point, const POINT* points, std::size_t count) {
+  return IsInContour(ToVec2d(point), ToVec2d(CheckedSpan(points, count, UNIT)));
+}
+
+bool PointInPolygon(const POINT& point, const POINT* points, const long* counts,
+                    std::size_t numContours) {
+  bool inside = false;
+  for (const long count : CheckedSpan(counts, numContours, UNIT)) {
+    if (count < 0) ThrowInternalError(SHARED_MODULE, UNIT, __LINE__);
+    const auto size = static_cast<std::size_t>(count);
+    inside ^= PointInPolygon(point, points, size);
+    if (size > 0) points += size;
+  }
+  return inside;
 }
 
 }  // namespace shr

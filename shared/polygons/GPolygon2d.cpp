@@ -17,7 +17,11 @@
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/geometry/Orientation.h"
 #include "shared/polygons/FlatContours.h"
+#include "shared/polygons/FlatOutput.h"
+#include "shared/polygons/GPolygon.h"
 #include "shared/polygons/GPolygon2dModel.h"
+#include "shared/polygons/GpcHolder.h"
+#include "shared/polygons/MultiPolygon.h"
 
 namespace shr {
 namespace {
@@ -121,19 +125,48 @@ bool IsCorner(const Vec2d& point, const Box2d& box) {
          (point.y == box.yMin() || point.y == box.yMax());
 }
 
-/// Returns how many points of a ring are given out: all of it when it is to be closed or has no
-/// closing point.
-std::size_t EmittedSize(std::span<const Vec2d> ring, bool closed) {
-  return closed || ring.size() < 3 ? ring.size() : ring.size() - 1;
-}
-
 std::size_t CountEmitted(const GPolygon2dModel& model, bool closed) {
   if (closed) return model.points.size();
   std::size_t total = 0;
   for (std::size_t ring = 0; ring < model.ringEnds.size(); ++ring) {
-    total += EmittedSize(model.Ring(ring), closed);
+    total += EmittedSize(model.Ring(ring).size(), closed);
   }
   return total;
+}
+
+template <class Point>
+std::size_t StoreRings(const GPolygon2dModel& model, Point* points, unsigned int* counts,
+                       bool closed) {
+  if (points == nullptr) return CountEmitted(model, closed);
+  Point* end = points;
+  for (std::size_t ring = 0; ring < model.ringEnds.size(); ++ring) {
+    const std::span<const Vec2d> source = model.Ring(ring);
+    const std::size_t size = EmittedSize(source.size(), closed);
+    end = CopyPoints(source.first(size), end);
+    if (counts != nullptr) counts[ring] = static_cast<unsigned int>(size);
+  }
+  return static_cast<std::size_t>(end - points);
+}
+
+template <class Point>
+std::size_t StoreJoined(const GPolygon2dModel& model, Point* points) {
+  RingJoiner<Point> joiner(points);
+  for (std::size_t ring = 0; ring < model.ringEnds.size(); ++ring) joiner.Add(model.Ring(ring));
+  return joiner.Size();
+}
+
+Polygon2d PolygonOf(const GPolygon2dModel& model, std::size_t polygon) {
+  const auto ringOf = [&model](std::size_t ring) {
+    const std::span<const Vec2d> points = model.Ring(ring);
+    return Ring2d(points.begin(), points.end());
+  };
+  Polygon2d result;
+  std::size_t ring = model.FirstRing(polygon);
+  result.outer() = ringOf(ring);
+  for (++ring; ring < model.polygons[polygon].endRing; ++ring) {
+    result.inners().push_back(ringOf(ring));
+  }
+  return result;
 }
 
 }  // namespace
@@ -147,10 +180,18 @@ GPolygon2d::GPolygon2d(GPolygon2dModel&& model) {
 GPolygon2d::GPolygon2d(const Vec2d* points, std::size_t count)
     : GPolygon2d(MakeModel(CheckedSpan(points, count, UNIT))) {}
 
+GPolygon2d::GPolygon2d(const POINT* points, std::size_t count)
+    : GPolygon2d(MakeModel(ToVec2d(CheckedSpan(points, count, UNIT)))) {}
+
 GPolygon2d::GPolygon2d(std::span<const Vec2d> points) : GPolygon2d(MakeModel(points)) {}
 
 GPolygon2d::GPolygon2d(const Vec2d* points, const unsigned int* counts, std::size_t numContours)
     : GPolygon2d(MakeModel(points, counts, numContours)) {}
+
+GPolygon2d::GPolygon2d(const POINT* points, const unsigned int* counts, std::size_t numContours) {
+  const std::span<const unsigned int> sizes = CheckedSpan(counts, numContours, UNIT);
+  *this = GPolygon2d(ToVec2d(CheckedSpan(points, SumOfCounts(sizes), UNIT)), sizes);
+}
 
 GPolygon2d::GPolygon2d(std::span<const Vec2d> points, std::span<const unsigned int> counts)
     : GPolygon2d(MakeModel(points, counts)) {}
@@ -158,6 +199,29 @@ GPolygon2d::GPolygon2d(std::span<const Vec2d> points, std::span<const unsigned i
 GPolygon2d::GPolygon2d(double xMin, double yMin, double xMax, double yMax) {
   const Vec2d corners[] = {{xMin, yMin}, {xMin, yMax}, {xMax, yMax}, {xMax, yMin}};
   *this = GPolygon2d(MakeModel(corners));
+}
+
+GPolygon2d::GPolygon2d(const RECT& rectangle)
+    : GPolygon2d(static_cast<double>(std::min(rectangle.left, rectangle.right)),
+                 static_cast<double>(std::min(rectangle.top, rectangle.bottom)),
+                 static_cast<double>(std::max(rectangle.left, rectangle.right)),
+                 static_cast<double>(std::max(rectangle.top, rectangle.bottom))) {}
+
+GPolygon2d::GPolygon2d(const MultiPolygon2d& polygons) {
+  GPolygon2dModel model;
+  for (const Polygon2d& polygon : polygons) {
+    model.AddOuterRing(polygon.outer());
+    for (const Ring2d& inner : polygon.inners()) model.AddInnerRing(inner);
+  }
+  *this = GPolygon2d(std::move(model));
+}
+
+GPolygon2d::GPolygon2d(const GPolygon& contours) {
+  GPolygon2dModel model;
+  for (const GpcContour& contour : ContoursOf(contours.GetRecord())) {
+    model.AddOuterRing(VerticesOf(contour));
+  }
+  *this = GPolygon2d(std::move(model));
 }
 
 GPolygon2d::GPolygon2d(const GPolygon2d& other)
@@ -257,17 +321,19 @@ bool GPolygon2d::PointInside(const Vec2d& point) const {
   return false;
 }
 
+void GPolygon2d::GetMultiPolygon(MultiPolygon2d& polygons) const {
+  MultiPolygon2d result;
+  result.reserve(GetNumContours());
+  for (std::size_t i = 0; i < GetNumContours(); ++i) result.push_back(PolygonOf(Model(), i));
+  polygons = std::move(result);
+}
+
 std::size_t GPolygon2d::GetPolyPolygon(Vec2d* points, unsigned int* counts, bool closed) const {
-  const GPolygon2dModel& model = Model();
-  if (points == nullptr) return CountEmitted(model, closed);
-  Vec2d* end = points;
-  for (std::size_t ring = 0; ring < model.ringEnds.size(); ++ring) {
-    const std::span<const Vec2d> source = model.Ring(ring);
-    const std::size_t size = EmittedSize(source, closed);
-    end = std::copy_n(source.data(), size, end);
-    if (counts != nullptr) counts[ring] = static_cast<unsigned int>(size);
-  }
-  return static_cast<std::size_t>(end - points);
+  return StoreRings(Model(), points, counts, closed);
+}
+
+std::size_t GPolygon2d::GetPolyPolygon(POINT* points, unsigned int* counts, bool closed) const {
+  return StoreRings(Model(), points, counts, closed);
 }
 
 std::size_t GPolygon2d::GetPolyPolygon(std::vector<Vec2d>& points,
@@ -275,7 +341,7 @@ std::size_t GPolygon2d::GetPolyPolygon(std::vector<Vec2d>& points,
   const GPolygon2dModel& model = Model();
   counts.resize(model.ringEnds.size());
   for (std::size_t ring = 0; ring < counts.size(); ++ring) {
-    counts[ring] = static_cast<unsigned int>(EmittedSize(model.Ring(ring), closed));
+    counts[ring] = static_cast<unsigned int>(EmittedSize(model.Ring(ring).size(), closed));
   }
   if (closed) {
     points = model.points;
@@ -290,25 +356,33 @@ std::size_t GPolygon2d::GetPolyPolygon(std::vector<Vec2d>& points,
   return points.size();
 }
 
+std::size_t GPolygon2d::GetPolyPolygon(std::vector<POINT>& points,
+                                       std::vector<unsigned int>& counts, bool closed) const {
+  points.resize(CountEmitted(Model(), closed));
+  counts.resize(Model().ringEnds.size());
+  POINT none;
+  return StoreRings(Model(), points.empty() ? &none : points.data(), counts.data(), closed);
+}
+
 std::size_t GPolygon2d::GetPolygon(Vec2d* points) const {
-  const GPolygon2dModel& model = Model();
-  std::size_t total = 0;
-  for (std::size_t ring = 0; ring < model.ringEnds.size(); ++ring) {
-    const std::span<const Vec2d> source = model.Ring(ring);
-    if (source.empty()) continue;
-    const bool isFirst = total == 0;
-    if (points != nullptr) std::copy(source.begin(), source.end(), points + total);
-    total += source.size();
-    if (isFirst) continue;
-    if (points != nullptr) points[total] = points[0];
-    ++total;
-  }
-  return total;
+  return StoreJoined(Model(), points);
+}
+
+std::size_t GPolygon2d::GetPolygon(POINT* points) const {
+  return StoreJoined(Model(), points);
 }
 
 std::size_t GPolygon2d::GetPolygon(std::vector<Vec2d>& points) const {
-  points.resize(GetPolygon(nullptr));
+  points.resize(GetPolygon(static_cast<Vec2d*>(nullptr)));
   return points.empty() ? 0 : GetPolygon(points.data());
+}
+
+std::size_t GPolygon2d::GetLegacyMultiPolygonAsSinglePolygon(Vec2d* points) const {
+  return GetPolygon(points);
+}
+
+std::size_t GPolygon2d::GetLegacyMultiPolygonAsSinglePolygon(POINT* points) const {
+  return GetPolygon(points);
 }
 
 void GPolygon2d::Intersection(const Box2d& box) {

@@ -26,12 +26,18 @@
 #include "shared/geometry/Box2.h"
 #include "shared/geometry/Vec2.h"
 
+struct tagPOINT;  // POINT of shared/platform/WindowsTypes.h
+struct tagRECT;
+
 namespace shr {
 
+class CBufferedFile;
+class GPolygon;
 struct GPolygon2dModel;
+struct MultiPolygon2d;
 
 /// A multi-polygon. Every contour handed in becomes the outer ring of a polygon of its own, nested
-/// or not; holes arise only from operations.
+/// or not; holes arise from operations, files, and the model of polygons with holes.
 ///
 /// A ring of more than two points is stored closed: the first point is appended unless the last one
 /// equals it (|a - b| <= |a| * DBL_EPSILON in both coordinates). A ring of four or more stored
@@ -43,16 +49,26 @@ struct GPolygon2dModel;
 /// internal error of unit "GPolygon2d". On any exception the object is as before.
 class SHARED_API GPolygon2d {
 public:
+  /// What `Decompose` calls with a piece; false ends the walk.
+  using PieceCallback = bool (*)(const Vec2d* points, std::size_t count, void* user);
+
   /// The empty polygon.
   GPolygon2d() noexcept;
   /// One contour.
   GPolygon2d(const Vec2d* points, std::size_t count);
+  GPolygon2d(const tagPOINT* points, std::size_t count);
   explicit GPolygon2d(std::span<const Vec2d> points);
   /// `numContours` contours, the points of each following those of the one before.
   GPolygon2d(const Vec2d* points, const unsigned int* counts, std::size_t numContours);
+  GPolygon2d(const tagPOINT* points, const unsigned int* counts, std::size_t numContours);
   GPolygon2d(std::span<const Vec2d> points, std::span<const unsigned int> counts);
   /// A rectangle.
   GPolygon2d(double xMin, double yMin, double xMax, double yMax);
+  explicit GPolygon2d(const tagRECT& rectangle);
+  /// Polygons with holes (shared/polygons/MultiPolygon.h); rings are closed and oriented.
+  explicit GPolygon2d(const MultiPolygon2d& polygons);
+  /// Every contour becomes the outer ring of a polygon of its own, holes too.
+  explicit GPolygon2d(const GPolygon& contours);
 
   GPolygon2d(const GPolygon2d& other);
   GPolygon2d& operator=(const GPolygon2d& other);
@@ -92,19 +108,32 @@ public:
   /// those whose bounds hold the point).
   bool PointInside(const Vec2d& point) const;
 
+  /// Stores the polygons as plain values (shared/polygons/MultiPolygon.h), exactly as they are.
+  void GetMultiPolygon(MultiPolygon2d& polygons) const;
+
   /// Store the flat form: rings polygon by polygon, the outer ring before its holes. With `closed`
   /// false the closing point of every ring of more than two points is left out. Return the number
-  /// of points. The array form with a null `points` returns the number only; a null `counts` is
-  /// skipped.
+  /// of points. The array forms with a null `points` return the number only; null `counts` are
+  /// skipped. For integer points the coordinates are rounded, halves away from 0.
   std::size_t GetPolyPolygon(Vec2d* points, unsigned int* counts, bool closed) const;
+  std::size_t GetPolyPolygon(tagPOINT* points, unsigned int* counts, bool closed) const;
+  std::size_t GetPolyPolygon(std::nullptr_t, unsigned int*, bool closed) const {
+    return GetPolyPolygon(static_cast<Vec2d*>(nullptr), nullptr, closed);
+  }
   std::size_t GetPolyPolygon(std::vector<Vec2d>& points, std::vector<unsigned int>& counts,
+                             bool closed) const;
+  std::size_t GetPolyPolygon(std::vector<tagPOINT>& points, std::vector<unsigned int>& counts,
                              bool closed) const;
 
   /// Store all rings as one closed contour: after each further ring the contour returns to the very
   /// first point, so that its signed area is the sum of the rings' areas. Return the number of
-  /// points; the array form with null returns the number only.
+  /// points; the array forms with null return the number only.
   std::size_t GetPolygon(Vec2d* points) const;
+  std::size_t GetPolygon(tagPOINT* points) const;
+  std::size_t GetPolygon(std::nullptr_t) const { return GetPolygon(static_cast<Vec2d*>(nullptr)); }
   std::size_t GetPolygon(std::vector<Vec2d>& points) const;
+  std::size_t GetLegacyMultiPolygonAsSinglePolygon(Vec2d* points) const;
+  std::size_t GetLegacyMultiPolygonAsSinglePolygon(tagPOINT* points) const;
 
   /// Clips to the box. Each polygon is clipped on its own, so that nested ones stay apart; the
   /// parts of one polygon keep the place of that polygon in the order. A box without area leaves
@@ -116,6 +145,21 @@ public:
   /// Removes spikes: edges that go out and come back along the same line.
   void RemoveZeroWidthReturnPaths();
 
+  /// Takes all rings under the even-odd rule (as a `GPolygon`), cuts them into pieces without holes
+  /// that do not overlap and calls `callback` with each, open. Returns false when the callback has
+  /// ended the walk.
+  bool Decompose(PieceCallback callback, void* user) const;
+
+  /// Read and write the file forms, see docs/polygon-files.md. The file must be open for it; memory
+  /// files will do. Rings are loaded as they are, neither closed nor turned. After a load the
+  /// position is behind what was read. Errors: "Unable to read '%s'.\n%s" with the path and the
+  /// name of the function, and the file's own errors; a polygon that is being loaded is then as
+  /// before.
+  void LoadFromTextFile(CBufferedFile& file);
+  void LoadFromBinaryFile(CBufferedFile& file);
+  void DumpToTextFile(CBufferedFile& file) const;
+  void DumpToBinaryFile(CBufferedFile& file) const;
+
 private:
   explicit GPolygon2d(GPolygon2dModel&& model);
   const GPolygon2dModel& Model() const noexcept;
@@ -124,5 +168,16 @@ private:
   // this header.
   GPolygon2dModel* model_ = nullptr;
 };
+
+/// Return true when `a` contains `b`, borders included: when nothing of b lies outside of a, by
+/// more than the distance at which the clipper takes points for one (some units in the last place
+/// of the largest coordinate). The polygons of one object count together; the rings of one polygon
+/// count under the even-odd rule. Rings without area count for nothing; nothing is contained in
+/// everything. Cost: boolean operations.
+SHARED_API bool GPolygonContains(const GPolygon2d& a, const GPolygon2d& b);
+SHARED_API bool GPolygonContains(const GPolygon2d& a, const Vec2d* points,
+                                 const unsigned int* counts, std::size_t numContours);
+SHARED_API bool GPolygonContains(const GPolygon2d& a, std::span<const Vec2d> points,
+                                 std::span<const unsigned int> counts);
 
 }  // namespace shr
