@@ -295,7 +295,7 @@ std::optional<std::string> ProfileText::WithSection(
     changed.replace(begin, FilledEnd(replaced) - begin,
                     filled ? LineEndBefore(begin) + content : std::string());
   }
-  return changed == bytes_ ? std::nullopt : std::optional(std::move(changed));
+  return Finished(std::move(changed));
 }
 
 /// Returns where the lines of a section begin.
@@ -349,10 +349,16 @@ std::string ProfileText::EncodeLine(std::wstring_view text) const {
 
 std::optional<std::string> ProfileText::Replaced(std::size_t begin, std::size_t end,
                                                  const std::string& inserted) const {
-  if (bytes_.compare(begin, end - begin, inserted) == 0) return std::nullopt;
   std::string changed;
   changed.reserve(bytes_.size() + inserted.size());
   changed.append(bytes_, 0, begin).append(inserted).append(bytes_, end);
+  return Finished(std::move(changed));
+}
+
+/// Keeps a line that has come to the front from being taken for a mark.
+std::optional<std::string> ProfileText::Finished(std::string changed) const {
+  if (FindMark(changed).encoding != encoding_) changed.insert(content_, LineEnd());
+  if (changed == bytes_) return std::nullopt;
   return changed;
 }
 

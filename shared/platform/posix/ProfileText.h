@@ -113,6 +113,7 @@ private:
   std::string EncodeLine(std::wstring_view text) const;
   std::optional<std::string> Replaced(std::size_t begin, std::size_t end,
                                       const std::string& inserted) const;
+  std::optional<std::string> Finished(std::string changed) const;
   std::optional<std::string> WithNewSection(std::wstring_view name,
                                             const std::string& content) const;
 
