@@ -1,0 +1,289 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+/// @file
+/// What the stages of the polygon clipper hand on to each other. For the library's own use; the
+/// public face is shared/polygons/Gpc.h, the idea of the whole is at the top of Gpc.cpp.
+///
+/// Threads: a workspace serves one call at a time.
+
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+#include <utility>
+
+#include "shared/geometry/Vec2.h"
+#include "shared/polygons/Gpc.h"
+
+namespace shr::gpc {
+
+using Index = std::uint32_t;
+inline constexpr Index NONE = 0xFFFFFFFFu;
+
+/// The unit that the clipper's errors name.
+inline constexpr const wchar_t* UNIT = L"Gpc";
+
+/// Which operands something belongs to or lies inside: a sum of the two bits below.
+using Operands = std::uint8_t;
+inline constexpr Operands SUBJECT = 1;
+inline constexpr Operands CLIP = 2;
+/// Marks a chain that another one with the same course stands for.
+inline constexpr Operands MERGED = 0x80;
+
+/// A growing array of plain values from the clipper's allocation routine. It keeps its memory when
+/// it is cleared, so that the next call touches no fresh pages.
+template <class T>
+class Buffer {
+  static_assert(std::is_trivially_copyable_v<T>);
+
+public:
+  explicit Buffer(const wchar_t* label) : label_(label) {}
+  ~Buffer() { GpcFree(data_); }
+  Buffer(const Buffer&) = delete;
+  Buffer& operator=(const Buffer&) = delete;
+
+  T* Data() { return data_; }
+  const T* Data() const { return data_; }
+  Index Size() const { return size_; }
+  bool IsEmpty() const { return size_ == 0; }
+  T& operator[](Index index) { return data_[index]; }
+  const T& operator[](Index index) const { return data_[index]; }
+  T& Back() { return data_[size_ - 1]; }
+  T* begin() { return data_; }
+  T* end() { return data_ + size_; }
+  const T* begin() const { return data_; }
+  const T* end() const { return data_ + size_; }
+
+  void Clear() { size_ = 0; }
+  void Truncate(Index size) { size_ = size; }
+  void Append(const T& value) {
+    if (size_ == capacity_) {
+      const T copy = value;  // may lie in this buffer
+      Grow(size_ + 1);
+      data_[size_++] = copy;
+      return;
+    }
+    data_[size_++] = value;
+  }
+  /// Sets the size. New elements are not initialised.
+  void Resize(Index size) {
+    Reserve(size);
+    size_ = size;
+  }
+  /// Appends elements that are not initialised and returns the first.
+  T* Extend(Index count) {
+    Reserve(size_ + count);
+    T* first = data_ + size_;
+    size_ += count;
+    return first;
+  }
+  void Reserve(Index capacity) {
+    if (capacity > capacity_) Grow(capacity);
+  }
+  void Fill(Index size, const T& value) {
+    Resize(size);
+    for (Index i = 0; i < size; ++i) data_[i] = value;
+  }
+  /// Gives the memory back when it is more than `bytes`.
+  void Shrink(std::size_t bytes) {
+    if (capacity_ * sizeof(T) <= bytes) return;
+    GpcFree(data_);
+    data_ = nullptr;
+    size_ = capacity_ = 0;
+  }
+  void Swap(Buffer& other) {
+    std::swap(data_, other.data_);
+    std::swap(size_, other.size_);
+    std::swap(capacity_, other.capacity_);
+  }
+
+private:
+  void Grow(Index needed) {
+    const Index doubled = capacity_ + capacity_ / 2 + 16;
+    const Index capacity = needed > doubled ? needed : doubled;
+    T* data = static_cast<T*>(GpcAlloc(capacity * sizeof(T), UNIT, __LINE__, label_));
+    if (size_ != 0) std::memcpy(static_cast<void*>(data), data_, size_ * sizeof(T));
+    GpcFree(data_);
+    data_ = data;
+    capacity_ = capacity;
+  }
+
+  T* data_ = nullptr;
+  Index size_ = 0;
+  Index capacity_ = 0;
+  const wchar_t* label_;
+};
+
+struct Box {
+  double xMin, yMin, xMax, yMax;
+};
+
+/// A closed walk over `count` points, which lie in the points from `first` on. The first is
+/// repeated at `first + count`, so that edge i runs from point i to point i + 1 for every i.
+struct Contour {
+  Index first;
+  Index count;
+  Index lowest;  ///< the point of least y, of several the one of least x
+  Operands operand;
+};
+
+/// A run of successive edges that turn by less than a right angle each and go one way along an
+/// axis: they cross each other nowhere.
+struct Section {
+  Box box;
+  Index firstEdge;
+  Index contour;
+  std::uint16_t edgeCount;
+  std::uint8_t directions;     ///< the ways all edges go, as bits of `Direction`
+  std::uint8_t turnsSmoothly;  ///< the next section begins with a turn of less than a right angle
+};
+
+enum Direction : std::uint8_t { TO_RIGHT = 1, TO_LEFT = 2, UPWARD = 4, DOWNWARD = 8 };
+
+/// A section, or the part of it inside a tile, by its box.
+struct Element {
+  Box box;
+  Index section;
+};
+
+/// What an element covers across a direction.
+struct Interval {
+  double low;
+  double high;
+  Index element;
+};
+
+/// A node that lies on an edge. `point` is the edge's own number for the node at its first point.
+struct Occurrence {
+  Index edge;
+  Index point;
+};
+
+/// The part of a contour between two nodes: `interiorCount` points from `firstInterior` on, which
+/// run on at the first point of the contour behind its last.
+struct Chain {
+  Index from;
+  Index to;
+  Index firstInterior;
+  Index interiorCount;
+  Index contour;
+};
+
+/// Half edges: twice the chain's number for the one that leaves its `from`, one more for the one
+/// that leaves its `to`.
+using Half = std::uint32_t;
+
+/// A node on the edge at hand, with its place along the edge.
+struct PlacedPoint {
+  double place;
+  Index point;
+};
+
+struct Workspace {
+  // The contours of both operands.
+  Buffer<Vec2d> points{L"vertex creation"};  ///< vertices of contours, then crossings
+  Buffer<Contour> contours{L"contour table creation"};
+  Buffer<Vec2d> nextPoints{L"vertex creation"};
+  Buffer<Contour> nextContours{L"contour table creation"};
+  Index vertexCount = 0;  ///< points that belong to contours
+  double tolerance = 0.0;
+  double largest = 0.0;  ///< largest coordinate by absolute value
+  double unscale = 1.0;  ///< factor from stored coordinates to those of the operands
+
+  // Sections and tiles.
+  Buffer<Section> sections{L"section table creation"};
+  Buffer<Element> elements{L"tile creation"};
+
+  Buffer<Interval> intervals{L"tile creation"};
+
+  // Nodes.
+  Buffer<std::uint8_t> isNode{L"node flag creation"};  ///< by vertex
+  Buffer<Index> parents{L"node table creation"};       ///< by point: a forest of merged points
+  Buffer<Index> nodeVertices{L"node table creation"};  ///< vertices that are nodes
+  Buffer<Occurrence> occurrences{L"crossing creation"};
+  Buffer<Occurrence> unordered{L"crossing creation"};
+  Buffer<PlacedPoint> placed{L"crossing creation"};
+  Buffer<PlacedPoint> placedAside{L"crossing creation"};
+  Buffer<Index> edgeStarts{L"edge table creation"};
+  bool isMoved = false;  ///< something was moved by more than rounding: look again
+
+  // The graph.
+  Buffer<Index> nodeOfPoint{L"node table creation"};
+  Buffer<Vec2d> nodePoints{L"node creation"};
+  Buffer<Chain> chains{L"edge table creation"};
+  Buffer<Operands> parities{
+      L"edge table creation"};  ///< by chain: of which operands it is a border
+  Buffer<Index> chainStarts{L"edge table creation"};      ///< by contour: its first chain
+  Buffer<std::uint8_t> hasNodes{L"edge table creation"};  ///< by contour
+  Buffer<Index> nodeStarts{L"node table creation"};       ///< by node: its first slot
+  Buffer<Index> nodeEnds{L"node table creation"};
+  Buffer<Half> slots{L"edge table creation"};  ///< half edges, counter-clockwise a node
+  Buffer<Index> slotOfHalf{L"edge table creation"};
+
+  // Labels.
+  Buffer<Operands> lefts{L"label creation"};         ///< by chain: what lies on its left
+  Buffer<Index> components{L"label creation"};       ///< by contour
+  Buffer<Index> componentLowest{L"label creation"};  ///< the contour with the lowest point
+  Buffer<Operands> componentLabels{L"label creation"};
+  Buffer<Operands> loopInsides{L"label creation"};    ///< by contour without nodes
+  Buffer<std::uint8_t> isVisited{L"label creation"};  ///< by node
+  Buffer<Index> stack{L"label creation"};
+  Buffer<Index> slabStarts{L"index creation"};
+  Buffer<Index> slabSections{L"index creation"};
+
+  // Results.
+  Buffer<std::uint8_t> isBorder{L"result table creation"};  ///< by chain: not yet traced
+  Buffer<Index> nodeMarks{L"result table creation"};
+  Buffer<Half> path{L"result table creation"};
+  Buffer<Vec2d> gathered{L"vertex list creation"};
+  Buffer<GpcContour> resultContours{L"contour creation"};
+  Buffer<int> resultHoles{L"hole flag array creation"};
+
+  Index Root(Index point) {
+    while (parents[point] != point) {
+      parents[point] = parents[parents[point]];
+      point = parents[point];
+    }
+    return point;
+  }
+};
+
+inline double Cross(const Vec2d& a, const Vec2d& b) {
+  return a.x * b.y - a.y * b.x;
+}
+inline double Dot(const Vec2d& a, const Vec2d& b) {
+  return a.x * b.x + a.y * b.y;
+}
+inline double Length1(const Vec2d& a) {
+  return (a.x < 0.0 ? -a.x : a.x) + (a.y < 0.0 ? -a.y : a.y);
+}
+inline bool IsSame(const Vec2d& a, const Vec2d& b) {
+  return a.x == b.x && a.y == b.y;
+}
+
+// The stages, in order.
+
+/// Empties the workspace.
+void Reset(Workspace& work);
+/// Appends the contours of an operand without repeated points.
+void LoadPolygon(Workspace& work, const GpcPolygon& polygon, Operands operand);
+/// Ends loading: checks the coordinates and sets scale and tolerance.
+void FinishLoading(Workspace& work);
+/// Cuts the contours into sections.
+void BuildSections(Workspace& work);
+/// Finds where edges meet: fills the nodes and the occurrences.
+void FindCrossings(Workspace& work);
+/// Makes chains and nodes with their half edges in order. Returns false when points or edges nearly
+/// meet that are not yet joined; `RefineContours` then has to follow.
+bool BuildGraph(Workspace& work);
+/// Replaces the contours by the same with every node as a vertex.
+void RefineContours(Workspace& work);
+/// Finds what lies on the left of every chain and inside every contour without nodes. Returns false
+/// when the answers contradict each other.
+bool FindLabels(Workspace& work);
+/// Traces the contours of the result.
+void TraceContours(Workspace& work, gpc_op operation);
+
+}  // namespace shr::gpc
