@@ -2,11 +2,13 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// How rings are written in flat form, shared by the sources of this folder. Not installed.
+/// How rings are closed and written in flat form, shared by the sources of this folder. Not
+/// installed.
 
 #pragma once
 
 #include <algorithm>
+#include <cfloat>
 #include <cmath>
 #include <cstddef>
 #include <limits>
@@ -17,6 +19,12 @@
 #include "shared/platform/WindowsTypes.h"
 
 namespace shr {
+
+/// Returns true when the last point of a ring is so near the first that the ring counts as closed.
+inline bool IsNear(const Vec2d& first, const Vec2d& last) {
+  return std::abs(first.x - last.x) <= std::abs(first.x) * DBL_EPSILON &&
+         std::abs(first.y - last.y) <= std::abs(first.y) * DBL_EPSILON;
+}
 
 inline LONG RoundToLong(double value) {
   constexpr double LOWEST = std::numeric_limits<LONG>::min();

@@ -4,23 +4,13 @@
 #include "shared/polygons/GPolygon2dModel.h"
 
 #include <algorithm>
-#include <cfloat>
 #include <cmath>
 
 #include "shared/geometry/Orientation.h"
+#include "shared/polygons/FlatOutput.h"
 
 namespace shr {
 namespace {
-
-bool IsNear(double a, double b) {
-  return std::abs(a - b) <= std::abs(a) * DBL_EPSILON;
-}
-
-bool IsClosed(std::span<const Vec2d> ring) {
-  const Vec2d& first = ring.front();
-  const Vec2d& last = ring.back();
-  return IsNear(first.x, last.x) && IsNear(first.y, last.y);
-}
 
 /// Returns twice the signed area, positive for clockwise order. Coordinates are taken relative to
 /// the first point, which keeps the sign right for small rings far from the origin.
@@ -58,7 +48,8 @@ void ReserveMore(std::vector<T>& vector, std::size_t count) {
 void GPolygon2dModel::AddRing(std::span<const Vec2d> contour, Turn turn) {
   const std::size_t first = points.size();
   points.insert(points.end(), contour.begin(), contour.end());
-  if (contour.size() > 2 && !IsClosed(contour)) points.push_back(contour.front());
+  if (contour.size() > 2 && !IsNear(contour.front(), contour.back()))
+    points.push_back(contour.front());
   const std::span<Vec2d> ring = std::span(points).subspan(first);
   if (ring.size() >= 4) {
     const double area = ClockwiseArea(ring);
