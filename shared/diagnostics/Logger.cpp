@@ -6,6 +6,7 @@
 #include <cstdarg>
 #include <exception>
 #include <mutex>
+#include <string_view>
 
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/platform/Paths.h"
@@ -37,15 +38,15 @@ std::recursive_mutex& GetMutex() {
 
 using Lock = std::lock_guard<std::recursive_mutex>;
 
-/// Appends `line` and a line end as UTF-16LE.
-void AppendLine(const std::wstring& line, std::string& bytes) {
-  const auto append = [&bytes](std::wstring_view text) {
-    const std::size_t before = bytes.size();
-    bytes.resize(before + text.size() * sizeof(wchar_t));
-    bytes.resize(before + WideToUtf16(text, ByteOrder::LittleEndian, bytes.data() + before));
-  };
-  append(line);
-  append(platform::TextModeTranslatesLineEnds() ? L"\r\n" : L"\n");
+/// Returns `line` and a line end as UTF-16LE. The bytes are in `room`, which grows as needed and
+/// keeps its size, so that nothing is filled with zeros first.
+std::string_view EncodeLine(std::wstring_view line, std::string& room) {
+  const std::wstring_view lineEnd = platform::TextModeTranslatesLineEnds() ? L"\r\n" : L"\n";
+  const std::size_t most = (line.size() + lineEnd.size()) * sizeof(wchar_t);
+  if (room.size() < most) room.resize(most);
+  std::size_t size = WideToUtf16(line, ByteOrder::LittleEndian, room.data());
+  size += WideToUtf16(lineEnd, ByteOrder::LittleEndian, room.data() + size);
+  return std::string_view(room).substr(0, size);
 }
 
 GString FormatPrefix() {
@@ -182,9 +183,9 @@ void CLogger::CreateEmptyFile() {
   options.truncate = true;
   const int file = platform::OpenDescriptor(path_, options);
   if (file == platform::NO_DESCRIPTOR) Fail(LINE_CREATE_FAILED, OPEN_ERROR);
-  bytes_.assign(UTF16_MARK);
-  AppendLine(std::wstring(), bytes_);
-  const bool written = platform::WriteDescriptor(file, bytes_.data(), bytes_.size());
+  std::string head(UTF16_MARK);
+  head += EncodeLine(std::wstring_view(), room_);
+  const bool written = platform::WriteDescriptor(file, head.data(), head.size());
   const GString reason = platform::LastErrorText();
   if (!platform::CloseDescriptor(file) && written) Fail(LINE_CREATE_FAILED, OPEN_ERROR);
   if (written) return;
@@ -206,9 +207,8 @@ void CLogger::CloseFile() noexcept {
 }
 
 void CLogger::WriteToFile(const std::wstring& line) {
-  bytes_.clear();
-  AppendLine(line, bytes_);
-  if (!platform::WriteDescriptor(file_, bytes_.data(), bytes_.size())) {
+  const std::string_view bytes = EncodeLine(line, room_);
+  if (!platform::WriteDescriptor(file_, bytes.data(), bytes.size())) {
     Fail(LINE_WRITE_FAILED, WRITE_ERROR);
   }
 }

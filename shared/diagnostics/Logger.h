@@ -141,7 +141,7 @@ private:
   void* callbackUser_ = nullptr;
   GString remotePrefix_;
   std::unique_ptr<CRemoteLogger> remote_;
-  std::string bytes_;  ///< the line being written, kept for its capacity
+  std::string room_;  ///< for the bytes of the line being written
 };
 
 /// Returns the logger of the process: enabled, of all kinds, without a file. It is made on first

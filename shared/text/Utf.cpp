@@ -10,6 +10,7 @@
 
 #include "shared/text/Utf.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
@@ -316,6 +317,30 @@ unsigned char* PutUtf16(char32_t unit, ByteOrder order, unsigned char* out) {
   return out + 2;
 }
 
+/// Encodes whole blocks at the head of `text` until one has a unit beyond 16 bits, and returns how
+/// many units that were. The loops have a fixed length, so that compilers make vectors of them.
+std::size_t PutUtf16Blocks(std::wstring_view text, ByteOrder order, unsigned char* out) {
+  constexpr std::size_t UNITS = 8;
+  const bool isNative =
+      (order == ByteOrder::LittleEndian) == (std::endian::native == std::endian::little);
+  std::size_t done = 0;
+  for (; text.size() - done >= UNITS; done += UNITS) {
+    std::uint16_t units[UNITS];
+    char32_t all = 0;
+    for (std::size_t i = 0; i < UNITS; ++i) {
+      const char32_t ch = Unit(text[done + i]);
+      all |= ch;
+      units[i] = static_cast<std::uint16_t>(ch);
+    }
+    if (all > 0xFFFF) break;
+    for (std::size_t i = 0; !isNative && i < UNITS; ++i) {
+      units[i] = static_cast<std::uint16_t>(units[i] << 8 | units[i] >> 8);
+    }
+    std::memcpy(out + 2 * done, units, sizeof(units));
+  }
+  return done;
+}
+
 }  // namespace
 
 std::size_t Utf8ToWide(std::string_view bytes, wchar_t* out) noexcept {
@@ -401,14 +426,22 @@ std::size_t Utf16CompleteLength(std::string_view bytes, ByteOrder order) noexcep
 
 std::size_t WideToUtf16(std::wstring_view text, ByteOrder order, char* out) noexcept {
   auto* next = reinterpret_cast<unsigned char*>(out);
-  for (const wchar_t unit : text) {
-    char32_t ch = Unit(unit);
-    if (ch > LAST_CODE_POINT) ch = REPLACEMENT;
-    if (ch > 0xFFFF) {
-      next = PutUtf16(0xD7C0 + (ch >> 10), order, next);
-      ch = 0xDC00 | (ch & 0x3FF);
+  while (!text.empty()) {
+    const std::size_t blocks = PutUtf16Blocks(text, order, next);
+    next += 2 * blocks;
+    text.remove_prefix(blocks);
+    // As many units one by one before blocks are tried again.
+    constexpr std::size_t SINGLE = 8;
+    for (const wchar_t unit : text.substr(0, SINGLE)) {
+      char32_t ch = Unit(unit);
+      if (ch > LAST_CODE_POINT) ch = REPLACEMENT;
+      if (ch > 0xFFFF) {
+        next = PutUtf16(0xD7C0 + (ch >> 10), order, next);
+        ch = 0xDC00 | (ch & 0x3FF);
+      }
+      next = PutUtf16(ch, order, next);
     }
-    next = PutUtf16(ch, order, next);
+    text.remove_prefix(std::min(SINGLE, text.size()));
   }
   return static_cast<std::size_t>(reinterpret_cast<char*>(next) - out);
 }

@@ -244,6 +244,22 @@ TEST(Utf16, joinsPairsOnlyWhereAUnitIsACodePoint) {
   EXPECT_EQ(wide.size(), sizeof(wchar_t) == 2 ? 2u : 1u);
 }
 
+TEST(Utf16, blocksGiveTheBytesOfTheirUnits) {
+  for (std::size_t length = 0; length < 40; ++length) {
+    for (std::size_t place = 0; place <= length; ++place) {
+      std::wstring wide;
+      for (std::size_t i = 0; i < length; ++i) {
+        Put(wide, i == place ? 0x1F600 : static_cast<char32_t>(0x4E00 + 0x101 * i));
+      }
+      for (const ByteOrder order : {ByteOrder::LittleEndian, ByteOrder::BigEndian}) {
+        std::string expected;
+        for (const wchar_t unit : wide) expected += ToUtf16(std::wstring(1, unit), order);
+        EXPECT_EQ(ToUtf16(wide, order), expected) << length << ' ' << place;
+      }
+    }
+  }
+}
+
 TEST(Utf16, completeLengthLeavesHalfUnitsAndFirstHalvesOfPairs) {
   const std::pair<std::string_view, std::size_t> cases[] = {
       {""sv, 0},
