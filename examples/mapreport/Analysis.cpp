@@ -7,6 +7,7 @@
 #include <array>
 
 #include "shared/polygons/FlatPolygon.h"
+#include "shared/polygons/LineClip.h"
 
 namespace mapreport {
 
@@ -90,7 +91,8 @@ const ColorClass* FindClass(const std::vector<ColorClass>& classes, std::size_t 
 }  // namespace
 
 bool ClipToWindow(Model& model, const Box2d& window, IProgress& progress) {
-  Operation operation(progress, L"Clipping to the window", model.countries.size());
+  Operation operation(progress, L"Clipping to the window",
+                      model.countries.size() + model.rivers.size());
   model.window = window;
   model.clip = Area();
   for (Event& event : model.events) {
@@ -103,6 +105,10 @@ bool ClipToWindow(Model& model, const Box2d& window, IProgress& progress) {
     country.visible = ClipCountry(country, window);
     if (!operation.Step()) return false;
   }
+  for (River& river : model.rivers) {
+    river.visible = ClipRiver(river, window);
+    if (!operation.Step()) return false;
+  }
   return true;
 }
 
@@ -112,6 +118,17 @@ Contours ClipCountry(const Country& country, const Box2d& window) {
     const Box2d moved(window.xMin() - shift, window.yMin(), window.xMax() - shift, window.yMax());
     AppendClipped(country.land, moved, shift, visible);
     AppendClipped(country.holes, moved, shift, visible);
+  }
+  return visible;
+}
+
+Contours ClipRiver(const River& river, const Box2d& window) {
+  Contours visible;
+  for (const double shift : {0.0, FULL_CIRCLE}) {
+    const Box2d moved(window.xMin() - shift, window.yMin(), window.xMax() - shift, window.yMax());
+    Contours pieces;
+    CLineClip(moved).ClipPolyline(river.points, pieces.points, pieces.counts);
+    Append(pieces, shift, visible);
   }
   return visible;
 }

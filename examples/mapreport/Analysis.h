@@ -48,6 +48,9 @@ std::optional<Vec2d> PlaceInWindow(const Vec2d& position, const Box2d& window);
 /// Returns the visible part of the rings of a country; also pieces of it that return beyond 180.
 Contours ClipCountry(const Country& country, const Box2d& window);
 
+/// Returns the visible pieces of a river; also those that return beyond 180.
+Contours ClipRiver(const River& river, const Box2d& window);
+
 /// Returns the indices of the countries with events: most events first, then the larger magnitude,
 /// then the order of the file.
 std::vector<std::size_t> CountriesByCount(const Model& model);

@@ -3,6 +3,7 @@
 
 #include "examples/mapreport/Layers.h"
 
+#include <map>
 #include <utility>
 
 #include "examples/mapreport/Format.h"
@@ -47,6 +48,31 @@ void ReadCityLayer(const TextInput& input, Model& model) {
                                      FormatCount(model.cities.size(), L"city", L"cities")));
 }
 
+void ReadRiverLayer(const TextInput& input, Model& model) {
+  const TextFormat format = DetectTextFormat(input.path, input.codePage);
+  model.rivers = ReadRivers(input.path, format);
+  std::size_t points = 0;
+  for (const River& river : model.rivers) points += river.points.size();
+  model.sources.push_back(MakeSource(L"Rivers", input.path, format,
+                                     FormatCount(model.rivers.size(), L"line", L"lines") + L", " +
+                                         FormatCount(points, L"point", L"points")));
+}
+
+void ReadAttributeLayer(const TextInput& input, Model& model) {
+  const TextFormat format = DetectTextFormat(input.path, input.codePage);
+  const std::map<GString, GString> continents = ReadContinents(input.path, format);
+  std::size_t found = 0;
+  for (Country& country : model.countries) {
+    const auto place = continents.find(country.name);
+    if (place == continents.end()) continue;
+    country.continent = place->second;
+    ++found;
+  }
+  model.sources.push_back(
+      MakeSource(L"Attributes", input.path, format,
+                 L"continents of " + FormatCount(found, L"country", L"countries")));
+}
+
 /// Reads one layer and logs what was found.
 template <class Read>
 void ReadLayer(const wchar_t* label, const TextInput& input, Read read, Model& model,
@@ -66,6 +92,12 @@ Model ReadModel(const Inputs& inputs, IProgress& progress) {
   ReadLayer(L"Reading countries", inputs.map, ReadCountries, model, progress);
   ReadLayer(L"Reading events", inputs.points, ReadEventLayer, model, progress);
   ReadLayer(L"Reading cities", inputs.cities, ReadCityLayer, model, progress);
+  if (!inputs.rivers.path.empty()) {
+    ReadLayer(L"Reading rivers", inputs.rivers, ReadRiverLayer, model, progress);
+  }
+  if (!inputs.attributes.path.empty()) {
+    ReadLayer(L"Reading attributes", inputs.attributes, ReadAttributeLayer, model, progress);
+  }
   return model;
 }
 

@@ -25,6 +25,8 @@ struct Inputs {
   TextInput map;
   TextInput points;
   TextInput cities;
+  TextInput rivers;      ///< none when its path is empty
+  TextInput attributes;  ///< of the countries; none when its path is empty
 };
 
 /// Reads the inputs. Errors: the library's exception, or `ThrowInputError`.

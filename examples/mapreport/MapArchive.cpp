@@ -178,6 +178,7 @@ void Contours::Serialize(Archive& archive) {
 
 void Country::Serialize(Archive& archive) {
   Transfer(archive, name);
+  Transfer(archive, continent);
   Transfer(archive, rings);
   Transfer(archive, outerRings);
   Transfer(archive, visible);

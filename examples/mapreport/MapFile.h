@@ -2,12 +2,11 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// Reads the outlines of countries from a map file.
+/// Reads the outlines of countries, and rivers, from map files (RecordFile.h).
 ///
-/// The file is a sequence of records: a header line "name<TAB>role<TAB>count", then `count` lines
-/// "longitude, latitude" in degrees. The role is `outer` or `hole`; a hole is cut out of the
-/// nearest outer ring above it. Rings of the same name make up one country. Rings are not closed by
-/// repeating the first point, though one that is does no harm.
+/// The role of a country's ring is `outer` or `hole`; a hole is cut out of the nearest outer ring
+/// above it. Rings of the same name make up one country. Rings are not closed by repeating the
+/// first point, though one that is does no harm. The role of a river is `line`.
 
 #pragma once
 
@@ -26,11 +25,11 @@ struct MapContent {
   std::size_t points = 0;
 };
 
-/// Returns the countries of the file.
-/// Errors: the library's exception when it cannot be read; `ThrowInputError` with the line for
-/// anything that is not of the form above: a role that is unknown, a count that does not fit what
-/// follows, a coordinate that is no number or not on the globe, a hole before any outer ring, no
-/// record at all.
+/// Returns the countries of the file. Errors: those of `RecordReader`, and a hole before any outer
+/// ring.
 MapContent ReadMapFile(const GString& path, const TextFormat& format);
+
+/// Returns the rivers of a file of lines. Errors: those of `RecordReader`.
+std::vector<River> ReadRivers(const GString& path, const TextFormat& format);
 
 }  // namespace mapreport

@@ -48,6 +48,7 @@ struct Contours {
 
 struct Country {
   GString name;
+  GString continent;            ///< empty when it is not known
   Contours rings;               ///< the outer rings first, then what is cut out of them
   unsigned int outerRings = 0;  ///< how many of `rings` are outer ones
   GPolygon2d land;              ///< the outer rings

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "examples/mapreport/SettingsFile.h"
 #include "shared/files/FileUtility.h"
 #include "shared/files/Path.h"
 #include "shared/platform/CodePages.h"
@@ -22,8 +23,9 @@ constexpr std::uint32_t UTF8_PAGE = 65001;
 constexpr int MOST_ROWS = 100000;
 
 constexpr const char* FOOTER =
-    "The command line wins over --last. A loaded map is as it was saved but for what the command\n"
-    "line says.\n"
+    "The command line wins over --last, and --last over the settings file. A loaded map is as it "
+    "was\n"
+    "saved but for what the command line says.\n"
     "Exit status: 0 success, 1 an input cannot be used, 2 wrong usage.";
 
 GString FromUtf8(const std::string& text) {
@@ -43,11 +45,14 @@ struct RawOptions {
   std::string map;
   std::string points;
   std::string cities;
+  std::string rivers;
+  std::string attributes;
   std::string config;
   std::string load;
   std::string save;
   std::string window;
   std::string colors;
+  std::string dashes;
   std::string out;
   std::string title;
   std::string log;
@@ -58,6 +63,7 @@ struct RawOptions {
   std::optional<std::uint32_t> mapPage;
   std::optional<std::uint32_t> pointsPage;
   std::optional<std::uint32_t> citiesPage;
+  std::optional<std::uint32_t> riversPage;
   bool last = false;
 };
 
@@ -81,6 +87,10 @@ void AddInputs(CLI::App& app, RawOptions& raw) {
       ->type_name("FILE");
   app.add_option("--cities", raw.cities, "Table of cities: name, country, lat, lon, population")
       ->type_name("FILE");
+  app.add_option("--rivers", raw.rivers, "Lines of rivers; no rivers unless told")
+      ->type_name("FILE");
+  app.add_option("--attributes", raw.attributes, "Table of countries: name, continent")
+      ->type_name("FILE");
   const auto addPage = [&](const char* name, std::optional<std::uint32_t>& page, const char* text) {
     app.add_option(name, page, text)->type_name("N")->check(CheckCodePage);
   };
@@ -88,6 +98,7 @@ void AddInputs(CLI::App& app, RawOptions& raw) {
   addPage("--map-codepage", raw.mapPage, "The same for --map alone");
   addPage("--points-codepage", raw.pointsPage, "The same for --points alone");
   addPage("--cities-codepage", raw.citiesPage, "The same for --cities alone");
+  addPage("--rivers-codepage", raw.riversPage, "The same for --rivers alone");
 }
 
 void AddSettings(CLI::App& app, RawOptions& raw, Options& options) {
@@ -105,6 +116,12 @@ void AddSettings(CLI::App& app, RawOptions& raw, Options& options) {
   app.add_option("--strongest", raw.strongest, "Rows of the table of strongest events")
       ->type_name("N")
       ->check(CLI::Range(0, MOST_ROWS));
+  app.add_option("--dashes", raw.dashes,
+                 "Dash pattern of rivers: drawn and left out in turn, in pixels; or solid")
+      ->type_name("N,N...")
+      ->check(MustParse(ParseDashes, "is no dash pattern; it takes lengths in pixels, or solid"));
+  app.add_option("--config", raw.config, "Take inputs and choices from a settings file (INI)")
+      ->type_name("FILE");
   app.add_flag("--last", raw.last, "Use the window and the colors that --remember kept");
   app.add_flag("--remember", options.remember, "Keep the window and the colors for --last");
 }
@@ -115,7 +132,7 @@ void AddOutputs(CLI::App& app, RawOptions& raw, Options& options) {
       ->required();
   app.add_option("--load", raw.load, "Begin with a saved map instead of inputs")
       ->type_name("FILE")
-      ->excludes("--map", "--points", "--cities", "--last");
+      ->excludes("--map", "--points", "--cities", "--rivers", "--attributes", "--config", "--last");
   app.add_option("--save", raw.save, "Save the map with all that was done to it")
       ->type_name("FILE");
   app.add_option("--undo", options.undo,
@@ -129,10 +146,25 @@ void AddOutputs(CLI::App& app, RawOptions& raw, Options& options) {
   app.add_flag("--quiet", options.quiet, "Write nothing but errors");
 }
 
-TextInput MakeInput(const std::string& path, const wchar_t* defaultName,
-                    std::optional<std::uint32_t> ownPage, std::optional<std::uint32_t> commonPage) {
-  if (path.empty()) return TextInput{FindData(defaultName), std::nullopt};
-  return TextInput{FromUtf8(path), ownPage ? ownPage : commonPage};
+/// The command line names the input, else the settings file, else it is looked for beside the
+/// program.
+TextInput MakeInput(const std::string& path, const GString& setting, const wchar_t* defaultName,
+                    std::optional<std::uint32_t> page) {
+  if (!path.empty()) return TextInput{FromUtf8(path), page};
+  if (!setting.empty()) return TextInput{setting, page};
+  return TextInput{defaultName != nullptr ? FindData(defaultName) : GString(), std::nullopt};
+}
+
+Inputs MakeInputs(const RawOptions& raw, const SettingsFile& file) {
+  const auto page = [&](std::optional<std::uint32_t> own) { return own ? own : raw.codePage; };
+  Inputs inputs;
+  inputs.map = MakeInput(raw.map, file.map, L"countries-50m.txt", page(raw.mapPage));
+  inputs.points = MakeInput(raw.points, file.points, L"earthquakes.csv", page(raw.pointsPage));
+  inputs.cities = MakeInput(raw.cities, file.cities, L"cities-utf16le.csv", page(raw.citiesPage));
+  inputs.rivers = MakeInput(raw.rivers, file.rivers, nullptr, page(raw.riversPage));
+  inputs.attributes =
+      MakeInput(raw.attributes, file.attributes, L"countries-attributes.csv", page(std::nullopt));
+  return inputs;
 }
 
 Settings MakeSettings(const RawOptions& raw) {
@@ -140,18 +172,19 @@ Settings MakeSettings(const RawOptions& raw) {
   if (!raw.title.empty()) settings.title = FromUtf8(raw.title);
   if (!raw.window.empty()) settings.window = ParseWindow(FromUtf8(raw.window));
   if (!raw.colors.empty()) settings.ramp = ParseColors(FromUtf8(raw.colors));
+  if (!raw.dashes.empty()) settings.dashes = ParseDashes(FromUtf8(raw.dashes));
   settings.labels = raw.labels;
   settings.strongest = raw.strongest;
   return settings;
 }
 
 void Complete(const RawOptions& raw, Options& options) {
-  options.inputs.map = MakeInput(raw.map, L"countries-50m.txt", raw.mapPage, raw.codePage);
-  options.inputs.points = MakeInput(raw.points, L"earthquakes.csv", raw.pointsPage, raw.codePage);
-  options.inputs.cities =
-      MakeInput(raw.cities, L"cities-utf16le.csv", raw.citiesPage, raw.codePage);
+  const SettingsFile file =
+      raw.config.empty() ? SettingsFile() : ReadSettingsFile(FromUtf8(raw.config));
+  options.inputs = MakeInputs(raw, file);
   options.settings = MakeSettings(raw);
   if (raw.last) options.settings.Complete(ReadLast(SETTINGS_KEY));
+  options.settings.Complete(file.settings);
   options.load = FromUtf8(raw.load);
   options.save = FromUtf8(raw.save);
   options.log = FromUtf8(raw.log);

@@ -82,6 +82,15 @@ std::vector<City> ReadCities(const GString& path, const TextFormat& format) {
   return cities;
 }
 
+std::map<GString, GString> ReadContinents(const GString& path, const TextFormat& format) {
+  TableReader table(path, format);
+  const std::size_t name = table.Column({L"name", L"country"});
+  const std::size_t continent = table.Column({L"continent"});
+  std::map<GString, GString> continents;
+  while (table.NextRow()) continents[table.Field(name)] = table.Field(continent);
+  return continents;
+}
+
 GString FindCredit(const GString& path) {
   const GString creditsPath = FolderOf(path) + L"credits.csv";
   if (!FileExists(creditsPath)) return GString();

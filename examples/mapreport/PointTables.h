@@ -2,10 +2,12 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// Reads the tables of points: events, cities, and the credits of files.
+/// Reads the tables of points: events, cities; of the continents of countries, and of the credits
+/// of files.
 
 #pragma once
 
+#include <map>
 #include <vector>
 
 #include "examples/mapreport/Model.h"
@@ -21,6 +23,10 @@ std::vector<Event> ReadEvents(const GString& path, const TextFormat& format);
 /// Returns the cities of a table with the columns name, lat and lon and, where it has them, country
 /// and population; the largest come first, equal ones in the order of the table. Errors: as above.
 std::vector<City> ReadCities(const GString& path, const TextFormat& format);
+
+/// Returns the continents of countries by their names, from a table with the columns name and
+/// continent. Errors: as above.
+std::map<GString, GString> ReadContinents(const GString& path, const TextFormat& format);
 
 /// Returns the credit of the file at `path` from the table `credits.csv` (columns file and credit)
 /// in its folder; empty when there is no such table or row.

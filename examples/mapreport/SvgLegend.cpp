@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
@@ -130,12 +132,23 @@ void DrawScaleBar(SvgWriter& svg, const Projection& projection, const Vec2d& rig
         FormatCount(static_cast<std::size_t>(kilometres)) + L" km");
 }
 
+/// Names each source once, with all the layers that come from it.
 GString SourceLine(const Model& model) {
+  std::vector<std::pair<GString, GString>> layersBySource;
+  for (const Source& source : model.sources) {
+    const GString& name = source.credit.empty() ? source.fileName : source.credit;
+    const auto found = std::find_if(layersBySource.begin(), layersBySource.end(),
+                                    [&](const auto& entry) { return entry.first == name; });
+    if (found == layersBySource.end()) {
+      layersBySource.emplace_back(name, source.layer);
+    } else {
+      found->second += L", " + source.layer;
+    }
+  }
   GString text(L"Sources: ");
   const wchar_t* separator = L"";
-  for (const Source& source : model.sources) {
-    text += separator;
-    text += source.layer + L": " + (source.credit.empty() ? source.fileName : source.credit);
+  for (const auto& [source, layers] : layersBySource) {
+    text += separator + layers + L": " + source;
     separator = L" \u00B7 ";
   }
   return text;

@@ -3,7 +3,7 @@
 
 // The page is laid out in units of a CSS pixel. The map is as large as MAX_WIDTH by MAX_HEIGHT
 // allow, the page at least as wide as the legend. Layers go from the bottom up: sea, countries,
-// graticule, events, names, frame.
+// rivers, graticule, events, names, frame.
 
 #include "examples/mapreport/SvgMap.h"
 
@@ -17,6 +17,7 @@
 #include "examples/mapreport/SvgGraticule.h"
 #include "examples/mapreport/SvgLegend.h"
 #include "examples/mapreport/SvgPoints.h"
+#include "examples/mapreport/SvgRivers.h"
 
 namespace mapreport {
 
@@ -37,6 +38,7 @@ constexpr const char* STYLE_SHEET =
     "text{font-family:'Noto Sans','Segoe UI','DejaVu Sans','Noto Sans Arabic','Noto Sans Hebrew',"
     "'Noto Sans Thai',Arial,sans-serif;fill:#2b2b2b}"
     ".country{stroke:#857a6b;stroke-width:.5;stroke-linejoin:round}"
+    ".river{fill:none;stroke-width:.8;stroke-linejoin:round}"
     ".graticule{fill:none;stroke:#5f7f93;stroke-width:.5;stroke-opacity:.45}"
     ".degree{font-size:10.5px;fill:#55626b}"
     ".event{fill:#27368a;fill-opacity:.42;stroke:#fff;stroke-width:.35;stroke-opacity:.7}"
@@ -108,6 +110,7 @@ MapPicture DrawMap(const Model& model) {
   svg.Begin("g").Attribute("clip-path", "url(#map)");
   svg.BeginRectangle(projection.Frame()).Attribute("fill", HexColor(model.palette.sea)).End();
   DrawCountries(svg, model, projection);
+  DrawRivers(svg, model, projection);
   DrawGraticule(svg, projection, graticule);
   DrawEvents(svg, model, projection);
   Box2d labelled = projection.Frame();

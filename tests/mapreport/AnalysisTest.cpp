@@ -137,6 +137,18 @@ TEST(Analysis, aWindowBeyondTheAntimeridianShowsBothSides) {
   EXPECT_EQ(std::nullopt, PlaceInWindow(Vec2d(0, 5), window));
 }
 
+TEST(Analysis, theWindowCutsRiversIntoPieces) {
+  Model model;
+  // Runs out of the window and back in, and once around the world.
+  model.rivers.push_back({L"R", {Vec2d(170, 5), Vec2d(175, 15), Vec2d(178, 5), Vec2d(180, 5)}, {}});
+  model.rivers.push_back({L"S", {Vec2d(-180, 5), Vec2d(-165, 5)}, {}});
+  ClipToWindow(model, Box2d(160, 0, 190, 10), silent);
+  EXPECT_EQ((std::vector<unsigned int>{2, 3}), model.rivers[0].visible.counts);
+  EXPECT_EQ(Vec2d(172.5, 10), model.rivers[0].visible.points[1]);
+  const std::vector<Vec2d> shifted = {Vec2d(180, 5), Vec2d(190, 5)};
+  EXPECT_EQ(shifted, model.rivers[1].visible.points);
+}
+
 TEST(Analysis, everyCountBelongsToOneClassOfAtMostSeven) {
   const std::vector<std::size_t> lists[] = {
       {1},

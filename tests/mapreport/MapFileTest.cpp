@@ -34,6 +34,20 @@ TEST(MapFile, ringsOfOneNameMakeOneCountry) {
   EXPECT_EQ(2u, content.countries[1].rings.counts.size());
 }
 
+TEST(MapFile, riversAreLinesInTheirOrder) {
+  const InputFile file("\tline\t2\n0, 0\n1, 1\nNile\tline\t3\n0, 0\n1, 1\n0, 0\n");
+  const std::vector<River> rivers = ReadRivers(file.Path(), Utf8Format());
+  ASSERT_EQ(2u, rivers.size());
+  EXPECT_EQ(L"", rivers[0].name);
+  EXPECT_EQ(3u, rivers[1].points.size());
+  const InputFile ring("A\touter\t3\n0, 0\n1, 1\n1, 0\n");
+  EXPECT_EQ(L"input:1: The role 'outer' is not 'line'.",
+            MessageOf(ring, [&] { ReadRivers(ring.Path(), Utf8Format()); }));
+  const InputFile dot("A\tline\t1\n0, 0\n");
+  EXPECT_EQ(L"input:1: A line needs at least 2 points.",
+            MessageOf(dot, [&] { ReadRivers(dot.Path(), Utf8Format()); }));
+}
+
 TEST(MapFile, namesTheLineOfAWrongRecord) {
   struct Row {
     const char* name;
