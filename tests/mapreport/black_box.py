@@ -182,24 +182,24 @@ class MapReport(unittest.TestCase):
         self.assert_one_line(text, "saved.map")
         self.assertFalse(os.path.exists(self.out))
 
-    @unittest.skipIf(len(COMMAND) > 1, "a signal reaches the emulator, not the program")
-    def test_a_killed_run_leaves_the_old_or_the_new_map(self):
-        saved = self.path("saved.map")
-        versions = []
-        for title in ("old", "new"):
-            self.assertEqual(0, self.run_inputs("--save", saved, "--title", title)[0])
-            with open(saved, "rb") as file:
-                versions.append(file.read())
-        options = [part for pair in self.good.items() for part in pair]
-        delays = random.Random(20260104)
-        for i in range(12):
-            run = subprocess.Popen([*COMMAND, *options, "--out", self.out, "--save", saved, "--title",
-                                    ("old", "new")[i % 2]], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-            time.sleep(delays.uniform(0, 0.06))
-            run.kill()
-            run.wait()
-            with open(saved, "rb") as file:
-                self.assertIn(file.read(), versions)
+    if len(COMMAND) == 1:  # a signal to an emulator would not reach the program
+        def test_a_killed_run_leaves_the_old_or_the_new_map(self):
+            saved = self.path("saved.map")
+            versions = []
+            for title in ("old", "new"):
+                self.assertEqual(0, self.run_inputs("--save", saved, "--title", title)[0])
+                with open(saved, "rb") as file:
+                    versions.append(file.read())
+            options = [part for pair in self.good.items() for part in pair]
+            delays = random.Random(20260104)
+            for i in range(12):
+                run = subprocess.Popen([*COMMAND, *options, "--out", self.out, "--save", saved, "--title",
+                                        ("old", "new")[i % 2]], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+                time.sleep(delays.uniform(0, 0.06))
+                run.kill()
+                run.wait()
+                with open(saved, "rb") as file:
+                    self.assertIn(file.read(), versions)
 
     def test_the_log_tells_the_run(self):
         log = self.path("run.log")
