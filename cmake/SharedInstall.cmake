@@ -5,6 +5,12 @@
 include(CMakePackageConfigHelpers)
 
 set(SHARED_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/Shared")
+# Data files: where the library looks for them, on Windows beside the DLL.
+if(WIN32)
+  set(SHARED_INSTALL_DATADIR "${CMAKE_INSTALL_BINDIR}")
+else()
+  set(SHARED_INSTALL_DATADIR "${CMAKE_INSTALL_DATADIR}/shared")
+endif()
 
 # shared_install_library(): library and headers, and the targets file that describes them.
 function(shared_install_library)
@@ -16,6 +22,7 @@ function(shared_install_library)
   install(EXPORT SharedTargets NAMESPACE Shared:: DESTINATION "${SHARED_INSTALL_CMAKEDIR}")
   install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/README.md"
           DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+  install(FILES "${PROJECT_SOURCE_DIR}/shared/color/Colors.ini" DESTINATION "${SHARED_INSTALL_DATADIR}")
 endfunction()
 
 # shared_static_dependencies(): what a user of the archive must link besides it, in the words of CMake packages
@@ -59,6 +66,7 @@ function(shared_install_package_config)
   configure_package_config_file(
     "${PROJECT_SOURCE_DIR}/cmake/SharedConfig.cmake.in" "${PROJECT_BINARY_DIR}/SharedConfig.cmake"
     INSTALL_DESTINATION "${SHARED_INSTALL_CMAKEDIR}"
+    PATH_VARS SHARED_INSTALL_DATADIR
     NO_SET_AND_CHECK_MACRO)
   # Until version 1.0 a change of the second number may break users.
   write_basic_package_version_file("${PROJECT_BINARY_DIR}/SharedConfigVersion.cmake"

@@ -44,8 +44,9 @@ inline constexpr std::size_t FOUND_PATH_UNITS = 263;
 SHARED_API GString GetFullPath(const GString& path);
 
 /// Returns the full path of the first file called `name` in the platform's default search order, or
-/// the empty string. On Linux: the executable's folder, the current folder, then the folders of the
-/// environment variable PATH. An absolute name is only tested for existence.
+/// the empty string. On Linux: the executable's folder, the current folder, the folders of the
+/// environment variable PATH, the folder of this library and the one in which its data files are
+/// installed. An absolute name is only tested for existence.
 SHARED_API GString FindInSearchOrder(const GString& name);
 
 /// Returns the file name of a loaded module, or of the executable for null; empty on failure.

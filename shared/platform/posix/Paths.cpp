@@ -74,10 +74,24 @@ std::string MakeAbsolute(const std::string& path) {
   return folder.empty() ? folder : Normalize(folder + "/" + path);
 }
 
+std::string FolderOf(const std::string& path) {
+  return path.substr(0, path.rfind('/') + 1);
+}
+
+/// Returns the folder of the module that holds this code: of the shared library, or of the
+/// executable that the archive was linked to.
+std::string LibraryFolder() {
+  static const char anchor = 0;
+  Dl_info info = {};
+  link_map* module = nullptr;
+  const int found = dladdr1(&anchor, &info, reinterpret_cast<void**>(&module), RTLD_DL_LINKMAP);
+  const bool isLibrary = found != 0 && module != nullptr && module->l_name[0] != '\0';
+  return FolderOf(isLibrary ? MakeAbsolute(module->l_name) : ReadLink("/proc/self/exe"));
+}
+
 std::vector<std::string> SearchOrder() {
   std::vector<std::string> folders;
-  const std::string executable = ReadLink("/proc/self/exe");
-  folders.push_back(executable.substr(0, executable.rfind('/') + 1));
+  folders.push_back(FolderOf(ReadLink("/proc/self/exe")));
   folders.push_back(CurrentFolder());
   const char* const variable = std::getenv("PATH");
   const std::string_view list = variable == nullptr ? "" : variable;
@@ -87,6 +101,8 @@ std::vector<std::string> SearchOrder() {
     folders.emplace_back(list.substr(begin, end - begin));
     begin = end + 1;
   }
+  folders.push_back(LibraryFolder());
+  folders.push_back(folders.back() + SHARED_DATA_FROM_LIBRARY);
   return folders;
 }
 
