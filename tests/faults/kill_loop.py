@@ -1,0 +1,95 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+# Copyright (c) 2026 The Shared authors
+"""Kills a writer again and again and checks what it leaves: kill_loop.py [options] --check 'COMMAND...' -- WRITER...
+
+In all commands {} stands for a temporary folder. --prepare makes there what the writer begins with. Each round starts the writer, kills it by SIGKILL at a random moment, and runs the check, which must succeed. A
+writer that ends by itself is first run once undisturbed, and the moments are spread over the time that this took; any
+other is killed within --longest seconds. The first failing check ends the loop with its output, the round and the
+seed. It is a failure, too, when most rounds came too late to kill anything.
+
+    kill_loop.py --prepare 'settings_writer prepare ini {}/a.ini' --check 'settings_writer check ini {}/a.ini' \\
+                 -- settings_writer write ini {}/a.ini
+"""
+
+import argparse
+import random
+import shlex
+import subprocess
+import sys
+import tempfile
+import time
+
+
+def parse_arguments():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
+    parser.add_argument("--kills", type=int, default=200, help="number of rounds")
+    parser.add_argument("--seed", type=int, default=1, help="of the random moments")
+    parser.add_argument("--longest", type=float, default=0.1, help="seconds that an endless writer lives at most")
+    parser.add_argument("--prepare", help="command that is run once before")
+    parser.add_argument("--check", required=True, help="command that succeeds when what was left is whole")
+    parser.add_argument("writer", nargs="+", help="command that writes")
+    return parser.parse_args()
+
+
+def start(command):
+    return subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+
+
+def undisturbed(command, limit=5.0):
+    """Returns the seconds that the writer takes, or None for one that does not end by itself."""
+    begin = time.monotonic()
+    process = start(command)
+    try:
+        _, errors = process.communicate(timeout=limit)
+    except subprocess.TimeoutExpired:
+        process.kill()
+        process.communicate()
+        return None
+    if process.returncode != 0:
+        raise SystemExit(f"The writer fails by itself: {errors.decode(errors='replace')}")
+    return time.monotonic() - begin
+
+
+def kill_at(command, moment):
+    """Returns whether the writer was still running when it was killed."""
+    process = start(command)
+    time.sleep(moment)
+    running = process.poll() is None
+    process.kill()
+    _, errors = process.communicate()
+    if not running and process.returncode != 0:
+        raise SystemExit(f"The writer failed: {errors.decode(errors='replace')}")
+    return running
+
+
+def run_rounds(arguments, folder):
+    def filled(words):
+        return [word.replace("{}", folder) for word in words]
+
+    check, writer = filled(shlex.split(arguments.check)), filled(arguments.writer)
+    if arguments.prepare:
+        subprocess.run(filled(shlex.split(arguments.prepare)), stdout=subprocess.DEVNULL, check=True)
+    moments = random.Random(arguments.seed)
+    longest = undisturbed(writer, limit=max(1.0, 10 * arguments.longest)) or arguments.longest
+    killed = 0
+    for round_number in range(1, arguments.kills + 1):
+        killed += kill_at(writer, moments.uniform(0, longest))
+        result = subprocess.run(check, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        if result.returncode != 0:
+            print(result.stdout.decode(errors="replace"))
+            print(f"Round {round_number} of seed {arguments.seed} left something broken.")
+            return 1
+    print(f"{killed} of {arguments.kills} rounds killed a running writer within {longest:.3f} s; every check passed.")
+    print(f"Last check: {result.stdout.decode(errors='replace').strip()}")
+    return 0 if 2 * killed >= arguments.kills else 1
+
+
+def main():
+    arguments = parse_arguments()
+    with tempfile.TemporaryDirectory() as folder:
+        return run_rounds(arguments, folder)
+
+
+if __name__ == "__main__":
+    sys.exit(main())
