@@ -18,6 +18,7 @@
 
 #include "shared/polygons/ContourGrid.h"
 #include "shared/polygons/FlatContours.h"
+#include "shared/polygons/GPolygon.h"
 
 namespace shr {
 namespace {
@@ -70,6 +71,11 @@ GLineClipPolygon::GLineClipPolygon(const Vec2d* points, const unsigned int* coun
     : GLineClipPolygon(
           CheckedSpan(points, SumOfCounts(CheckedSpan(counts, numContours, UNIT)), UNIT),
           std::span(counts, numContours)) {}
+
+GLineClipPolygon::GLineClipPolygon(const GPolygon& polygon) {
+  for (std::size_t i = 0; i < polygon.GetNumContours(); ++i) def_contour(polygon.GetContour(i));
+  contours_bbox();
+}
 
 GLineClipPolygon::GLineClipPolygon(const GLineClipPolygon& other) = default;
 GLineClipPolygon& GLineClipPolygon::operator=(const GLineClipPolygon& other) = default;

@@ -29,6 +29,7 @@
 namespace shr {
 
 class ContourGrid;
+class GPolygon;
 
 /// Contours whose inside is found by the even-odd rule, so that contours inside contours are holes,
 /// with an index over their edges that is built once.
@@ -77,6 +78,7 @@ public:
   GLineClipPolygon();
   GLineClipPolygon(const Vec2d* points, const unsigned int* counts, std::size_t numContours);
   GLineClipPolygon(std::span<const Vec2d> points, std::span<const unsigned int> counts);
+  explicit GLineClipPolygon(const GPolygon& polygon);
   GLineClipPolygon(const GLineClipPolygon& other);
   GLineClipPolygon& operator=(const GLineClipPolygon& other);
   virtual ~GLineClipPolygon();

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// Short segments all over the map, clipped to a coast line of 100 to 10 thousand vertices; the
+// index of each contender is built inside the timed part. The argument is the number of segments.
+
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <memory>
+#include <random>
+#include <utility>
+
+#include "bench/polygons/ClipPeerGeos.h"
+#include "shared/polygons/LineClipPolygon.h"
+
+namespace {
+
+using namespace shr;
+using namespace shr::bench;
+
+/// Segments of length 2 to 18, as pairs of points.
+Points MakeSegments(std::size_t count) {
+  std::mt19937_64 random(count);
+  std::uniform_real_distribution<double> angle(0.0, TWO_PI);
+  std::uniform_real_distribution<double> length(2.0, 18.0);
+  Points ends;
+  for (const Vec2d& point : MakeCloud(count)) {
+    const double direction = angle(random);
+    ends.push_back(point);
+    ends.push_back(point + Vec2d(std::cos(direction), std::sin(direction)) * length(random));
+  }
+  return ends;
+}
+
+struct Workload {
+  Points coast;
+  Points ends;
+  std::unique_ptr<GeosShape> geos;
+};
+
+void ClipOurs(const Workload& workload, std::vector<GLine2>& pieces) {
+  const unsigned int count = static_cast<unsigned int>(workload.coast.size());
+  const GLineClipPolygon polygon(workload.coast, std::span(&count, 1));
+  pieces.clear();
+  for (std::size_t i = 0; i < workload.ends.size(); i += 2) {
+    polygon.Clip(&workload.ends[i], 2, pieces);
+  }
+}
+
+template <std::size_t VERTICES>
+const Workload& GetWorkload(std::size_t segments) {
+  static std::map<std::size_t, Workload> workloads;
+  const auto [entry, isNew] = workloads.try_emplace(segments);
+  Workload& workload = entry->second;
+  if (!isNew) return workload;
+  workload.coast = MakeCoast(VERTICES);
+  workload.ends = MakeSegments(segments);
+  workload.geos = std::make_unique<GeosShape>(workload.coast, GeosShape::Kind::POLYGON);
+  std::vector<GLine2> pieces;
+  ClipOurs(workload, pieces);
+  double length = 0.0;
+  for (const GLine2& piece : pieces) length += piece.GetBegin().Distance(piece.GetEnd());
+  const GeosShape::Inside inside = workload.geos->ClipSegments(workload.ends);
+  DemandSame(length, inside.length, "the length inside");
+  DemandSame(static_cast<double>(pieces.size()), static_cast<double>(inside.parts), "the pieces");
+  return workload;
+}
+
+template <std::size_t VERTICES>
+void RunOurs(benchmark::State& state) {
+  const Workload& workload = GetWorkload<VERTICES>(static_cast<std::size_t>(state.range(0)));
+  std::vector<GLine2> pieces;
+  for (auto _ : state) {
+    ClipOurs(workload, pieces);
+    benchmark::DoNotOptimize(pieces.data());
+  }
+}
+
+template <std::size_t VERTICES>
+void RunGeos(benchmark::State& state) {
+  const Workload& workload = GetWorkload<VERTICES>(static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(workload.geos->ClipSegments(workload.ends).length);
+  }
+}
+
+void Sizes(benchmark::internal::Benchmark* benchmark) {
+  benchmark->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMicrosecond);
+}
+
+BENCHMARK(RunOurs<100>)->Name("polygons/segments-in-coast-of-100/ours")->Apply(Sizes);
+BENCHMARK(RunGeos<100>)->Name("polygons/segments-in-coast-of-100/geos")->Apply(Sizes);
+BENCHMARK(RunOurs<1000>)->Name("polygons/segments-in-coast-of-1000/ours")->Apply(Sizes);
+BENCHMARK(RunGeos<1000>)->Name("polygons/segments-in-coast-of-1000/geos")->Apply(Sizes);
+BENCHMARK(RunOurs<10000>)->Name("polygons/segments-in-coast-of-10000/ours")->Apply(Sizes);
+BENCHMARK(RunGeos<10000>)->Name("polygons/segments-in-coast-of-10000/geos")->Apply(Sizes);
+
+}  // namespace
