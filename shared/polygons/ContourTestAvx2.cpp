@@ -23,18 +23,41 @@ struct Target {
   __m256d y;
 };
 
-/// Returns the edges that toggle the answer, as bits in the order of edges 0, 2, 1, 3. `to` is the
-/// end point of the first edge; each edge begins at the point before its end.
-inline __m256d Toggles(const double* to, const Target& point) {
-  const double* const from = to - 2;
-  const __m256d to01 = _mm256_loadu_pd(to);
-  const __m256d to23 = _mm256_loadu_pd(to + 4);
-  const __m256d from01 = _mm256_loadu_pd(from);
-  const __m256d from23 = _mm256_loadu_pd(from + 4);
-  const __m256d toX = _mm256_unpacklo_pd(to01, to23);
-  const __m256d toY = _mm256_unpackhi_pd(to01, to23);
-  const __m256d fromX = _mm256_unpacklo_pd(from01, from23);
-  const __m256d fromY = _mm256_unpackhi_pd(from01, from23);
+/// Four edges: their ends, and the points from which they come, as pairs of x and y.
+struct Edges {
+  __m256d to01;
+  __m256d to23;
+  __m256d from01;
+  __m256d from23;
+};
+
+/// Returns the edges that end at the four points from `to` on.
+inline Edges LoadEdges(const double* to) {
+  return {_mm256_loadu_pd(to), _mm256_loadu_pd(to + 4), _mm256_loadu_pd(to - 2),
+          _mm256_loadu_pd(to + 2)};
+}
+
+/// Returns the last edges of a contour, from that to the point of the index, which may be one past
+/// the end, to the one that closes the contour at its first point. The others have no length.
+inline Edges LoadLastEdges(const double* xy, std::size_t count, std::size_t index) {
+  const auto load = [=](std::size_t i) { return _mm_loadu_pd(xy + 2 * (i < count ? i : 0)); };
+  const auto join = [](__m128d a, __m128d b) {
+    return _mm256_insertf128_pd(_mm256_castpd128_pd256(a), b, 1);
+  };
+  const __m128d p0 = load(index - 1);
+  const __m128d p1 = load(index);
+  const __m128d p2 = load(index + 1);
+  const __m128d p3 = load(index + 2);
+  const __m128d p4 = load(index + 3);
+  return {join(p1, p2), join(p3, p4), join(p0, p1), join(p2, p3)};
+}
+
+/// Returns the edges that toggle the answer, one a lane.
+inline __m256d Toggles(const Edges& edges, const Target& point) {
+  const __m256d toX = _mm256_unpacklo_pd(edges.to01, edges.to23);
+  const __m256d toY = _mm256_unpackhi_pd(edges.to01, edges.to23);
+  const __m256d fromX = _mm256_unpacklo_pd(edges.from01, edges.from23);
+  const __m256d fromY = _mm256_unpackhi_pd(edges.from01, edges.from23);
 
   const __m256d isToBelow = _mm256_cmp_pd(toY, point.y, _CMP_LE_OQ);
   const __m256d isFromBelow = _mm256_cmp_pd(fromY, point.y, _CMP_LE_OQ);
@@ -62,32 +85,13 @@ inline bool IsOnOneSide(const double* to, const Target& point, bool isFromBelow)
 }
 
 inline bool IsOdd(int bits) {
-  return (0x6996 >> (bits & 0xF) & 1) != 0;
-}
-
-/// One edge, as ContourEdge.h has it.
-inline bool IsToggledByEdge(double x, double y, const double* to, const double* from) {
-  const bool isToBelow = to[1] <= y;
-  const bool isFromBelow = from[1] <= y;
-  const double upward = (from[0] - to[0]) * (y - to[1]);
-  const double sideward = (from[1] - to[1]) * (x - to[0]);
-  return isToBelow != isFromBelow && (isToBelow ? upward > sideward : sideward > upward);
-}
-
-/// Edge by edge, for contours whose edges fill no vector.
-bool IsInSmallContour(double x, double y, const double* xy, std::size_t count) {
-  bool isInside = IsToggledByEdge(x, y, xy, xy + 2 * (count - 1));
-  for (std::size_t i = 1; i < count; ++i) {
-    isInside ^= IsToggledByEdge(x, y, xy + 2 * i, xy + 2 * (i - 1));
-  }
-  return isInside;
+  return (0x6996 >> bits & 1) != 0;
 }
 
 }  // namespace
 
 bool IsInContourAvx2(double x, double y, const double* xy, std::size_t count) {
   if (count == 0) return false;
-  if (count < 5) return IsInSmallContour(x, y, xy, count);
   const Target point{_mm256_set1_pd(x), _mm256_set1_pd(y)};
   __m256d toggles = _mm256_setzero_pd();
   std::size_t i = 1;  // the end of the next edge
@@ -95,19 +99,15 @@ bool IsInContourAvx2(double x, double y, const double* xy, std::size_t count) {
     const double* const to = xy + 2 * i;
     if (IsOnOneSide(to, point, isFromBelow)) continue;
     for (std::size_t k = 0; k < 2 * BLOCK_SIZE; k += 8) {
-      toggles = _mm256_xor_pd(toggles, Toggles(to + k, point));
+      toggles = _mm256_xor_pd(toggles, Toggles(LoadEdges(to + k), point));
     }
     isFromBelow = to[2 * BLOCK_SIZE - 1] <= y;
   }
-  for (; i + 4 <= count; i += 4) toggles = _mm256_xor_pd(toggles, Toggles(xy + 2 * i, point));
-  int bits = _mm256_movemask_pd(toggles);
-  if (i < count) {
-    // The last four edges once more, of which those not yet seen count.
-    constexpr int UNSEEN[] = {0x0, 0x8, 0xA, 0xE};
-    const int last = _mm256_movemask_pd(Toggles(xy + 2 * (count - 4), point));
-    bits ^= last & UNSEEN[count - i];
+  for (; i + 4 <= count; i += 4) {
+    toggles = _mm256_xor_pd(toggles, Toggles(LoadEdges(xy + 2 * i), point));
   }
-  return IsOdd(bits) != IsToggledByEdge(x, y, xy, xy + 2 * (count - 1));
+  toggles = _mm256_xor_pd(toggles, Toggles(LoadLastEdges(xy, count, i), point));
+  return IsOdd(_mm256_movemask_pd(toggles));
 }
 
 }  // namespace shr

@@ -27,8 +27,11 @@ bool IsInContourBaseline(const Vec2d& point, std::span<const Vec2d> contour) {
   return inside;
 }
 
+/// Asked once; a call from the start of another unit may come earlier and takes the baseline.
+const bool USES_AVX2 = HasAvx2();
+
 bool IsInContour(const Vec2d& point, std::span<const Vec2d> contour) {
-  if (!HasAvx2()) return IsInContourBaseline(point, contour);
+  if (!USES_AVX2) return IsInContourBaseline(point, contour);
   const double* const first = contour.empty() ? nullptr : &contour.front().x;
   return IsInContourAvx2(point.x, point.y, first, contour.size());
 }

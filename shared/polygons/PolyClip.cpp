@@ -6,13 +6,13 @@
 //
 // Handing on single points costs four decisions for each of them. Here the stream flows in blocks
 // of a few dozen points, small enough that everything between the stages stays in the nearest
-// cache:
+// cache. A block is compared with all four sides at once. Then each stage
 //
-// 1. A block whose points lie inside of all sides, behind a point that did, is copied to the
-//    output: no stage would change it.
-// 2. Otherwise each stage looks at the block as a whole. All points inside, behind one inside: the
-//    block is handed on where it lies. All outside, behind one outside: nothing is handed on.
-//    Mixed: the stage walks along the points and writes what it passes on to a buffer.
+// - hands it on where it lies when all points are inside, behind one inside,
+// - drops it when all are outside, behind one outside,
+// - or else walks along the points and writes what it passes on to a buffer. That walk has no
+//   branches, for whether the next point is inside may be anybody's guess: it finds the crossing
+//   with the boundary for every pair of points, and keeps it only where there is one.
 //
 // A contour crosses few sides within one block, so that most stages hand on or drop it. What a
 // stage keeps from one block for the next (its first and its previous point) is what it would keep
@@ -23,6 +23,7 @@
 #include <algorithm>
 
 #include "shared/polygons/FlatContours.h"
+#include "shared/polygons/SideScan.h"
 
 namespace shr {
 namespace {
@@ -49,11 +50,21 @@ struct Top : Bottom {
   static bool Keeps(const Vec2d& point, double boundary) { return point.y <= boundary; }
 };
 
+/// Writes what a stage passes on of a block to `out`, which has room for twice the block; returns
+/// the end of it.
 template <class Side>
-std::size_t CountKept(std::span<const Vec2d> points, double boundary) {
-  std::size_t count = 0;
-  for (const Vec2d& point : points) count += Side::Keeps(point, boundary);
-  return count;
+Vec2d* PassMixed(std::span<const Vec2d> block, Vec2d previous, double boundary, Vec2d* out) {
+  bool isPreviousInside = Side::Keeps(previous, boundary);
+  for (const Vec2d& point : block) {
+    const bool isInside = Side::Keeps(point, boundary);
+    *out = Side::Cross(previous, point, boundary);  // is overwritten when there is no crossing
+    out += isInside != isPreviousInside;
+    *out = point;  // likewise when the point is outside
+    out += isInside;
+    previous = point;
+    isPreviousInside = isInside;
+  }
+  return out;
 }
 
 /// Room for points that have no value yet.
@@ -68,115 +79,86 @@ struct Scratch {
 /// One run of the stages over one contour.
 class CPolyClip::Pipeline {
 public:
-  Pipeline(Stage (&stages)[NUM_STAGES], Output& out) : stages_(stages), out_(out) {
+  Pipeline(Stage (&stages)[NUM_STAGES], Output& out)
+      : stages_(stages),
+        out_(out),
+        low_(stages[LEFT].boundary, stages[BOTTOM].boundary),
+        high_(stages[RIGHT].boundary, stages[TOP].boundary) {
     for (Stage& stage : stages_) stage.isFirstPending = true;
   }
 
-  void Feed(std::span<const Vec2d> block) {
-    if (IsInsideOfAll(block)) {
-      out_.append(block);
-      for (Stage& stage : stages_) stage.previous = block.back();
-    } else {
-      FeedRight(block);
+  /// Sends a block of at most BLOCK_SIZE points through the stages from `first` on.
+  void Feed(std::span<const Vec2d> block, std::size_t first = 0) {
+    SideBits sides = ScanSides(block, low_, high_);
+    for (std::size_t i = first; i < NUM_STAGES; ++i) {
+      Stage& stage = stages_[i];
+      if (stage.isFirstPending) {
+        if (block.empty()) return;
+        stage.first = stage.previous = block.front();
+        stage.isPreviousInside = Keeps(i, stage.first);
+        stage.isFirstPending = false;
+        block = block.subspan(1);
+      }
+      if (block.empty()) return;
+      const bool wasInside = stage.isPreviousInside;
+      if (wasInside ? (sides.all & BITS[i]) == 0 : (sides.any & BITS[i]) != 0) {
+        const Vec2d last = block.back();
+        block = Pass(i, block);
+        stage.previous = last;
+        stage.isPreviousInside = Keeps(i, last);
+        if (i < TOP) sides = ScanSides(block, low_, high_);
+      } else {
+        stage.previous = block.back();
+        if (!wasInside) return;
+      }
     }
+    out_.append(block);
   }
 
   /// Gives each stage in turn its first point as its last.
   void Close() {
-    // A copy each: the stages change while they are fed.
-    const auto close = [&](std::size_t index, auto feed) {
-      const Vec2d first = stages_[index].first;
-      if (!stages_[index].isFirstPending) (this->*feed)(std::span(&first, 1));
-    };
-    close(0, &Pipeline::FeedRight);
-    close(1, &Pipeline::FeedBottom);
-    close(2, &Pipeline::FeedLeft);
-    close(3, &Pipeline::FeedTop);
+    for (std::size_t i = 0; i < NUM_STAGES; ++i) {
+      const Vec2d first = stages_[i].first;  // a copy: the stages change while they are fed
+      if (!stages_[i].isFirstPending) Feed(std::span(&first, 1), i);
+    }
   }
 
 private:
-  /// True when no stage would change the block, all being inside and at the same point.
-  bool IsInsideOfAll(std::span<const Vec2d> block) const {
-    for (const Stage& stage : stages_) {
-      if (stage.isFirstPending || !stage.isPreviousInside) return false;
-    }
-    const double right = stages_[0].boundary;
-    const double bottom = stages_[1].boundary;
-    const double left = stages_[2].boundary;
-    const double top = stages_[3].boundary;
-    bool isInside = true;
-    for (const Vec2d& p : block) {
-      isInside &= (p.x <= right) & (p.y >= bottom) & (p.x >= left) & (p.y <= top);
-    }
-    return isInside;
+  enum Index : std::size_t { RIGHT, BOTTOM, LEFT, TOP };
+  static constexpr unsigned BITS[] = {SideBits::RIGHT, SideBits::BOTTOM, SideBits::LEFT,
+                                      SideBits::TOP};
+
+  bool Keeps(std::size_t index, const Vec2d& point) const {
+    return (ScanSides(std::span(&point, 1), low_, high_).all & BITS[index]) != 0;
   }
 
-  void FeedRight(std::span<const Vec2d> block) {
-    FeedBottom(Pass<Right>(stages_[0], block, afterRight_.Data()));
-  }
-  void FeedBottom(std::span<const Vec2d> block) {
-    FeedLeft(Pass<Bottom>(stages_[1], block, afterBottom_.Data()));
-  }
-  void FeedLeft(std::span<const Vec2d> block) {
-    FeedTop(Pass<Left>(stages_[2], block, afterLeft_.Data()));
-  }
-  void FeedTop(std::span<const Vec2d> block) {
-    const std::size_t size = out_.size();
-    Vec2d* const end = out_.extend(2 * block.size());
-    const std::span<const Vec2d> passed = Pass<Top>(stages_[3], block, end);
-    out_.truncate(size);
-    if (passed.data() == end) {
-      out_.extend(passed.size());
-    } else {
-      out_.append(passed);
+  /// Returns what a stage passes on of a block that is not all on one side with the point before.
+  std::span<const Vec2d> Pass(std::size_t index, std::span<const Vec2d> block) {
+    const Stage& stage = stages_[index];
+    const auto pass = [&](auto side, Vec2d* buffer) -> std::span<const Vec2d> {
+      return {buffer, PassMixed<decltype(side)>(block, stage.previous, stage.boundary, buffer)};
+    };
+    switch (index) {
+      case RIGHT:
+        return pass(Right(), afterRight_.Data());
+      case BOTTOM:
+        return pass(Bottom(), afterBottom_.Data());
+      case LEFT:
+        return pass(Left(), afterLeft_.Data());
+      default:
+        return pass(Top(), afterTop_.Data());
     }
-  }
-
-  /// Returns what a stage passes on of the block: part of the block itself or points written to
-  /// `buffer`, which has room for twice the block.
-  template <class Side>
-  static std::span<const Vec2d> Pass(Stage& stage, std::span<const Vec2d> block, Vec2d* buffer) {
-    if (block.empty()) return {};
-    if (stage.isFirstPending) {
-      stage.first = stage.previous = block.front();
-      stage.isPreviousInside = Side::Keeps(block.front(), stage.boundary);
-      stage.isFirstPending = false;
-      block = block.subspan(1);
-      if (block.empty()) return {};
-    }
-    const std::size_t kept = CountKept<Side>(block, stage.boundary);
-    const std::size_t keptIfSame = stage.isPreviousInside ? block.size() : 0;
-    if (kept != keptIfSame) return PassMixed<Side>(stage, block, buffer);
-    stage.previous = block.back();
-    return block.first(kept);
-  }
-
-  template <class Side>
-  static std::span<const Vec2d> PassMixed(Stage& stage, std::span<const Vec2d> block,
-                                          Vec2d* buffer) {
-    Vec2d* end = buffer;
-    const double boundary = stage.boundary;
-    Vec2d previous = stage.previous;
-    bool isPreviousInside = stage.isPreviousInside;
-    for (const Vec2d& point : block) {
-      const bool isInside = Side::Keeps(point, boundary);
-      if (isInside != isPreviousInside) *end++ = Side::Cross(previous, point, boundary);
-      *end = point;  // is overwritten when the point is outside
-      end += isInside;
-      previous = point;
-      isPreviousInside = isInside;
-    }
-    stage.previous = previous;
-    stage.isPreviousInside = isPreviousInside;
-    return {buffer, end};
   }
 
   Stage (&stages_)[NUM_STAGES];
   Output& out_;
-  // A stage passes on at most two points for one, and may write one more that does not count.
-  Scratch<2 * BLOCK_SIZE + 1> afterRight_;
-  Scratch<4 * BLOCK_SIZE + 1> afterBottom_;
-  Scratch<8 * BLOCK_SIZE + 1> afterLeft_;
+  Vec2d low_;
+  Vec2d high_;
+  // A stage passes on at most two points for one.
+  Scratch<2 * BLOCK_SIZE> afterRight_;
+  Scratch<4 * BLOCK_SIZE> afterBottom_;
+  Scratch<8 * BLOCK_SIZE> afterLeft_;
+  Scratch<16 * BLOCK_SIZE> afterTop_;
 };
 
 CPolyClip::CPolyClip() : CPolyClip(Box2d()) {}
