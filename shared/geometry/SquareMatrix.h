@@ -40,17 +40,17 @@ public:
   constexpr RowVector GetRow(int row) const { return RowVector(elements_ + N * row); }
   constexpr RowVector GetCol(int column) const {
     RowVector result;
-    for (int i = 0; i < N; ++i) result[i] = elements_[N * i + column];
+    int i = column;
+    RowVector::ForEach(
+        [&](T& value) {
+          value = elements_[i];
+          i += N;
+        },
+        result);
     return result;
   }
-  constexpr void SetRow(int row, const RowVector& values) {
-    Self().ElementsChanged();
-    for (int i = 0; i < N; ++i) elements_[N * row + i] = values[i];
-  }
-  constexpr void SetCol(int column, const RowVector& values) {
-    Self().ElementsChanged();
-    for (int i = 0; i < N; ++i) elements_[N * i + column] = values[i];
-  }
+  constexpr void SetRow(int row, const RowVector& values) { SetEvery(1, N * row, values); }
+  constexpr void SetCol(int column, const RowVector& values) { SetEvery(N, column, values); }
 
   /// Stores all elements row by row.
   constexpr void ToDoubleArray(double* elements) const {
@@ -65,16 +65,16 @@ public:
 
   /// Returns the matrix mirrored along its diagonal.
   [[nodiscard]] constexpr M Transpose() const {
-    M result = Self();
-    result.ElementsChanged();
+    M result;
+    SquareMatrix& mirrored = result;
     for (int row = 0; row < N; ++row) {
-      for (int i = 0; i < N; ++i) result.elements_[N * i + row] = elements_[N * row + i];
+      for (int i = 0; i < N; ++i) mirrored.elements_[N * i + row] = elements_[N * row + i];
     }
     return result;
   }
 
   /// True when every element differs by at most `tolerance`; a NaN is equal to nothing.
-  constexpr bool Equals(const M& other, T tolerance) const {
+  constexpr bool Equals(const SquareMatrix& other, T tolerance) const {
     for (int i = 0; i < N * N; ++i) {
       const T difference = elements_[i] - other.elements_[i];
       if (!(difference <= tolerance && -difference <= tolerance)) return false;
@@ -83,14 +83,11 @@ public:
   }
   /// Exact.
   friend constexpr bool operator==(const M& a, const M& b) {
-    for (int i = 0; i < N * N; ++i) {
-      if (!(a.elements_[i] == b.elements_[i])) return false;
-    }
-    return true;
+    return static_cast<const SquareMatrix&>(a).HasElementsOf(b);
   }
 
   /// Points go through the left matrix first.
-  friend constexpr M operator*(const M& a, const M& b) { return M::Product(a, b); }
+  friend constexpr M operator*(M a, const M& b) { return a *= b; }
   constexpr M& operator*=(const M& b) { return Self() = M::Product(Self(), b); }
   constexpr M& PostMultiply(const M& b) { return *this *= b; }
   constexpr M& PreMultiply(const M& a) { return Self() = M::Product(a, Self()); }
@@ -100,7 +97,7 @@ public:
   friend std::basic_ostream<Char, Traits>& operator<<(std::basic_ostream<Char, Traits>& out,
                                                       const M& matrix) {
     for (int i = 0; i < N * N; ++i) {
-      out << (i == 0 ? "[" : i % N == 0 ? "; " : ", ") << matrix.elements_[i];
+      out << (i == 0 ? "[" : i % N == 0 ? "; " : ", ") << matrix[i / N][i % N];
     }
     return out << ']';
   }
@@ -118,13 +115,14 @@ protected:
   constexpr void ElementsChanged() {}
 
   /// Sums run over the columns of `a` in order.
-  static constexpr M Product(const M& a, const M& b) {
+  static constexpr M Product(const SquareMatrix& a, const SquareMatrix& b) {
     M result;
+    SquareMatrix& product = result;
     for (int row = 0; row < N; ++row) {
       for (int column = 0; column < N; ++column) {
         T sum = a.elements_[N * row] * b.elements_[column];
         for (int i = 1; i < N; ++i) sum += a.elements_[N * row + i] * b.elements_[N * i + column];
-        result.elements_[N * row + column] = sum;
+        product.elements_[N * row + column] = sum;
       }
     }
     return result;
@@ -133,6 +131,24 @@ protected:
   T elements_[N * N] = {};
 
 private:
+  constexpr void SetEvery(int step, int first, const RowVector& values) {
+    Self().ElementsChanged();
+    int i = first;
+    RowVector::ForEach(
+        [&](const T& value) {
+          elements_[i] = value;
+          i += step;
+        },
+        values);
+  }
+
+  constexpr bool HasElementsOf(const SquareMatrix& other) const {
+    for (int i = 0; i < N * N; ++i) {
+      if (!(elements_[i] == other.elements_[i])) return false;
+    }
+    return true;
+  }
+
   constexpr M& Self() { return static_cast<M&>(*this); }
   constexpr const M& Self() const { return static_cast<const M&>(*this); }
 };

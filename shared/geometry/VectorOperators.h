@@ -5,15 +5,10 @@
 /// What the vector types of every dimension and precision have in common: arithmetic, products,
 /// lengths and their tolerance. Not for direct use; include shared/geometry/Vec2.h.
 ///
-/// A vector type derives from `VectorOperators<itself, component type>` and supplies one function,
-/// `ForEach`, which calls a callable once per component with that component of each vector handed
-/// in:
+/// A vector type derives from `VectorOperators<itself, component type>` and supplies `ForEach`, see
+/// shared/geometry/ComponentOperators.h.
 ///
-///     template <class Function, class... Vectors>
-///     static constexpr void ForEach(Function function, Vectors&... vectors) {
-///       function(vectors.x...);
-///       function(vectors.y...);
-///     }
+///     struct Vec2d : VectorOperators<Vec2d, double> { ... };
 ///
 /// Threads: no state.
 
@@ -22,9 +17,10 @@
 #include <cmath>
 #include <concepts>
 #include <cstdint>
-#include <iosfwd>
 #include <limits>
 #include <type_traits>
+
+#include "shared/geometry/ComponentOperators.h"
 
 namespace shr {
 
@@ -42,7 +38,7 @@ concept WideningTo = std::numeric_limits<From>::digits <= std::numeric_limits<To
                      (std::integral<From> || std::floating_point<To>);
 
 template <class V, class T>
-struct VectorOperators {
+struct VectorOperators : ComponentOperators<V, T> {
   /// Reverses the direction in place.
   constexpr void Negate() {
     V::ForEach([](T& a) { a = -a; }, Self());
@@ -50,31 +46,6 @@ struct VectorOperators {
   friend constexpr V operator-(V a) {
     a.Negate();
     return a;
-  }
-
-  constexpr V& operator+=(const V& b) {
-    return Combine([](T& x, T y) { x += y; }, b);
-  }
-  constexpr V& operator-=(const V& b) {
-    return Combine([](T& x, T y) { x -= y; }, b);
-  }
-  constexpr V& operator*=(const V& b) {
-    return Combine([](T& x, T y) { x *= y; }, b);
-  }
-  constexpr V& operator/=(const V& b) {
-    return Combine([](T& x, T y) { x /= y; }, b);
-  }
-  constexpr V& operator+=(T b) {
-    return Combine([b](T& x) { x += b; });
-  }
-  constexpr V& operator-=(T b) {
-    return Combine([b](T& x) { x -= b; });
-  }
-  constexpr V& operator*=(T b) {
-    return Combine([b](T& x) { x *= b; });
-  }
-  constexpr V& operator/=(T b) {
-    return Combine([b](T& x) { x /= b; });
   }
 
   friend constexpr V operator+(V a, const V& b) { return a += b; }
@@ -89,11 +60,7 @@ struct VectorOperators {
   friend constexpr V operator*(T a, const V& b) { return b * a; }
 
   /// Exact, component by component; a NaN equals nothing.
-  friend constexpr bool operator==(const V& a, const V& b) {
-    bool equal = true;
-    V::ForEach([&equal](const T& x, const T& y) { equal = equal && x == y; }, a, b);
-    return equal;
-  }
+  friend constexpr bool operator==(const V& a, const V& b) { return a.HasComponentsOf(b); }
 
   /// Returns the sum of the products of the components.
   constexpr ProductType<T> Dot(const V& b) const {
@@ -137,29 +104,8 @@ struct VectorOperators {
     return Self() + (b - Self()) * t;
   }
 
-  /// Writes "(x, y ...)"; needs `<ostream>` where it is used.
-  template <class Char, class Traits>
-  friend std::basic_ostream<Char, Traits>& operator<<(std::basic_ostream<Char, Traits>& out,
-                                                      const V& vector) {
-    const char* separator = "(";
-    V::ForEach(
-        [&](const T& x) {
-          out << separator << x;
-          separator = ", ";
-        },
-        vector);
-    return out << ')';
-  }
-
 private:
-  constexpr V& Self() { return static_cast<V&>(*this); }
-  constexpr const V& Self() const { return static_cast<const V&>(*this); }
-
-  template <class Function, class... Vectors>
-  constexpr V& Combine(Function function, const Vectors&... others) {
-    V::ForEach(function, Self(), others...);
-    return Self();
-  }
+  using ComponentOperators<V, T>::Self;
 
   double DoubleLength() const {
     double sum = 0.0;
