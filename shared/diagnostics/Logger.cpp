@@ -166,10 +166,11 @@ void CLogger::OpenOutputFile() {
   options.append = true;
   options.create = true;
   file_ = platform::OpenDescriptor(path_, options);
-  if (file_ == platform::NO_DESCRIPTOR) Fail(LINE_OPEN_FAILED, OPEN_ERROR);
+  if (file_ == platform::NO_DESCRIPTOR)
+    Fail(LINE_OPEN_FAILED, OPEN_ERROR, platform::LastErrorText());
   if (platform::GetDescriptorLength(file_) == 0 &&
       !platform::WriteDescriptor(file_, UTF16_MARK.data(), UTF16_MARK.size())) {
-    Fail(LINE_OPEN_FAILED, OPEN_ERROR);
+    Fail(LINE_OPEN_FAILED, OPEN_ERROR, platform::LastErrorText());
   }
   // What follows is appended, also when the same file is opened again.
   append_ = true;
@@ -182,19 +183,20 @@ void CLogger::CreateEmptyFile() {
   options.create = true;
   options.truncate = true;
   const int file = platform::OpenDescriptor(path_, options);
-  if (file == platform::NO_DESCRIPTOR) Fail(LINE_CREATE_FAILED, OPEN_ERROR);
+  if (file == platform::NO_DESCRIPTOR)
+    Fail(LINE_CREATE_FAILED, OPEN_ERROR, platform::LastErrorText());
   std::string head(UTF16_MARK);
   head += EncodeLine(std::wstring_view(), room_);
   const bool written = platform::WriteDescriptor(file, head.data(), head.size());
   const GString reason = platform::LastErrorText();
-  if (!platform::CloseDescriptor(file) && written) Fail(LINE_CREATE_FAILED, OPEN_ERROR);
+  if (!platform::CloseDescriptor(file) && written)
+    Fail(LINE_CREATE_FAILED, OPEN_ERROR, platform::LastErrorText());
   if (written) return;
   Enable(false);
   ThrowErrorImpl(UNIT, LINE_CREATE_FAILED, OPEN_ERROR, path_.c_str(), reason.c_str());
 }
 
-void CLogger::Fail(int line, const wchar_t* format) {
-  const GString reason = platform::LastErrorText();
+void CLogger::Fail(int line, const wchar_t* format, const GString& reason) {
   CloseFile();
   Enable(false);
   ThrowErrorImpl(UNIT, line, format, path_.c_str(), reason.c_str());
@@ -208,9 +210,16 @@ void CLogger::CloseFile() noexcept {
 
 void CLogger::WriteToFile(const std::wstring& line) {
   const std::string_view bytes = EncodeLine(line, room_);
-  if (!platform::WriteDescriptor(file_, bytes.data(), bytes.size())) {
-    Fail(LINE_WRITE_FAILED, WRITE_ERROR);
-  }
+  if (platform::WriteDescriptor(file_, bytes.data(), bytes.size())) return;
+  const GString reason = platform::LastErrorText();
+  DropHalfUnit();
+  Fail(LINE_WRITE_FAILED, WRITE_ERROR, reason);
+}
+
+/// Half a unit at the end would shift everything that is appended later.
+void CLogger::DropHalfUnit() noexcept {
+  const std::int64_t length = platform::GetDescriptorLength(file_);
+  if (length > 0 && length % 2 != 0) platform::SetDescriptorLength(file_, length - 1);
 }
 
 CLogger& GetProcessLogger() {

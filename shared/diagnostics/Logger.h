@@ -123,10 +123,11 @@ private:
   void SendFormatted(int kind, const wchar_t* format, ...);
   void UpdatePassing() noexcept;
   void OpenOutputFile();
-  [[noreturn]] void Fail(int line, const wchar_t* format);
+  [[noreturn]] void Fail(int line, const wchar_t* format, const GString& reason);
   void CreateEmptyFile();
   void CloseFile() noexcept;
   void WriteToFile(const std::wstring& line);
+  void DropHalfUnit() noexcept;
 
   bool lastLineEmpty_ = true;
   std::atomic<bool> enabled_;

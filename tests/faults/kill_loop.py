@@ -8,8 +8,8 @@ writer that ends by itself is first run once undisturbed, and the moments are sp
 other is killed within --longest seconds. The first failing check ends the loop with its output, the round and the
 seed. It is a failure, too, when most rounds came too late to kill anything.
 
-    kill_loop.py --prepare 'settings_writer prepare ini {}/a.ini' --check 'settings_writer check ini {}/a.ini' \\
-                 -- settings_writer write ini {}/a.ini
+    kill_loop.py --prepare 'file_writer prepare ini {}/a.ini' --check 'file_writer check ini {}/a.ini' \\
+                 -- file_writer write ini {}/a.ini
 """
 
 import argparse

@@ -3,13 +3,13 @@
 
 // The writer and the check of the kill loop (kill_loop.py):
 //
-//     settings_writer prepare ini|registry PATH   makes the first save
-//     settings_writer write ini|registry PATH     makes the next ones until it is killed
-//     settings_writer check ini|registry PATH     succeeds when there is one save, whole
+//     file_writer prepare ini|registry|log PATH   makes the first save
+//     file_writer write ini|registry|log PATH     makes the next ones until it is killed
+//     file_writer check ini|registry|log PATH     succeeds when there is one save, whole
 //
-// Each save replaces values by others that tell its number and have sizes that change with it,
-// beside a setting that was made by the first one and must stay. PATH is the file, or the folder of
-// the registry store.
+// Each save of settings replaces values by others that tell its number and have sizes that change
+// with it, beside a setting that was made by the first one and must stay. PATH is the file, or the
+// folder of the registry store. A log is written line by line.
 
 #include <cstdlib>
 #include <exception>
@@ -20,7 +20,9 @@
 #include <vector>
 
 #include "shared/diagnostics/Exception.h"
+#include "shared/diagnostics/Logger.h"
 #include "shared/files/ConfigFile.h"
+#include "shared/files/EncodedBufferedFile.h"
 #include "shared/platform/Registry.h"
 #include "shared/platform/WindowsTypes.h"
 
@@ -46,10 +48,10 @@ std::vector<GString> LinesOf(int save) {
   return lines;
 }
 
-/// A kind of settings: how a save is made, and how the last one is found.
+/// A kind of file: how a save is made, and how the last one is found.
 struct Kind {
   std::function<void(int save)> write;
-  /// Returns the number of the save; fails when the settings are not whole.
+  /// Returns the number of the save; fails when it is not whole.
   std::function<int()> read;
 };
 
@@ -105,14 +107,47 @@ Kind Registry(const std::string& folder) {
   return {write, read};
 }
 
+std::wstring LogLine(int number) {
+  return L"line " + std::to_wstring(number) + L" of a log" + std::wstring(number % 50, L'.');
+}
+
+/// A log that each run begins afresh. Its lines are numbered; the last one may be cut.
+Kind Log(const GString& path) {
+  const auto write = [path](int save) {
+    shr::CLogger logger(path);
+    for (int number = 1; number < 10 || save > 0; ++number) {
+      logger.Send(shr::LogInfo, LogLine(number));
+    }
+  };
+  const auto read = [path] {
+    shr::CEncodedBufferedFile file(path, L"rb", shr::CEncodedBufferedFile::ShareAll,
+                                   shr::EncodingUTF16LE, 0, false, false);
+    int number = 0;
+    for (std::wstring line; file.ReadString(line); line.clear(), ++number) {
+      const std::wstring expected = number == 0 ? std::wstring() : LogLine(number);
+      if (line == expected) continue;
+      if (!expected.starts_with(line)) Fail("line " + std::to_string(number) + " is broken");
+      if (file.ReadString(line)) Fail("a line is cut that is not the last one");
+      break;
+    }
+    return number;
+  };
+  return {write, read};
+}
+
+Kind KindCalled(std::string_view name, const std::string& path) {
+  if (name == "ini") return Ini(GString(path));
+  if (name == "registry") return Registry(path);
+  if (name == "log") return Log(GString(path));
+  Fail("this is no kind of file");
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
-  if (count != 4) Fail("settings_writer write|check ini|registry PATH");
-  const std::string path = arguments[3];
+  if (count != 4) Fail("file_writer prepare|write|check ini|registry|log PATH");
   const std::string_view action = arguments[1];
-  const bool isIni = std::string_view(arguments[2]) == "ini";
-  const Kind kind = isIni ? Ini(GString(path)) : Registry(path);
+  const Kind kind = KindCalled(arguments[2], arguments[3]);
   try {
     if (action == "prepare") {
       kind.write(0);
