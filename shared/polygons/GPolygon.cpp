@@ -271,6 +271,15 @@ void GPolygon::Take(GpcPolygon& record) noexcept {
   }
 }
 
+/// Takes over a record whose contours may be closed.
+void GPolygon::TakeOpened(GpcPolygon& record) noexcept {
+  for (int i = 0; i < record.contourCount; ++i) {
+    record.contours[i].vertexCount =
+        static_cast<int>(Opened(VerticesOf(record.contours[i])).size());
+  }
+  Take(record);
+}
+
 /// Appends the contours of a list, whose vertices have any precision.
 template <class List>
 void GPolygon::AppendList(const List& list) {

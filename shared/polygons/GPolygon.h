@@ -204,6 +204,7 @@ private:
   void Append(std::span<const Vec2d> contour, int holeFlag);
   void TruncateTo(int contours) noexcept;
   void Take(GpcPolygon& record) noexcept;
+  void TakeOpened(GpcPolygon& record) noexcept;
   template <class List>
   void AppendList(const List& list);
   template <class Function>

@@ -75,6 +75,21 @@ void GPolygon2dModel::AddInnerRing(std::span<const Vec2d> contour) {
   box.ExtendBy(polygon.box);
 }
 
+void GPolygon2dModel::EndOuterRing() {
+  polygons.push_back({ringEnds.size(), Box2d(), true});
+  EndInnerRing();
+}
+
+void GPolygon2dModel::EndInnerRing() {
+  ringEnds.push_back(points.size());
+  const std::span<const Vec2d> ring = Ring(ringEnds.size() - 1);
+  Polygon& polygon = polygons.back();
+  polygon.endRing = ringEnds.size();
+  polygon.isFinite = polygon.isFinite && AreFinite(ring);
+  for (const Vec2d& point : ring) polygon.box.ExtendBy(point);
+  box.ExtendBy(polygon.box);
+}
+
 void GPolygon2dModel::AddPolygon(const GPolygon2dModel& other, std::size_t polygon) {
   const std::span<const Vec2d> added = other.PointsOf(polygon);
   const std::size_t shift = points.size() - other.FirstPoint(other.FirstRing(polygon));

@@ -41,6 +41,10 @@ struct GPolygon2dModel {
   void AddOuterRing(std::span<const Vec2d> contour);
   /// Appends a hole to the last polygon, closed and turned counter-clockwise.
   void AddInnerRing(std::span<const Vec2d> contour);
+  /// Make a ring of the points that have been appended behind the last one, as they are: the outer
+  /// ring of a further polygon, or a hole of the last one.
+  void EndOuterRing();
+  void EndInnerRing();
   /// Appends a polygon of another model as it is.
   void AddPolygon(const GPolygon2dModel& other, std::size_t polygon);
   /// Appends all polygons of another model, which may be this one; on an exception nothing has
