@@ -23,6 +23,7 @@
 #include "shared/diagnostics/Logger.h"
 #include "shared/files/ConfigFile.h"
 #include "shared/files/EncodedBufferedFile.h"
+#include "shared/platform/Paths.h"
 #include "shared/platform/Registry.h"
 #include "shared/platform/WindowsTypes.h"
 
@@ -120,6 +121,8 @@ Kind Log(const GString& path) {
     }
   };
   const auto read = [path] {
+    // The file of the run before is deleted first.
+    if (!TestAccess(path, PathAccess::Exists)) return 0;
     shr::CEncodedBufferedFile file(path, L"rb", shr::CEncodedBufferedFile::ShareAll,
                                    shr::EncodingUTF16LE, 0, false, false);
     int number = 0;

@@ -3,13 +3,14 @@
 # Copyright (c) 2026 The Shared authors
 """Kills a writer again and again and checks what it leaves: kill_loop.py [options] --check 'COMMAND...' -- WRITER...
 
-In all commands {} stands for a temporary folder. --prepare makes there what the writer begins with. Each round starts the writer, kills it by SIGKILL at a random moment, and runs the check, which must succeed. A
-writer that ends by itself is first run once undisturbed, and the moments are spread over the time that this took; any
-other is killed within --longest seconds. The first failing check ends the loop with its output, the round and the
-seed. It is a failure, too, when most rounds came too late to kill anything.
+In all commands {} stands for a temporary folder. --prepare makes there what the writer begins with. Each round starts
+the writer, kills it by SIGKILL at a random moment, and runs the check, which must succeed. The writer is first run once
+undisturbed, and the moments are spread over the time that this took; one that does not end by itself is killed within
+--endless seconds. The first failing check ends the loop with its output, the round and the seed. It is a failure, too,
+when most rounds came too late to kill anything.
 
     kill_loop.py --prepare 'file_writer prepare ini {}/a.ini' --check 'file_writer check ini {}/a.ini' \\
-                 -- file_writer write ini {}/a.ini
+                 --endless 0.1 -- file_writer write ini {}/a.ini
 """
 
 import argparse
@@ -25,7 +26,7 @@ def parse_arguments():
     parser = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
     parser.add_argument("--kills", type=int, default=200, help="number of rounds")
     parser.add_argument("--seed", type=int, default=1, help="of the random moments")
-    parser.add_argument("--longest", type=float, default=0.1, help="seconds that an endless writer lives at most")
+    parser.add_argument("--endless", type=float, help="the writer is endless; seconds that it lives at most")
     parser.add_argument("--prepare", help="command that is run once before")
     parser.add_argument("--check", required=True, help="command that succeeds when what was left is whole")
     parser.add_argument("writer", nargs="+", help="command that writes")
@@ -36,16 +37,11 @@ def start(command):
     return subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
 
 
-def undisturbed(command, limit=5.0):
-    """Returns the seconds that the writer takes, or None for one that does not end by itself."""
+def undisturbed(command):
+    """Returns the seconds that the writer takes."""
     begin = time.monotonic()
     process = start(command)
-    try:
-        _, errors = process.communicate(timeout=limit)
-    except subprocess.TimeoutExpired:
-        process.kill()
-        process.communicate()
-        return None
+    _, errors = process.communicate(timeout=60)
     if process.returncode != 0:
         raise SystemExit(f"The writer fails by itself: {errors.decode(errors='replace')}")
     return time.monotonic() - begin
@@ -71,7 +67,7 @@ def run_rounds(arguments, folder):
     if arguments.prepare:
         subprocess.run(filled(shlex.split(arguments.prepare)), stdout=subprocess.DEVNULL, check=True)
     moments = random.Random(arguments.seed)
-    longest = undisturbed(writer, limit=max(1.0, 10 * arguments.longest)) or arguments.longest
+    longest = arguments.endless or undisturbed(writer)
     killed = 0
     for round_number in range(1, arguments.kills + 1):
         killed += kill_at(writer, moments.uniform(0, longest))
