@@ -5,6 +5,7 @@
 // points by the index and without it.
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 
 #include "fuzz/PointInput.h"
@@ -24,6 +25,7 @@ public:
   /// Returns the length inside by the crossings with all edges.
   double LengthInside(const Vec2d& a, const Vec2d& b) const {
     const SEGMENT segment(a, b);
+    if (disjunct(segment.box, GetBBox())) return 0.0;
     CROSSINGS crossings;
     for (const CONTOUR& contour : contours()) {
       for (const VERTEX& v : contour.vertices) {
@@ -55,6 +57,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const PlainClip polygon(contours, counts);
   const PointLocator locator(contours, counts);
   const Points line = input.Points(40);
+  const bool isFinite = std::all_of(contours.begin(), contours.end(), [](const Vec2d& p) {
+    return std::isfinite(p.x) && std::isfinite(p.y);
+  });
   for (std::size_t i = 0; i < line.size(); ++i) {
     if (locator.Contains(line[i]) != PointInPolygon(line[i], contours, counts)) std::abort();
     if (i == 0) continue;
@@ -63,7 +68,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     double length = 0.0;
     for (const GLine2& piece : pieces) length += piece.GetBegin().Distance(piece.GetEnd());
     const double whole = line[i - 1].Distance(line[i]);
-    if (!(whole < 1e100)) continue;
+    if (!isFinite || !(whole < 1e100)) continue;
     const double expected = polygon.LengthInside(line[i - 1], line[i]);
     // The points of crossings are rounded to doubles.
     const double rounding = 1e-14 * (line[i].Length() + line[i - 1].Length());
