@@ -394,6 +394,38 @@ void GPolygon2d::Intersection(const Box2d& box, GPolygon2d& result) const {
   result = hasArea ? GPolygon2d(ClipToBox(Model(), box)) : GPolygon2d();
 }
 
+void GPolygon2d::Intersection(const GPolygon2d& other) {
+  Intersection(other, *this);
+}
+
+void GPolygon2d::Intersection(const GPolygon2d& other, GPolygon2d& result) const {
+  result = GPolygon2d(Combine(Model(), other.Model(), PolygonOperation::Intersection));
+}
+
+void GPolygon2d::Union(const GPolygon2d& other) {
+  Union(other, *this);
+}
+
+void GPolygon2d::Union(const GPolygon2d& other, GPolygon2d& result) const {
+  result = GPolygon2d(Combine(Model(), other.Model(), PolygonOperation::Union));
+}
+
+void GPolygon2d::Difference(const GPolygon2d& other) {
+  Difference(other, *this);
+}
+
+void GPolygon2d::Difference(const GPolygon2d& other, GPolygon2d& result) const {
+  result = GPolygon2d(Combine(Model(), other.Model(), PolygonOperation::Difference));
+}
+
+void GPolygon2d::XOR(const GPolygon2d& other) {
+  XOR(other, *this);
+}
+
+void GPolygon2d::XOR(const GPolygon2d& other, GPolygon2d& result) const {
+  result = GPolygon2d(Combine(Model(), other.Model(), PolygonOperation::Xor));
+}
+
 void GPolygon2d::RemoveZeroWidthReturnPaths() {
   Intersection(GetBBox());
 }

@@ -142,6 +142,28 @@ public:
   /// Stores the clipped polygon in `result`, which may be this object.
   void Intersection(const Box2d& box, GPolygon2d& result) const;
 
+  /// The boolean operations, in place and, const, into `result`, which may be an operand.
+  ///
+  /// What is inside an operand: every point that is inside at least one of its polygons, so
+  /// overlapping polygons count as one; of a polygon whose rings cross, the points inside an odd
+  /// number of them (`PointInside` goes by winding numbers and differs there). A polygon with an
+  /// infinite or NaN coordinate has no inside. The polygons of a result overlap nowhere.
+  ///
+  /// Source of the result: Boost.Geometry's overlay, which returns wrong areas for some inputs with
+  /// edges that touch or nearly coincide. So each result is measured against that of the polygon
+  /// clipper (shared/polygons/Gpc.h), which stands in where the areas differ. The symmetric
+  /// difference is both differences side by side.
+  /// Errors: those of the clipper. Cost: that of the overlay, in general O(n log n); it grows
+  /// faster where many edges share heights.
+  void Intersection(const GPolygon2d& other);
+  void Intersection(const GPolygon2d& other, GPolygon2d& result) const;
+  void Union(const GPolygon2d& other);
+  void Union(const GPolygon2d& other, GPolygon2d& result) const;
+  void Difference(const GPolygon2d& other);
+  void Difference(const GPolygon2d& other, GPolygon2d& result) const;
+  void XOR(const GPolygon2d& other);
+  void XOR(const GPolygon2d& other, GPolygon2d& result) const;
+
   /// Removes spikes: edges that go out and come back along the same line.
   void RemoveZeroWidthReturnPaths();
 

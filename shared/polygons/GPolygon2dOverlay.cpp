@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Clipping of `GPolygon2d` through Boost.Geometry's overlay. This is the one source that compiles
-// it.
+// Clipping and boolean operations of `GPolygon2d` through Boost.Geometry's overlay. This is the one
+// source that compiles it. Who judges the outcome of the boolean operations is
+// GPolygon2dBoolean.cpp; clipping to a box is judged here.
 //
 // The overlay expects rings that neither cross nor touch themselves; outlines of real maps do both,
 // and then it may raise an error or return wrong parts. Every result is therefore measured: the
@@ -17,7 +18,9 @@
 #include <algorithm>
 #include <array>
 #include <boost/geometry/algorithms/area.hpp>
+#include <boost/geometry/algorithms/difference.hpp>
 #include <boost/geometry/algorithms/intersection.hpp>
+#include <boost/geometry/algorithms/union.hpp>
 #include <boost/geometry/geometries/box.hpp>
 #include <boost/geometry/geometries/multi_polygon.hpp>
 #include <boost/geometry/geometries/polygon.hpp>
@@ -201,6 +204,14 @@ void ClipPolygon(const GPolygon2dModel& model, std::size_t polygon, const Box2d&
   }
 }
 
+BoostMultiPolygon ToBoost(const GPolygon2dModel& model) {
+  BoostMultiPolygon result;
+  for (std::size_t polygon = 0; polygon < model.polygons.size(); ++polygon) {
+    result.push_back(ToBoost(model, polygon));
+  }
+  return result;
+}
+
 bool IsStrictlyInside(const Box2d& inner, const Box2d& outer) {
   return outer.xMin() < inner.xMin() && inner.xMax() < outer.xMax() &&
          outer.yMin() < inner.yMin() && inner.yMax() < outer.yMax();
@@ -221,6 +232,36 @@ GPolygon2dModel ClipToBox(const GPolygon2dModel& model, const Box2d& box) {
     } else {
       ClipPolygon(model, polygon, box, result);
     }
+  }
+  return result;
+}
+
+std::optional<GPolygon2dModel> OverlayModels(const GPolygon2dModel& a, const GPolygon2dModel& b,
+                                             PolygonOperation operation) {
+  const BoostMultiPolygon first = ToBoost(a);
+  const BoostMultiPolygon second = ToBoost(b);
+  BoostMultiPolygon parts;
+  try {
+    switch (operation) {
+      case PolygonOperation::Intersection:
+        bg::intersection(first, second, parts);
+        break;
+      case PolygonOperation::Union:
+        bg::union_(first, second, parts);
+        break;
+      case PolygonOperation::Difference:
+        bg::difference(first, second, parts);
+        break;
+      default:
+        return std::nullopt;
+    }
+  } catch (const bg::exception&) {
+    return std::nullopt;
+  }
+  GPolygon2dModel result;
+  for (const BoostPolygon& part : parts) {
+    result.AddOuterRing(part.outer());
+    for (const auto& hole : part.inners()) result.AddInnerRing(hole);
   }
   return result;
 }

@@ -145,9 +145,10 @@ BooleanJudge::BooleanJudge(Region subject, Region clip)
   snapDistance_ = SNAP_TOLERANCE * LargestCoordinate(operands_);
 }
 
-ResultReport BooleanJudge::Judge(Operation operation, const BooleanResult& result) const {
+ResultReport BooleanJudge::Judge(Operation operation, const BooleanResult& result,
+                                 Form form) const {
   ResultReport report;
-  report.fault = FormFault(result);
+  if (form == Form::Clean) report.fault = FormFault(result);
   if (!report.fault.empty()) return report;
   JudgeAreas(operation, result, report);
   if (report.misplaced > AREA_TOLERANCE || report.areaError > AREA_TOLERANCE) {

@@ -38,6 +38,9 @@ struct ResultReport {
   double area = 0.0;       ///< of the result
 };
 
+/// What is asked of the contours of a result beside their area.
+enum class Form { Any, Clean };
+
 class BooleanJudge {
 public:
   /// How far areas may be off, relative to the sum of the areas of the operands.
@@ -47,7 +50,8 @@ public:
 
   BooleanJudge(Region subject, Region clip);
 
-  ResultReport Judge(Operation operation, const BooleanResult& result) const;
+  ResultReport Judge(Operation operation, const BooleanResult& result,
+                     Form form = Form::Clean) const;
   /// Returns the sum of the areas of both operands.
   double InputArea() const { return inputArea_; }
 
