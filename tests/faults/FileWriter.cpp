@@ -43,7 +43,8 @@ const GString KEPT_VALUE = L"since the first save";
 
 /// Lines of a save: the length of a value depends on the number, so that mixtures show.
 std::vector<GString> LinesOf(int save) {
-  const std::wstring value = std::to_wstring(save) + std::wstring(save % 17, L'x');
+  const std::wstring value =
+      std::to_wstring(save) + GString(static_cast<unsigned>(save) % 17, L'x').String();
   std::vector<GString> lines;
   for (int i = 0; i < LINES; ++i) lines.push_back(L"Key " + std::to_wstring(i) + L"=" + value);
   return lines;
@@ -109,7 +110,8 @@ Kind Registry(const std::string& folder) {
 }
 
 std::wstring LogLine(int number) {
-  return L"line " + std::to_wstring(number) + L" of a log" + std::wstring(number % 50, L'.');
+  return L"line " + std::to_wstring(number) + L" of a log" +
+         GString(static_cast<unsigned>(number) % 50, L'.').String();
 }
 
 /// A log that each run begins afresh. Its lines are numbered; the last one may be cut.
