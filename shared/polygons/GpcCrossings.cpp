@@ -30,7 +30,7 @@ namespace {
 constexpr Index SMALL_TILE = 12;
 constexpr int MAX_DEPTH = 200;
 /// A bundle is compared by intervals when an element overlaps no more others than this on average.
-constexpr double MAX_OVERLAPS = 6.0;
+constexpr double MAX_OVERLAPS = 3.0;
 
 bool Overlap(const Box& a, const Box& b) {
   return a.xMin <= b.xMax && b.xMin <= a.xMax && a.yMin <= b.yMax && b.yMin <= a.yMax;
@@ -45,12 +45,31 @@ void Extend(Box& box, const Box& other) {
 
 constexpr Box EMPTY_BOX{HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
 
-/// An edge in the hand: its number, contour, first point and vector.
+/// An edge at hand.
 struct Edge {
   Index number;
-  Index contour;
+  Index section;
   Vec2d start;
   Vec2d end;
+};
+
+/// A range of coordinates.
+struct Range {
+  double low = HUGE_VAL;
+  double high = -HUGE_VAL;
+
+  void Add(double value) {
+    low = std::min(low, value);
+    high = std::max(high, value);
+  }
+};
+
+/// A line that parts a tile: the points whose product with `across` is `at`.
+struct Cut {
+  Vec2d across;
+  double at;
+
+  double Place(const Vec2d& point) const { return Dot(across, point) - at; }
 };
 
 class CrossingFinder {
@@ -64,60 +83,79 @@ public:
       const Box& box = work_.sections[i].box;
       work_.elements[i] = {{box.xMin - tolerance_, box.yMin - tolerance_, box.xMax + tolerance_,
                             box.yMax + tolerance_},
-                           i};
+                           i,
+                           work_.sections[i].firstEdge,
+                           work_.sections[i].edgeCount};
       Extend(all, work_.elements[i].box);
     }
     FindInTile(0, work_.sections.Size(), all, 0);
   }
 
 private:
-  struct Cut {
-    bool isUpright;
-    double at;
-    Index total;  ///< elements of both sides
-  };
-
   // Tiles. A tile's elements are the last ones in the buffer.
 
   void FindInTile(Index first, Index count, const Box& box, int depth) {
     if (count <= SMALL_TILE) return CompareAll(first, count);
-    const double width = box.xMax - box.xMin;
-    const double height = box.yMax - box.yMin;
-    Cut cut = CountCut(first, count, box, width >= height);
-    if (cut.total > count + count / 4) {
-      if (CompareBundle(first, count, MAX_OVERLAPS)) return;
-      const Cut other = CountCut(first, count, box, width < height);
-      if (other.total < cut.total) cut = other;
-      if (cut.total >= 2 * count - count / 8 || depth == MAX_DEPTH) {
-        CompareBundle(first, count, HUGE_VAL);
+    const bool isWide = box.xMax - box.xMin >= box.yMax - box.yMin;
+    if (isWide ? HalveUpright(first, count, box, depth, count / 4)
+               : HalveLevel(first, count, box, depth, count / 4)) {
+      return;
+    }
+    if (HandleBundle(first, count, depth)) return;
+    if (depth < MAX_DEPTH) {
+      const Index limit = count - count / 8;
+      if (isWide ? HalveLevel(first, count, box, depth, count / 4)
+                 : HalveUpright(first, count, box, depth, count / 4)) {
+        return;
+      }
+      if (isWide ? HalveUpright(first, count, box, depth, limit)
+                 : HalveLevel(first, count, box, depth, limit)) {
         return;
       }
     }
-    Halve(first, count, cut, depth);
+    CompareByIntervals(first, count);
   }
 
-  Cut CountCut(Index first, Index count, const Box& box, bool isUpright) const {
-    Cut cut{isUpright, 0.0, 0};
+  /// Halves a tile by an upright cut unless more elements than the limit would go to both sides.
+  bool HalveUpright(Index first, Index count, const Box& box, int depth, Index limit) {
+    const double at = box.xMin + (box.xMax - box.xMin) * 0.5;
     const Element* elements = work_.elements.Data() + first;
-    Index total = 0;
-    if (isUpright) {
-      cut.at = box.xMin + (box.xMax - box.xMin) * 0.5;
-      for (Index i = 0; i < count; ++i) {
-        total += static_cast<Index>(elements[i].box.xMin <= cut.at) +
-                 static_cast<Index>(elements[i].box.xMax >= cut.at);
-      }
-    } else {
-      cut.at = box.yMin + (box.yMax - box.yMin) * 0.5;
-      for (Index i = 0; i < count; ++i) {
-        total += static_cast<Index>(elements[i].box.yMin <= cut.at) +
-                 static_cast<Index>(elements[i].box.yMax >= cut.at);
-      }
+    Index both = 0;
+    for (Index i = 0; i < count; ++i) {
+      both += static_cast<Index>(elements[i].box.xMin <= at) &
+              static_cast<Index>(elements[i].box.xMax >= at);
     }
-    cut.total = total;
-    return cut;
+    if (both > limit) return false;
+    Halve(first, count, {{1.0, 0.0}, at}, depth, [at](const Element& element, Index) {
+      return Sides{element.box.xMin <= at, element.box.xMax >= at};
+    });
+    return true;
   }
 
-  void Halve(Index first, Index count, const Cut& cut, int depth) {
+  bool HalveLevel(Index first, Index count, const Box& box, int depth, Index limit) {
+    const double at = box.yMin + (box.yMax - box.yMin) * 0.5;
+    const Element* elements = work_.elements.Data() + first;
+    Index both = 0;
+    for (Index i = 0; i < count; ++i) {
+      both += static_cast<Index>(elements[i].box.yMin <= at) &
+              static_cast<Index>(elements[i].box.yMax >= at);
+    }
+    if (both > limit) return false;
+    Halve(first, count, {{0.0, 1.0}, at}, depth, [at](const Element& element, Index) {
+      return Sides{element.box.yMin <= at, element.box.yMax >= at};
+    });
+    return true;
+  }
+
+  struct Sides {
+    bool isLow;
+    bool isHigh;
+  };
+
+  /// Handles the two halves of a tile one after the other. `getSides` says where an element
+  /// belongs, given the element and its number in the tile.
+  template <class GetSides>
+  void Halve(Index first, Index count, const Cut& cut, int depth, const GetSides& getSides) {
     const Index lowFirst = first + count;
     work_.elements.Reserve(lowFirst + count);
     Element* const elements = work_.elements.Data();
@@ -125,16 +163,16 @@ private:
     Element* high = elements + first;
     Box lowBox = EMPTY_BOX;
     Box highBox = EMPTY_BOX;
-    for (Index i = first; i < first + count; ++i) {
-      const Element element = elements[i];
-      const bool isLow = cut.isUpright ? element.box.xMin <= cut.at : element.box.yMin <= cut.at;
-      const bool isHigh = cut.isUpright ? element.box.xMax >= cut.at : element.box.yMax >= cut.at;
-      if (isLow && isHigh) {
+    for (Index i = 0; i < count; ++i) {
+      const Element element = elements[first + i];
+      const Sides sides = getSides(element, i);
+      if (sides.isLow && sides.isHigh) {
         *low = *high = element;
-        ClipBoth(low++->box, high++->box, element.section, cut);
-        Extend(lowBox, low[-1].box);
-        Extend(highBox, high[-1].box);
-      } else if (isLow) {
+        Limit(low->box, element, cut, 1.0);
+        Limit(high->box, element, cut, -1.0);
+        Extend(lowBox, low++->box);
+        Extend(highBox, high++->box);
+      } else if (sides.isLow) {
         *low++ = element;
         Extend(lowBox, element.box);
       } else {
@@ -150,56 +188,31 @@ private:
     FindInTile(first, highCount, highBox, depth + 1);
   }
 
-  /// A range of coordinates along a cut.
-  struct Range {
-    double low = HUGE_VAL;
-    double high = -HUGE_VAL;
-
-    void Add(double value) {
-      low = std::min(low, value);
-      high = std::max(high, value);
+  /// Limits a box to the part of its element on one side of a cut, and a margin of the tolerance.
+  void Limit(Box& box, const Element& element, const Cut& cut, double side) const {
+    const Vec2d* points = work_.points.Data() + element.firstEdge;
+    const double margin = 2.0 * tolerance_ * Length1(cut.across);
+    Range x;
+    Range y;
+    const auto add = [&](const Vec2d& point) {
+      x.Add(point.x);
+      y.Add(point.y);
+    };
+    double place = side * cut.Place(points[0]) - margin;
+    for (Index i = 0; i < element.edgeCount; ++i) {
+      const Vec2d& a = points[i];
+      const Vec2d& b = points[i + 1];
+      const double nextPlace = side * cut.Place(b) - margin;
+      if (place <= 0.0) add(a);
+      if (nextPlace <= 0.0) add(b);
+      if ((place <= 0.0) != (nextPlace <= 0.0)) add(a + (b - a) * (place / (place - nextPlace)));
+      place = nextPlace;
     }
-  };
-
-  /// Limits the two parts of an element on both sides of a cut.
-  void ClipBoth(Box& low, Box& high, Index sectionIndex, const Cut& cut) const {
-    Range lowRange;
-    Range highRange;
-    GetRanges(work_.sections[sectionIndex], cut, lowRange, highRange);
-    if (cut.isUpright) {
-      low.xMax = high.xMin = cut.at;
-      LimitRange(low.yMin, low.yMax, lowRange);
-      LimitRange(high.yMin, high.yMax, highRange);
-    } else {
-      low.yMax = high.yMin = cut.at;
-      LimitRange(low.xMin, low.xMax, lowRange);
-      LimitRange(high.xMin, high.xMax, highRange);
-    }
-  }
-
-  /// Collects what a section covers along a cut on either side of it.
-  void GetRanges(const Section& section, const Cut& cut, Range& low, Range& high) const {
-    const Vec2d* points = work_.points.Data() + section.firstEdge;
-    const auto across = [&](const Vec2d& point) { return cut.isUpright ? point.x : point.y; };
-    const auto along = [&](const Vec2d& point) { return cut.isUpright ? point.y : point.x; };
-    // Points nearer to the cut than the tolerance belong to both sides.
-    for (Index i = 0; i <= section.edgeCount; ++i) {
-      const double place = across(points[i]) - cut.at;
-      if (place <= 2.0 * tolerance_) low.Add(along(points[i]));
-      if (place >= -2.0 * tolerance_) high.Add(along(points[i]));
-      if (i == section.edgeCount) break;
-      const double nextPlace = across(points[i + 1]) - cut.at;
-      if ((place < 0.0) == (nextPlace < 0.0)) continue;
-      const double t = place / (place - nextPlace);
-      const double value = along(points[i]) + t * (along(points[i + 1]) - along(points[i]));
-      low.Add(value);
-      high.Add(value);
-    }
-  }
-
-  void LimitRange(double& low, double& high, const Range& range) const {
-    low = std::max(low, range.low - 4.0 * tolerance_);
-    high = std::min(high, range.high + 4.0 * tolerance_);
+    const double pad = 4.0 * tolerance_;
+    box.xMin = std::max(box.xMin, x.low - pad);
+    box.xMax = std::min(box.xMax, x.high + pad);
+    box.yMin = std::max(box.yMin, y.low - pad);
+    box.yMax = std::min(box.yMax, y.high + pad);
   }
 
   void CompareAll(Index first, Index count) {
@@ -207,41 +220,98 @@ private:
     for (Index i = 0; i < count; ++i) {
       const Box box = elements[i].box;
       for (Index j = i + 1; j < count; ++j) {
-        if (Overlap(box, elements[j].box)) CompareSections(elements[i], elements[j]);
+        if (Overlap(box, elements[j].box)) CompareElements(elements[i], elements[j]);
       }
     }
   }
 
-  /// Compares the elements of a tile by their intervals across the main direction, unless the
-  /// average number of overlaps seems to exceed the limit.
-  bool CompareBundle(Index first, Index count, double maxOverlaps) {
-    const Element* elements = work_.elements.Data() + first;
+  // Bundles.
+
+  /// Compares a tile's elements by their intervals across the main direction or cuts the tile along
+  /// that direction. Returns false when it is not a bundle.
+  bool HandleBundle(Index first, Index count, int depth) {
     const Vec2d across = GetAcross(first, count);
-    const double margin = 8.0 * tolerance_ * Length1(across);
-    work_.intervals.Resize(count);
+    if (!SeemsBundle(first, count, across)) return false;
+    const Spread spread = MeasureIntervals(first, count, across);
+    if (spread.sum <= MAX_OVERLAPS * (spread.high - spread.low)) {
+      SweepIntervals(first, count);
+      return true;
+    }
+    if (depth >= MAX_DEPTH) return false;
+    const double at = spread.center;
+    Index low = 0;
+    Index high = 0;
+    for (const Interval& interval : work_.intervals) {
+      low += interval.low <= at;
+      high += interval.high >= at;
+    }
+    if (low + high > count + count * 3 / 8 || std::max(low, high) > count - count / 8) return false;
+    Halve(first, count, {across, at}, depth, [this, at](const Element&, Index i) {
+      const Interval& interval = work_.intervals[i];
+      return Sides{interval.low <= at, interval.high >= at};
+    });
+    return true;
+  }
+
+  /// Looks at some elements only.
+  bool SeemsBundle(Index first, Index count, const Vec2d& across) const {
+    const Index step = count / 16 + 1;
+    Range all;
     double sum = 0.0;
+    double samples = 0.0;
+    for (Index i = 0; i < count; i += step) {
+      const Range range = GetCovered(work_.elements[first + i], across);
+      if (range.low > range.high) continue;
+      all.Add(range.low);
+      all.Add(range.high);
+      sum += range.high - range.low;
+      samples += 1.0;
+    }
+    return sum <= 0.375 * samples * (all.high - all.low);
+  }
+
+  struct Spread {
     double low = HUGE_VAL;
     double high = -HUGE_VAL;
+    double sum = 0.0;     ///< of the widths
+    double center = 0.0;  ///< mean of the middles
+  };
+
+  Spread MeasureIntervals(Index first, Index count, const Vec2d& across) {
+    const double margin = 2.0 * tolerance_ * Length1(across);
+    work_.intervals.Resize(count);
+    Spread spread;
     for (Index i = 0; i < count; ++i) {
-      const Interval interval = GetInterval(elements[i], across, margin, i);
-      work_.intervals[i] = interval;
-      sum += interval.high - interval.low;
-      low = std::min(low, interval.low);
-      high = std::max(high, interval.high);
+      const Range range = GetCovered(work_.elements[first + i], across);
+      work_.intervals[i] = {range.low - margin, range.high + margin, i};
+      if (range.low > range.high) continue;
+      spread.sum += range.high - range.low;
+      spread.center += (range.low + range.high) * (0.5 / count);
+      spread.low = std::min(spread.low, range.low);
+      spread.high = std::max(spread.high, range.high);
     }
-    if (sum > maxOverlaps * (high - low)) return false;
+    return spread;
+  }
+
+  void CompareByIntervals(Index first, Index count) {
+    MeasureIntervals(first, count, GetAcross(first, count));
+    SweepIntervals(first, count);
+  }
+
+  void SweepIntervals(Index first, Index count) {
+    const Element* elements = work_.elements.Data() + first;
     std::sort(work_.intervals.begin(), work_.intervals.end(),
               [](const Interval& a, const Interval& b) {
                 return a.low < b.low || (a.low == b.low && a.element < b.element);
               });
     for (Index i = 0; i < count; ++i) {
       const Element& element = elements[work_.intervals[i].element];
-      for (Index j = i + 1; j < count && work_.intervals[j].low <= work_.intervals[i].high; ++j) {
+      const double high = work_.intervals[i].high;
+      for (Index j = i + 1; j < count && work_.intervals[j].low <= high; ++j) {
         const Element& other = elements[work_.intervals[j].element];
-        if (Overlap(element.box, other.box)) CompareSections(element, other);
+        if (Overlap(element.box, other.box)) CompareElements(element, other);
       }
     }
-    return true;
   }
 
   /// Returns a vector at a right angle to the sum of all directions, each turned into one half
@@ -250,9 +320,9 @@ private:
     double x = 0.0;
     double y = 0.0;
     for (Index i = first; i < first + count; ++i) {
-      const Section& section = work_.sections[work_.elements[i].section];
-      const Vec2d a = work_.points[section.firstEdge];
-      const Vec2d b = work_.points[section.firstEdge + section.edgeCount];
+      const Element& element = work_.elements[i];
+      const Vec2d a = work_.points[element.firstEdge];
+      const Vec2d b = work_.points[element.firstEdge + element.edgeCount];
       const double dx = b.x - a.x;
       const double dy = b.y - a.y;
       const double sign = dx * x + dy * y < 0.0 ? -1.0 : 1.0;
@@ -264,45 +334,53 @@ private:
     return {-y / length, x / length};
   }
 
-  Interval GetInterval(const Element& element, const Vec2d& across, double margin,
-                       Index number) const {
-    const Section& section = work_.sections[element.section];
-    const Box& box = element.box;
-    double low = std::min(across.x * box.xMin, across.x * box.xMax);
-    double high = std::max(across.x * box.xMin, across.x * box.xMax);
-    if (section.edgeCount == 1) {
-      const Vec2d a = work_.points[section.firstEdge];
-      const Vec2d b = work_.points[section.firstEdge + 1];
-      const bool rises = (b.y > a.y) == (b.x > a.x);
-      const double one = across.x * box.xMin + across.y * (rises ? box.yMin : box.yMax);
-      const double two = across.x * box.xMax + across.y * (rises ? box.yMax : box.yMin);
-      low = std::min(one, two);
-      high = std::max(one, two);
-    } else {
-      low += std::min(across.y * box.yMin, across.y * box.yMax);
-      high += std::max(across.y * box.yMin, across.y * box.yMax);
+  /// Returns what the part of an element inside its box covers in a direction.
+  Range GetCovered(const Element& element, const Vec2d& across) const {
+    const Vec2d* points = work_.points.Data() + element.firstEdge;
+    Range range;
+    for (Index i = 0; i < element.edgeCount; ++i) {
+      AddCovered(points[i], points[i + 1], element.box, across, range);
     }
-    return {low - margin, high + margin, number};
+    return range;
+  }
+
+  /// Adds what the part of an edge inside a box covers.
+  void AddCovered(const Vec2d& a, const Vec2d& b, const Box& box, const Vec2d& across,
+                  Range& range) const {
+    const bool byX = std::abs(b.x - a.x) >= std::abs(b.y - a.y);
+    const double start = byX ? a.x : a.y;
+    const double length = byX ? b.x - a.x : b.y - a.y;
+    const double low = (byX ? box.xMin : box.yMin) - start;
+    const double high = (byX ? box.xMax : box.yMax) - start;
+    double t0 = (length > 0.0 ? low : high) / length;
+    double t1 = (length > 0.0 ? high : low) / length;
+    t0 = std::max(t0, 0.0);
+    t1 = std::min(t1, 1.0);
+    if (t0 > t1) return;
+    const double place = Dot(across, a);
+    const double change = Dot(across, b) - place;
+    range.Add(place + t0 * change);
+    range.Add(place + t1 * change);
   }
 
   // Pairs of sections.
 
-  void CompareSections(const Element& one, const Element& two) {
+  void CompareElements(const Element& one, const Element& two) {
     const bool isOrdered = one.section < two.section;
-    const Index aIndex = isOrdered ? one.section : two.section;
-    const Index bIndex = isOrdered ? two.section : one.section;
-    const Section& a = work_.sections[aIndex];
-    const Section& b = work_.sections[bIndex];
-    if (a.contour == b.contour && AreSimpleNeighbours(aIndex, bIndex)) return;
-    const Box common{std::max(one.box.xMin, two.box.xMin), std::max(one.box.yMin, two.box.yMin),
-                     std::min(one.box.xMax, two.box.xMax), std::min(one.box.yMax, two.box.yMax)};
+    const Element& a = isOrdered ? one : two;
+    const Element& b = isOrdered ? two : one;
+    common_ = {std::max(a.box.xMin, b.box.xMin), std::max(a.box.yMin, b.box.yMin),
+               std::min(a.box.xMax, b.box.xMax), std::min(a.box.yMax, b.box.yMax)};
+    if (a.edgeCount == 1 && b.edgeCount == 1) {
+      return CompareEdges(GetEdge(a.firstEdge, a.section), GetEdge(b.firstEdge, b.section));
+    }
+    if (AreSimpleNeighbours(a.section, b.section)) return;
     for (Index i = a.firstEdge; i < a.firstEdge + a.edgeCount; ++i) {
-      const Edge edge = GetEdge(i, a.contour);
-      if (a.edgeCount > 1 && !Overlap(GetBox(edge), common)) continue;
+      const Edge edge = GetEdge(i, a.section);
+      if (!Overlap(GetBox(edge), common_)) continue;
       for (Index j = b.firstEdge; j < b.firstEdge + b.edgeCount; ++j) {
-        const Edge other = GetEdge(j, b.contour);
-        if (b.edgeCount > 1 && !Overlap(GetBox(other), common)) continue;
-        CompareEdges(edge, other);
+        const Edge other = GetEdge(j, b.section);
+        if (Overlap(GetBox(other), common_)) CompareEdges(edge, other);
       }
     }
   }
@@ -311,15 +389,15 @@ private:
   bool AreSimpleNeighbours(Index aIndex, Index bIndex) const {
     const Section& a = work_.sections[aIndex];
     const Section& b = work_.sections[bIndex];
-    if ((a.directions & b.directions) == 0) return false;
+    if (a.contour != b.contour || (a.directions & b.directions) == 0) return false;
     if (bIndex == aIndex + 1) return a.turnsSmoothly != 0;
     const Contour& contour = work_.contours[a.contour];
     return a.firstEdge == contour.first &&
            b.firstEdge + b.edgeCount == contour.first + contour.count && b.turnsSmoothly != 0;
   }
 
-  Edge GetEdge(Index number, Index contour) const {
-    return {number, contour, work_.points[number], work_.points[number + 1]};
+  Edge GetEdge(Index number, Index section) const {
+    return {number, section, work_.points[number], work_.points[number + 1]};
   }
 
   Box GetBox(const Edge& edge) const {
@@ -332,13 +410,6 @@ private:
   // Pairs of edges. The first has the smaller number.
 
   void CompareEdges(const Edge& a, const Edge& b) {
-    if (a.contour == b.contour) {
-      if (b.number == a.number + 1) return CompareNeighbours(a, b);
-      const Contour& contour = work_.contours[a.contour];
-      if (a.number == contour.first && b.number == contour.first + contour.count - 1) {
-        return CompareNeighbours(b, a);
-      }
-    }
     const Vec2d along = a.end - a.start;
     const double limitA = tolerance_ * Length1(along);
     const double startB = Cross(along, b.start - a.start);
@@ -349,6 +420,8 @@ private:
     const double startA = Cross(alongB, a.start - b.start);
     const double endA = Cross(alongB, a.end - b.start);
     if ((startA > limitB && endA > limitB) || (startA < -limitB && endA < -limitB)) return;
+    if (AreNeighbours(a, b)) return CompareNeighbours(a, b);
+    if (AreNeighbours(b, a)) return CompareNeighbours(b, a);
     const auto isFar = [](double value, double limit) { return value > limit || value < -limit; };
     if (isFar(startB, limitA) && isFar(endB, limitA) && isFar(startA, limitB) &&
         isFar(endA, limitB)) {
@@ -360,6 +433,13 @@ private:
     if (!isFar(startA, limitB)) touches |= JoinIfNear(a, 0, b);
     if (!isFar(endA, limitB)) touches |= JoinIfNear(a, 1, b);
     if (!touches && CrossProperly(a, b)) AddCrossing(a, b, startB / (startB - endB));
+  }
+
+  /// Returns true when b follows a on a contour.
+  bool AreNeighbours(const Edge& a, const Edge& b) const {
+    if (!IsSame(a.end, b.start)) return false;
+    const Index contour = work_.sections[a.section].contour;
+    return contour == work_.sections[b.section].contour && GetVertex(a, 1) == b.number;
   }
 
   static bool CrossProperly(const Edge& a, const Edge& b) {
@@ -377,6 +457,11 @@ private:
     }
     point.x = Limit(point.x, a.start.x, a.end.x, b.start.x, b.end.x);
     point.y = Limit(point.y, a.start.y, a.end.y, b.start.y, b.end.y);
+    // Tiles that share a part of both edges find the crossing more than once.
+    if (point.x < common_.xMin || point.x > common_.xMax || point.y < common_.yMin ||
+        point.y > common_.yMax) {
+      return;
+    }
     const Index number = work_.points.Size();
     work_.points.Append(point);
     work_.parents.Append(number);
@@ -433,7 +518,7 @@ private:
   /// Returns the number of an end of an edge.
   Index GetVertex(const Edge& edge, Index which) const {
     const Index vertex = edge.number + which;
-    const Contour& contour = work_.contours[edge.contour];
+    const Contour& contour = work_.contours[work_.sections[edge.section].contour];
     return vertex == contour.first + contour.count ? contour.first : vertex;
   }
 
@@ -455,6 +540,7 @@ private:
 
   Workspace& work_;
   const double tolerance_;
+  Box common_{};  ///< of the elements at hand
 };
 
 }  // namespace

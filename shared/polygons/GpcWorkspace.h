@@ -146,6 +146,8 @@ enum Direction : std::uint8_t { TO_RIGHT = 1, TO_LEFT = 2, UPWARD = 4, DOWNWARD 
 struct Element {
   Box box;
   Index section;
+  Index firstEdge;
+  Index edgeCount;
 };
 
 /// What an element covers across a direction.
