@@ -27,7 +27,9 @@
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/files/File.h"
 #include "shared/files/Path.h"
-#include "shared/geometry/Box2.h"
+#include "shared/geometry/Box3.h"
+#include "shared/geometry/Mat4.h"
+#include "shared/geometry/Quat4.h"
 #include "shared/text/GString.h"
 #include "shared/text/Utf.h"
 
@@ -38,6 +40,8 @@ static_assert(std::endian::native == std::endian::little, "values are stored as 
 static_assert(sizeof(int) == 4 && sizeof(short) == 2 && sizeof(float) == 4 && sizeof(double) == 8);
 static_assert(sizeof(Vec2<float>) == 8 && sizeof(Vec2<double>) == 16);
 static_assert(sizeof(Box2<float>) == 16 && sizeof(Box2<double>) == 32);
+static_assert(sizeof(Vec3<int>) == 12 && sizeof(Vec3<double>) == 24);
+static_assert(sizeof(Quat4<double>) == 32 && sizeof(Box3<double>) == 48);
 
 constexpr const wchar_t* UNIT = L"Archive";
 
@@ -369,6 +373,27 @@ void Archive::Transfer(Box2<float>& box) {
 
 void Archive::Transfer(Box2<double>& box) {
   TransferValue(box);
+}
+
+void Archive::Transfer(Vec3<int>& vector) {
+  TransferValue(vector);
+}
+
+void Archive::Transfer(Vec3<double>& vector) {
+  TransferValue(vector);
+}
+
+void Archive::Transfer(Quat4<double>& rotation) {
+  TransferValue(rotation);
+}
+
+void Archive::Transfer(Box3<double>& box) {
+  TransferValue(box);
+}
+
+void Archive::Transfer(Mat4<double>& matrix) {
+  // Asking for a row to write to makes the matrix forget its type.
+  Transfer(static_cast<void*>(matrix[0]), 16 * sizeof(double));
 }
 
 // Text.

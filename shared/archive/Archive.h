@@ -20,6 +20,7 @@
 
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -38,7 +39,15 @@ class GString;
 template <class T>
 class Box2;
 template <class T>
+class Box3;
+template <class T>
+class Mat4;
+template <std::floating_point T>
+struct Quat4;
+template <class T>
 struct Vec2;
+template <class T>
+struct Vec3;
 
 namespace ArchivePrivate {
 
@@ -159,6 +168,14 @@ public:
   /// The minimum corner, then the maximum corner.
   void Transfer(Box2<float>& box);
   void Transfer(Box2<double>& box);
+  /// x, y, then z; of a quaternion, w after them.
+  void Transfer(Vec3<int>& vector);
+  void Transfer(Vec3<double>& vector);
+  void Transfer(Quat4<double>& rotation);
+  /// The minimum corner, then the maximum corner.
+  void Transfer(Box3<double>& box);
+  /// Sixteen elements row by row. What the matrix knows of its type is forgotten also when storing.
+  void Transfer(Mat4<double>& matrix);
 
   // Text: an unsigned 32-bit count, then the units without a terminator. Text ends at its first
   // zero unit when stored. A count of 0 leaves standard strings as they were when loaded.

@@ -56,6 +56,10 @@ template <>
 inline constexpr bool IS_BLOCK_VALUE<Vec2<float>> = true;
 template <>
 inline constexpr bool IS_BLOCK_VALUE<Vec2<double>> = true;
+template <>
+inline constexpr bool IS_BLOCK_VALUE<Vec3<int>> = true;
+template <>
+inline constexpr bool IS_BLOCK_VALUE<Vec3<double>> = true;
 
 /// Transfers a value or an object held by value.
 template <class T>

@@ -2,7 +2,8 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// Mathematical constants, units of length and comparison by units in the last place.
+/// Mathematical constants, units of length, comparison by units in the last place and rounding to
+/// significant digits.
 ///
 /// `INFINITY` and `NAN` are macros of the C library, so a plain constant of the same name cannot be
 /// written after `<cmath>`. This header includes `<cmath>` itself and turns both into macros that
@@ -22,6 +23,8 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+
+#include "shared/Export.h"
 
 #undef INFINITY
 #undef NAN
@@ -82,7 +85,37 @@ inline constexpr unsigned char ALPHA_MAX = 255;
 constexpr bool AlmostEqual(double a, double b, int maxUlps);
 constexpr bool AlmostEqual(float a, float b, int maxUlps);
 
+/// Returns the root of a^2 + b^2 + c^2, which only overflows when the result does. Degenerate: NaN
+/// when all are 0 or one is infinite or NaN.
+inline double hypot(double a, double b, double c);
+
+/// Returns where `value` lies between `low` and `high`: 0 at `low` or before, 1 at `high` or
+/// beyond. Degenerate: NaN when `value` is at both or a value is NaN.
+constexpr double Normalize(double value, double low, double high);
+
+/// Rounds to this many significant digits, halves away from 0. Degenerate: the value itself for
+/// digits outside 1 to 15, and 0, infinities and NaN. Error bound: 4 ulps beside the decimal
+/// number.
+SHARED_API double RoundSig(double value, int digits);
+
 // Implementation details follow.
+
+inline double hypot(double a, double b, double c) {
+  a = std::abs(a);
+  b = std::abs(b);
+  c = std::abs(c);
+  double largest = a > b ? a : b;
+  if (c > largest) largest = c;
+  a /= largest;
+  b /= largest;
+  c /= largest;
+  return largest * std::sqrt(a * a + b * b + c * c);
+}
+
+constexpr double Normalize(double value, double low, double high) {
+  const double position = (value - low) / (high - low);
+  return position < 0.0 ? 0.0 : position > 1.0 ? 1.0 : position;
+}
 
 /// Maps the bits of a floating-point value to an unsigned integer of the same order. Negative
 /// values are mirrored by the complement of all bits, which keeps the two zeros distinct.

@@ -13,7 +13,8 @@
 #include <random>
 
 #include "shared/color/Color4b.h"
-#include "shared/geometry/Box2.h"
+#include "shared/geometry/Box3.h"
+#include "shared/geometry/Mat4.h"
 #include "shared/text/GString.h"
 #include "tests/archive/ArchiveTestSupport.h"
 #include "tests/support/Failures.h"
@@ -62,6 +63,36 @@ TEST(Archive, valuesAreTheirLittleEndianBytes) {
   bool flag = false;
   LoadFrom("\x02", [&](Archive& archive) { archive.Transfer(flag); });
   EXPECT_TRUE(flag);
+}
+
+/// Returns the bytes of doubles from 1 on, in hexadecimal.
+std::string DoublesFromOne(int count) {
+  std::string bytes;
+  for (int i = 1; i <= count; ++i) {
+    const double value = i;
+    bytes.append(reinterpret_cast<const char*>(&value), sizeof value);
+  }
+  return ToHex(bytes);
+}
+
+TEST(Archive, valuesInSpaceAreTheirNumbersInOrder) {
+  CheckBytes<Vec3i>("Vec3i", "01 00 00 00 FE FF FF FF 03 00 00 00", Vec3i(1, -2, 3), Vec3i());
+  CheckBytes<Vec3d>("Vec3d",
+                    "00 00 00 00 00 00 F0 3F 00 00 00 00 00 00 00 40 00 00 00 00 00 00 08 40",
+                    Vec3d(1, 2, 3), Vec3d());
+  CheckBytes<Quat4d>("Quat4d", DoublesFromOne(4).c_str(), Quat4d(1, 2, 3, 4), Quat4d());
+  CheckBytes<Box3d>("Box3d", DoublesFromOne(6).c_str(), Box3d(1, 2, 3, 4, 5, 6), Box3d());
+  const Mat4d matrix(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, Mat4d::TYPE_2D);
+  CheckBytes<Mat4d>("Mat4d", DoublesFromOne(16).c_str(), matrix, Mat4d::IDENTITY);
+}
+
+TEST(Archive, matrixForgetsItsTypeInBothDirections) {
+  Mat4d matrix(2, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, Mat4d::TYPE_COMPLEX);
+  const std::string bytes = Stored([&](Archive& archive) { archive.Transfer(matrix); });
+  EXPECT_EQ(matrix.GetType(), Mat4d::TYPE_2D);
+  Mat4d loaded = Mat4d::IDENTITY;
+  LoadFrom(bytes, [&](Archive& archive) { archive.Transfer(loaded); });
+  EXPECT_EQ(loaded.GetType(), Mat4d::TYPE_2D);
 }
 
 TEST(Archive, aLongThatNeedsMoreThan32BitsIsRefused) {

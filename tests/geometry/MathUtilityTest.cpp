@@ -94,4 +94,62 @@ TEST(AlmostEqual, agreesWithStepsTakenOneByOne) {
   }
 }
 
+TEST(MathUtility, lengthOfThreeDoesNotOverflow) {
+  EXPECT_EQ(shr::hypot(2.0, -3.0, 6.0), 7.0);
+  EXPECT_EQ(shr::hypot(0.0, 0.0, -4.0), 4.0);
+  EXPECT_DOUBLE_EQ(shr::hypot(2e300, 3e300, 6e300), 7e300);
+  EXPECT_DOUBLE_EQ(shr::hypot(2e-300, 6e-300, 3e-300), 7e-300);
+  EXPECT_TRUE(std::isnan(shr::hypot(0.0, 0.0, 0.0)));
+}
+
+static_assert(Normalize(15.0, 10.0, 20.0) == 0.5 && Normalize(5.0, 10.0, 20.0) == 0.0);
+static_assert(Normalize(25.0, 10.0, 20.0) == 1.0 && Normalize(15.0, 20.0, 10.0) == 0.5);
+
+TEST(MathUtility, everyValueLiesAtAnEndOfARangeWithoutExtent) {
+  EXPECT_EQ(Normalize(3.0, 2.0, 2.0), 1.0);
+  EXPECT_EQ(Normalize(1.0, 2.0, 2.0), 0.0);
+  EXPECT_TRUE(std::isnan(Normalize(2.0, 2.0, 2.0)));
+}
+
+TEST(RoundSig, keepsTheDigitsAskedFor) {
+  const struct {
+    double value;
+    int digits;
+    double expected;
+  } rows[] = {
+      {123456.0, 3, 123000.0},
+      {-0.00123456, 3, -0.00123},
+      {999.9, 3, 1000.0},
+      {0.5, 1, 0.5},
+      {25.0, 1, 30.0},
+      {1000.0, 1, 1000.0},
+      {1.0 / 3.0, 15, 0.333333333333333},
+      {1e300 / 7.0, 2, 1.4e299},
+      {3e-310, 1, 3e-310},
+      {123.0, 0, 123.0},
+      {1.0 / 3.0, 16, 1.0 / 3.0},
+      {0.0, 3, 0.0},
+      {shr::NEG_INFINITY, 3, shr::NEG_INFINITY},
+  };
+  for (const auto& row : rows) {
+    EXPECT_TRUE(AlmostEqual(RoundSig(row.value, row.digits), row.expected, 1)) << row.value;
+  }
+  EXPECT_EQ(RoundSig(1.2345, 3), 1.23);
+  EXPECT_TRUE(std::isnan(RoundSig(shr::NAN, 3)));
+}
+
+TEST(RoundSig, errorIsHalfAUnitOfTheLastDigitAndRoundingTwiceChangesNothing) {
+  std::mt19937_64 random(7);
+  std::uniform_real_distribution<double> mantissa(1.0, 10.0);
+  for (int i = 0; i < 2000; ++i) {
+    const int digits = 1 + i % 15;
+    const int exponent = i % 600 - 300;
+    const double value = mantissa(random) * std::pow(10.0, exponent);
+    const double rounded = RoundSig(value, digits);
+    const double unit = std::pow(10.0, exponent - digits + 1);
+    ASSERT_LE(std::abs(rounded - value), 0.5 * unit + 1e-15 * value) << value << " to " << digits;
+    ASSERT_TRUE(AlmostEqual(RoundSig(rounded, digits), rounded, 4)) << value << " to " << digits;
+  }
+}
+
 }  // namespace
