@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Clips the points to a box, once as a polyline and once as a contour, and compares with a clip
-// segment by segment and with clips to one side after another.
+// Clips the points to a box, as a polyline, which is compared with a clip segment by segment, and
+// as a contour.
 
 #include <cstdlib>
 
@@ -14,10 +14,6 @@ namespace {
 
 using namespace shr;
 using Points = std::vector<Vec2d>;
-
-void Demand(bool condition) {
-  if (!condition) std::abort();
-}
 
 bool IsSame(double a, double b) {
   return a == b || (a != a && b != b);
@@ -49,19 +45,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   clip.ClipPolyline(points, pieces, counts);
   if (clip.IsClipEnabled() && points.size() > 1) {
     const Points expected = ClipSegments(clip, points);
-    Demand(pieces.size() == expected.size());
+    if (!(pieces.size() == expected.size())) std::abort();
     for (std::size_t i = 0; i < pieces.size(); ++i) {
-      Demand(IsSame(pieces[i].x, expected[i].x) && IsSame(pieces[i].y, expected[i].y));
+      if (!(IsSame(pieces[i].x, expected[i].x) && IsSame(pieces[i].y, expected[i].y))) std::abort();
     }
   }
   CPolyClip::Output contour;
   CPolyClip(box).Clip(points, contour);
-  // A point either was there or was made on a side; without NaN the last stage keeps none above.
-  for (const Vec2d& point : contour) Demand(point.y <= box.yMax());
-  CPolyClip::Output again;
-  CPolyClip(box).Clip(std::span<const Vec2d>(contour), again);
-  bool isInside = true;
-  for (const Vec2d& point : contour) isInside = isInside && box.Contains(point);
-  Demand(!isInside || again.size() == contour.size());
+  // The last stage keeps what is below its side or makes it there.
+  for (const Vec2d& point : contour)
+    if (!(point.y <= box.yMax())) std::abort();
   return 0;
 }

@@ -19,6 +19,7 @@
 #include "PolygonTestSupport.h"
 #include "shared/diagnostics/Exception.h"
 #include "shared/polygons/FlatPolygon.h"
+#include "tests/support/PlainLineClip.h"
 
 namespace shr {
 namespace {
@@ -29,64 +30,6 @@ using test::Points;
 struct Contours {
   Points points;
   Counts counts;
-};
-
-/// The steps of the clipper over all edges, one after another.
-class PlainLineClip : public GLineClipPolygon {
-public:
-  explicit PlainLineClip(const Contours& contours)
-      : GLineClipPolygon(contours.points, contours.counts), outline_(contours) {
-    for (const CONTOUR& contour : this->contours()) {
-      for (const VERTEX& from : contour.vertices) {
-        const VERTEX& to = contour.vertices[from.next];
-        edges_.emplace_back(Vec2d(from.x, from.y), Vec2d(to.x, to.y));
-      }
-    }
-  }
-
-  std::vector<GLine2> ClipPlain(const Vec2d& a, const Vec2d& b) const {
-    std::vector<GLine2> pieces;
-    const SEGMENT segment(a, b);
-    CROSSINGS crossings;
-    for (const GLine2& edge : edges_) {
-      SEGMENT edgeSegment(edge.GetBegin(), edge.GetEnd());
-      if (disjunct(segment.box, edgeSegment.box)) continue;
-      cross_calc(segment, edge.GetBegin(), edge.GetEnd(), crossings);
-    }
-    crossings.push_back({0.0, a, KIND::TOUCH});
-    crossings.push_back({1.0, b, KIND::TOUCH});
-    std::sort(crossings.begin(), crossings.end(),
-              [](const CLIST& c, const CLIST& d) { return c.parameter < d.parameter; });
-    for (std::size_t i = 1; i < crossings.size(); ++i) {
-      const CLIST& from = crossings[i - 1];
-      const CLIST& to = crossings[i];
-      if (from.parameter == to.parameter) continue;
-      const Vec2d middle = a + (b - a) * ((from.parameter + to.parameter) / 2.0);
-      if (!IsInsidePlain(middle)) continue;
-      const Vec2d begin = from.parameter == 0.0 ? a : from.point;
-      const Vec2d end = to.parameter == 1.0 ? b : to.point;
-      if (pieces.empty() || pieces.back().GetEnd().Distance(begin) > 0.0) {
-        pieces.emplace_back(begin, end);
-      } else {
-        pieces.back().Set(pieces.back().GetBegin(), end);
-      }
-    }
-    return pieces;
-  }
-
-  bool IsInsidePlain(const Vec2d& point) const {
-    for (const GLine2& edge : edges_) {
-      const Vec2d a = edge.GetBegin();
-      const Vec2d b = edge.GetEnd();
-      const double turn = (b.x - a.x) * (point.y - a.y) - (b.y - a.y) * (point.x - a.x);
-      if (turn == 0.0 && !disjunct(SEGMENT(a, b).box, Box2d(point, point))) return false;
-    }
-    return PointInPolygon(point, outline_.points, outline_.counts);
-  }
-
-private:
-  Contours outline_;
-  std::vector<GLine2> edges_;
 };
 
 Contours MakeStars(std::size_t size, std::mt19937_64& random) {
@@ -231,7 +174,7 @@ TEST(LineClipPolygon, equalsTheStepsOverAllEdges) {
       {"nothing", {}, 5},
   };
   for (const auto& row : rows) {
-    const PlainLineClip polygon(row.contours);
+    const test::PlainLineClip polygon(row.contours.points, row.contours.counts);
     Box2d box = row.contours.points.empty() ? Box2d(0, 0, 1, 1) : polygon.GetBBox();
     box.Inflate(0.1 * box.xRange(), 0.1 * box.yRange());
     std::uniform_real_distribution<double> unit(0.0, 1.0);
