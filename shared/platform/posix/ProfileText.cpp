@@ -286,15 +286,16 @@ std::optional<std::string> ProfileText::WithSection(
   const Section* const found = FindSection(section);
   if (found == nullptr && content.empty()) return std::nullopt;
   if (found == nullptr) return WithNewSection(section, content);
-  std::string changed = bytes_;
-  for (std::size_t i = sections_.size(); i-- > 0;) {
-    const Section& replaced = sections_[i];
+  std::string changed;
+  std::size_t copied = 0;
+  for (const Section& replaced : sections_) {
     if (!EqualNames(replaced.name, found->name)) continue;
     const std::size_t begin = ContentBegin(replaced);
-    const bool filled = &replaced == found && !content.empty();
-    changed.replace(begin, FilledEnd(replaced) - begin,
-                    filled ? LineEndBefore(begin) + content : std::string());
+    changed.append(bytes_, copied, begin - copied);
+    if (&replaced == found && !content.empty()) changed += LineEndBefore(begin) + content;
+    copied = FilledEnd(replaced);
   }
+  changed.append(bytes_, copied);
   return Finished(std::move(changed));
 }
 
