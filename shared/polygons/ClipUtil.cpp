@@ -104,4 +104,30 @@ void GClipPolyPolygonToGPolygon(const Vec2d* points, const unsigned int* counts,
                           outCounts, closed);
 }
 
+void GClipGPolygonToGPolygon(const GPolygon2d& subject, const GPolygon2d& clip,
+                             GPolygon2d& result) {
+  Box2d box;
+  if (clip.IsRectangle(&box)) {
+    GClipGPolygonToRect(subject, box, result);
+  } else {
+    subject.Intersection(clip, result);
+  }
+}
+
+void GClipGPolygonToGPolygon(const GPolygon2d& subject, const GPolygon2d& clip,
+                             std::vector<Vec2d>& points, std::vector<unsigned int>& counts,
+                             bool closed) {
+  GPolygon2d result;
+  GClipGPolygonToGPolygon(subject, clip, result);
+  result.GetPolyPolygon(points, counts, closed);
+}
+
+void GClipPolyPolygonToGPolygon(const Vec2d* points, const unsigned int* counts,
+                                std::size_t numContours, const GPolygon2d& clip,
+                                std::vector<Vec2d>& outPoints, std::vector<unsigned int>& outCounts,
+                                bool closed) {
+  GClipGPolygonToGPolygon(MakePolygon<GPolygon2d>(points, counts, numContours), clip, outPoints,
+                          outCounts, closed);
+}
+
 }  // namespace shr

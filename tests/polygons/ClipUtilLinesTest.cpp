@@ -11,11 +11,11 @@
 #include <algorithm>
 #include <vector>
 
-#include "PolygonTestSupport.h"
 #include "shared/diagnostics/Exception.h"
 #include "shared/polygons/GDashLineGenerator.h"
 #include "shared/polygons/GPolygon.h"
 #include "shared/polygons/LineClipPolygon.h"
+#include "tests/polygons/PolygonTestSupport.h"
 
 namespace shr {
 namespace {

@@ -103,6 +103,15 @@ TEST(ClipUtil, allFormsOfTheSameCallAgree) {
       GClipPolyPolygonToRectUsingGPolygon2d(star.data(), counts.data(), 2, BOX, flat.points,
                                             flat.counts, closed);
       EXPECT_EQ(FlatOf(clipped2d, closed), flat);
+      GClipGPolygonToGPolygon(polygon2d, GPolygon2d(0, 0, 4, 4), flat.points, flat.counts, closed);
+      EXPECT_EQ(FlatOf(clipped2d, closed), flat);
+      const GPolygon2d clip2d(clip);
+      polygon2d.Intersection(clip2d, clipped2d);
+      GClipGPolygonToGPolygon(polygon2d, clip2d, flat.points, flat.counts, closed);
+      EXPECT_EQ(FlatOf(clipped2d, closed), flat);
+      GClipPolyPolygonToGPolygon(star.data(), counts.data(), 2, clip2d, flat.points, flat.counts,
+                                 closed);
+      EXPECT_EQ(FlatOf(clipped2d, closed), flat);
     }
   }
 }

@@ -16,7 +16,7 @@
 #include <random>
 #include <vector>
 
-#include "PolygonTestSupport.h"
+#include "tests/polygons/PolygonTestSupport.h"
 #include "shared/diagnostics/Exception.h"
 #include "shared/polygons/FlatPolygon.h"
 #include "tests/support/PlainLineClip.h"

@@ -16,8 +16,8 @@
 #include <tuple>
 #include <vector>
 
-#include "PolygonTestSupport.h"
 #include "shared/diagnostics/Exception.h"
+#include "tests/polygons/PolygonTestSupport.h"
 
 namespace shr {
 namespace {
