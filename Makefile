@@ -19,7 +19,7 @@ GOAL ?= all
 help: ## List the commands
 	@sed -nE 's/^([a-z-]+):.*## (.*)$$/  make \1|\2/p' $(MAKEFILE_LIST) | awk -F'|' '{ printf "%-18s %s\n", $$1, $$2 }'
 
-demo: ## Build the map report and run it on the data of the repository
+demo: ## Build the map report and draw maps from the data of the repository
 	@tools/setup.sh demo
 	@tools/demo.sh
 

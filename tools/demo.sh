@@ -2,12 +2,29 @@
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
 #
-# Builds the map report with optimisation and runs it on the data of the repository. The last line, which the
-# program prints, is the path of the report.
+# Builds the map report with optimisation and runs it on the data of the repository: Europe from a settings file,
+# with steps taken back and redone, saved, loaded again and logged; Mexico alone; the world. Each run prints the path
+# of its report. The last line is that of the world.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 cmake --preset release
 cmake --build --preset release --target mapreport
 data=examples/data
-build/release/bin/mapreport --map "$data/countries-50m.txt" --points "$data/earthquakes.csv" \
-  --cities "$data/cities-utf16le.csv" --out "$PWD/build/demo"
+out=$PWD/build/demo
+mkdir -p "$out"
+program=build/release/bin/mapreport
+
+echo "Europe, with two steps taken back and redone:"
+"$program" --config examples/mapreport/europe.ini --undo 2 --save "$out/europe.map" --geojson "$out/europe.json" \
+  --log "$out/europe.log" --out "$out/europe"
+echo "also $out/europe.map (saved map), europe.json (the continent's outline as GeoJSON), europe.log"
+echo "The same from the saved map:"
+"$program" --load "$out/europe.map" --out "$out/europe-loaded"
+cmp "$out/europe/report.html" "$out/europe-loaded/report.html"
+cmp "$out/europe/map.svg" "$out/europe-loaded/map.svg"
+echo "Mexico alone:"
+"$program" --window=-119,13,-85,34 --clip Mexico --rivers "$data/rivers-50m.txt" --dashes 4,2 --title Mexico \
+  --colors "Light Goldenrod Yellow,Tomato" --out "$out/mexico"
+echo "The world:"
+"$program" --map "$data/countries-50m.txt" --points "$data/earthquakes.csv" --cities "$data/cities-utf16le.csv" \
+  --out "$out"

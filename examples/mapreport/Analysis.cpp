@@ -95,6 +95,7 @@ bool ClipToWindow(Model& model, const Box2d& window, IProgress& progress) {
                       model.countries.size() + model.rivers.size());
   model.window = window;
   model.clip = Area();
+  model.continent = Area();
   for (Event& event : model.events) {
     event.visible = PlaceInWindow(event.position, window).has_value();
   }

@@ -22,8 +22,8 @@
 namespace mapreport {
 
 /// Sets the window, marks the events and cities that lie in it (edges included) and cuts the
-/// countries and rivers to it. An earlier clip to an area is gone. Returns false when the user
-/// stopped it; the model is then half done.
+/// countries and rivers to it. An earlier clip to an area and a union are gone. Returns false when
+/// the user stopped it; the model is then half done.
 bool ClipToWindow(Model& model, const Box2d& window, IProgress& progress);
 
 /// Finds the country of each visible event, and counts and largest event of each country.

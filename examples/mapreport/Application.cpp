@@ -8,9 +8,11 @@
 #include <memory>
 #include <new>
 
+#include "examples/mapreport/Areas.h"
 #include "examples/mapreport/MapArchive.h"
 #include "examples/mapreport/MapCommands.h"
 #include "examples/mapreport/MapEditor.h"
+#include "examples/mapreport/MapGeoJson.h"
 #include "examples/mapreport/OutputFiles.h"
 #include "examples/mapreport/ReportPage.h"
 #include "examples/mapreport/RunLog.h"
@@ -53,16 +55,25 @@ void Complain(const GString& message) {
 void RunSteps(MapEditor& editor, Model& model, const Options& options, IProgress& progress) {
   const Settings& settings = options.settings;
   const bool isNew = options.load.empty();
-  const bool isClipped = isNew || settings.window;
-  if (isClipped) {
-    const Box2d window = settings.window.value_or(isNew ? WORLD : model.window);
+  const bool isClipped = isNew || settings.window || settings.clip;
+  if (isNew || settings.window) {
+    const Box2d window = settings.window.value_or(WORLD);
     editor.Do(std::make_shared<ClipToWindowCommand>(model, progress, window));
+  }
+  if (settings.clip) {
+    const Area area = FindArea(model, *settings.clip);
+    editor.Do(std::make_shared<ClipToAreaCommand>(model, progress, area));
+  }
+  if (isClipped) {
     editor.Do(std::make_shared<CountEventsCommand>(model, progress));
   }
   if (isClipped || settings.HasColors()) {
     Palette palette = isNew ? DefaultPalette() : model.palette;
     settings.Apply(palette);
     editor.Do(std::make_shared<ColorByCountCommand>(model, progress, palette));
+  }
+  if (settings.continent) {
+    editor.Do(std::make_shared<UniteContinentCommand>(model, progress, *settings.continent));
   }
 }
 
@@ -105,8 +116,9 @@ Model MakeModel(const Options& options, IProgress& progress) {
 Outputs MakeOutputs(Model& model, const Options& options, IProgress& progress) {
   const Operation operation(progress, L"Drawing", 0);
   const MapPicture picture = DrawMap(model);
-  Outputs outputs{picture.svg, MakePage(model, picture, MAP_NAME), std::string()};
+  Outputs outputs{picture.svg, MakePage(model, picture, MAP_NAME), {}, {}};
   if (!options.save.empty()) outputs.saved = StoreMap(model);
+  if (!options.geojson.empty()) outputs.geojson = MakeGeoJson(model);
   return outputs;
 }
 
@@ -116,6 +128,7 @@ GString WriteOutputs(const Outputs& outputs, const Options& options) {
   const GString report = folder.Join(PAGE_NAME);
   files.Add(folder.Join(MAP_NAME), outputs.map);
   if (!options.save.empty()) files.Add(options.save, outputs.saved);
+  if (!options.geojson.empty()) files.Add(options.geojson, outputs.geojson);
   files.Add(report, outputs.page);
   files.Commit();
   return report;

@@ -17,9 +17,10 @@ namespace mapreport {
 
 /// What a run writes.
 struct Outputs {
-  std::string map;    ///< content of map.svg
-  std::string page;   ///< content of report.html
-  std::string saved;  ///< content of the saved map, empty when none is asked for
+  std::string map;        ///< content of map.svg
+  std::string page;       ///< content of report.html
+  std::string saved{};    ///< content of the saved map, empty when none is asked for
+  std::string geojson{};  ///< content of the GeoJSON file, empty when none is asked for
 };
 
 /// Reads the inputs or the saved map, and runs the steps on it that the options ask for. Errors:

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "examples/mapreport/Analysis.h"
+#include "examples/mapreport/Areas.h"
 #include "examples/mapreport/Format.h"
 #include "examples/mapreport/Settings.h"
 
@@ -19,7 +20,7 @@ namespace {
 class SavedView : public SavedPart {
 public:
   explicit SavedView(const Model& model)
-      : window_(model.window), clip_(model.clip), events_(), cities_() {
+      : window_(model.window), clip_(model.clip), continent_(model.continent) {
     for (const Country& country : model.countries) countries_.push_back(country.visible);
     for (const River& river : model.rivers) rivers_.push_back(river.visible);
     for (const Event& event : model.events) events_.push_back(event.visible);
@@ -29,6 +30,7 @@ public:
   void Exchange(Model& model) override {
     std::swap(window_, model.window);
     std::swap(clip_, model.clip);
+    std::swap(continent_, model.continent);
     for (std::size_t i = 0; i < countries_.size(); ++i) {
       std::swap(countries_[i], model.countries[i].visible);
     }
@@ -51,6 +53,7 @@ private:
 
   Box2d window_;
   Area clip_;
+  Area continent_;
   std::vector<Contours> countries_;
   std::vector<Contours> rivers_;
   std::vector<bool> events_;
@@ -101,6 +104,17 @@ private:
   Palette palette_;
   std::vector<ColorClass> classes_;
   std::vector<Color4b> fills_;
+};
+
+/// The united continent.
+class SavedContinent : public SavedPart {
+public:
+  explicit SavedContinent(const Model& model) : continent_(model.continent) {}
+
+  void Exchange(Model& model) override { std::swap(continent_, model.continent); }
+
+private:
+  Area continent_;
 };
 
 void Exchange(const std::shared_ptr<Memento>& saved, Model& model) {
@@ -154,6 +168,38 @@ std::shared_ptr<SavedPart> ClipToWindowCommand::Save() const {
 
 bool ClipToWindowCommand::Apply() {
   return ClipToWindow(Target(), window_, Indicator());
+}
+
+std::unique_ptr<Command> ClipToAreaCommand::CloneImpl() const {
+  return std::make_unique<ClipToAreaCommand>(Target(), Indicator(), area_);
+}
+
+void ClipToAreaCommand::EnumerateOptionsImpl(CommandOptionList& options) const {
+  options.emplace_back(L"Area", area_.name);
+}
+
+std::shared_ptr<SavedPart> ClipToAreaCommand::Save() const {
+  return std::make_shared<SavedView>(Target());
+}
+
+bool ClipToAreaCommand::Apply() {
+  return ClipToArea(Target(), area_, Indicator());
+}
+
+std::unique_ptr<Command> UniteContinentCommand::CloneImpl() const {
+  return std::make_unique<UniteContinentCommand>(Target(), Indicator(), continent_);
+}
+
+void UniteContinentCommand::EnumerateOptionsImpl(CommandOptionList& options) const {
+  options.emplace_back(L"Continent", continent_);
+}
+
+std::shared_ptr<SavedPart> UniteContinentCommand::Save() const {
+  return std::make_shared<SavedContinent>(Target());
+}
+
+bool UniteContinentCommand::Apply() {
+  return UniteContinent(Target(), continent_, Indicator());
 }
 
 std::unique_ptr<Command> CountEventsCommand::CloneImpl() const {

@@ -12,6 +12,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
 #include "examples/mapreport/Model.h"
 #include "examples/mapreport/Progress.h"
@@ -66,6 +67,42 @@ private:
   bool Apply() override;
 
   Box2d window_;
+};
+
+/// Shows only what lies in an area.
+class ClipToAreaCommand : public MapCommand {
+public:
+  ClipToAreaCommand(Model& model, IProgress& progress, Area area)
+      : MapCommand(model, progress), area_(std::move(area)) {}
+
+  GString Label() const override { return L"Clip to " + area_.name; }
+
+private:
+  GString KeyImpl() const override { return L"ClipToArea"; }
+  std::unique_ptr<Command> CloneImpl() const override;
+  void EnumerateOptionsImpl(shr::CommandOptionList& options) const override;
+  std::shared_ptr<SavedPart> Save() const override;
+  bool Apply() override;
+
+  Area area_;
+};
+
+/// Unites the visible parts of the countries of a continent.
+class UniteContinentCommand : public MapCommand {
+public:
+  UniteContinentCommand(Model& model, IProgress& progress, const GString& continent)
+      : MapCommand(model, progress), continent_(continent) {}
+
+  GString Label() const override { return L"Unite the countries of " + continent_; }
+
+private:
+  GString KeyImpl() const override { return L"UniteContinent"; }
+  std::unique_ptr<Command> CloneImpl() const override;
+  void EnumerateOptionsImpl(shr::CommandOptionList& options) const override;
+  std::shared_ptr<SavedPart> Save() const override;
+  bool Apply() override;
+
+  GString continent_;
 };
 
 /// Counts the events of each country.

@@ -50,7 +50,10 @@ struct RawOptions {
   std::string config;
   std::string load;
   std::string save;
+  std::string geojson;
   std::string window;
+  std::string clip;
+  std::string continent;
   std::string colors;
   std::string dashes;
   std::string out;
@@ -105,6 +108,11 @@ void AddSettings(CLI::App& app, RawOptions& raw, Options& options) {
   app.add_option("--window", raw.window, "Part of the world to show, in degrees")
       ->type_name("W,S,E,N")
       ->check(MustParse(ParseWindow, "is no window; it takes west,south,east,north in degrees"));
+  app.add_option("--clip", raw.clip,
+                 "Show only what lies in a country or a polygon: a name, WKT, GeoJSON, or @FILE")
+      ->type_name("AREA");
+  app.add_option("--union-continent", raw.continent, "Unite the countries of a continent")
+      ->type_name("NAME");
   app.add_option("--colors", raw.colors,
                  "Colors from few events to many, by name or #rrggbb; two or more")
       ->type_name("C,C...")
@@ -134,6 +142,9 @@ void AddOutputs(CLI::App& app, RawOptions& raw, Options& options) {
       ->type_name("FILE")
       ->excludes("--map", "--points", "--cities", "--rivers", "--attributes", "--config", "--last");
   app.add_option("--save", raw.save, "Save the map with all that was done to it")
+      ->type_name("FILE");
+  app.add_option("--geojson", raw.geojson,
+                 "Write the united continent, or else the visible countries, as GeoJSON")
       ->type_name("FILE");
   app.add_option("--undo", options.undo,
                  "Take the last N steps back and do them again; the report tells them")
@@ -171,6 +182,8 @@ Settings MakeSettings(const RawOptions& raw) {
   Settings settings;
   if (!raw.title.empty()) settings.title = FromUtf8(raw.title);
   if (!raw.window.empty()) settings.window = ParseWindow(FromUtf8(raw.window));
+  if (!raw.clip.empty()) settings.clip = FromUtf8(raw.clip);
+  if (!raw.continent.empty()) settings.continent = FromUtf8(raw.continent);
   if (!raw.colors.empty()) settings.ramp = ParseColors(FromUtf8(raw.colors));
   if (!raw.dashes.empty()) settings.dashes = ParseDashes(FromUtf8(raw.dashes));
   settings.labels = raw.labels;
@@ -187,6 +200,7 @@ void Complete(const RawOptions& raw, Options& options) {
   options.settings.Complete(file.settings);
   options.load = FromUtf8(raw.load);
   options.save = FromUtf8(raw.save);
+  options.geojson = FromUtf8(raw.geojson);
   options.log = FromUtf8(raw.log);
   if (!raw.remoteLog.empty()) options.remoteLog = ParseRemoteLog(FromUtf8(raw.remoteLog));
   options.outFolder = FromUtf8(raw.out);
@@ -230,8 +244,11 @@ CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
   CLI::App app("Draws earthquakes and their countries as a map and an HTML report.", "mapreport");
   app.set_version_flag("--version", "mapreport " MAPREPORT_VERSION);
   app.footer(FOOTER);
+  app.option_defaults()->group("Inputs");
   AddInputs(app, raw);
+  app.option_defaults()->group("The map");
   AddSettings(app, raw, result.options);
+  app.option_defaults()->group("Outputs and steps");
   AddOutputs(app, raw, result.options);
   // The parser takes the arguments from the back.
   std::vector<std::string> reversed;

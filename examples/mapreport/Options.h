@@ -22,6 +22,7 @@ struct Options {
   Settings settings;  ///< the choices of all places together
   GString load;       ///< saved map to begin with, or empty
   GString save;       ///< where to save the map, or empty
+  GString geojson;    ///< where to write areas as GeoJSON, or empty
   std::size_t undo = 0;
   bool remember = false;
   GString log;

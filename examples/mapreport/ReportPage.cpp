@@ -88,6 +88,19 @@ void WriteSummary(CHtmlReport& report, const Model& model) {
   report << Paragraph(HtmlEscape(text), CoreAttrib("", "note", "", ""));
 }
 
+/// Tells the clip and the union; nothing without them.
+void WriteAreas(CHtmlReport& report, const Model& model) {
+  GString text;
+  if (!model.clip.IsEmpty()) text = L"Clipped to " + model.clip.name + L". ";
+  if (!model.continent.IsEmpty()) {
+    const Contours& rings = model.continent.rings;
+    text += L"The countries of " + model.continent.name + L" are united: " +
+            FormatCount(rings.counts.size(), L"ring", L"rings") + L", " +
+            FormatCount(rings.points.size(), L"point", L"points") + L".";
+  }
+  if (!text.empty()) report << Paragraph(HtmlEscape(text), CoreAttrib("", "note", "", ""));
+}
+
 void WritePicture(CHtmlReport& report, const Model& model, const MapPicture& picture,
                   const GString& pictureName) {
   const std::string name = HtmlEscape(pictureName);
@@ -220,6 +233,7 @@ std::string MakePage(const Model& model, const MapPicture& picture, const GStrin
   const std::string title = HtmlEscape(model.view.title);
   report << Preamble(title, STYLE) << Heading(1, title);
   WriteSummary(report, model);
+  WriteAreas(report, model);
   WritePicture(report, model, picture, pictureName);
   WriteCountries(report, model);
   WriteStrongest(report, model);

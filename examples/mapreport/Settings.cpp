@@ -9,6 +9,7 @@
 #include <string>
 
 #include "examples/mapreport/SvgWriter.h"
+#include "shared/color/ColorTable.h"
 #include "shared/commands/RegParamList.h"
 #include "shared/platform/WindowsTypes.h"
 
@@ -20,6 +21,7 @@ namespace {
 
 constexpr double SMALLEST_SIDE = 0.01;
 constexpr double LONGEST_DASH = 1000;
+constexpr unsigned char OPAQUE_ALPHA = 255;
 constexpr std::size_t MOST_DASHES = 32;
 constexpr const wchar_t* SOLID = L"solid";
 
@@ -88,6 +90,8 @@ void Settings::Complete(const Settings& other) {
   Take(sea, other.sea);
   Take(river, other.river);
   Take(dashes, other.dashes);
+  Take(clip, other.clip);
+  Take(continent, other.continent);
 }
 
 void Settings::Apply(View& view) const {
@@ -168,7 +172,12 @@ GString ColorsText(const std::vector<Color4b>& colors) {
 }
 
 std::optional<Color4b> ParseColor(const GString& text) {
-  return ParseHexColor(text);
+  GString name = text;
+  name.Trim();
+  const CColorTable& table = CColorTable::Instance();
+  std::size_t index = 0;
+  if (!table.IndexFromColor(name, index)) return ParseHexColor(name);
+  return Color4b(table[index].Color(), OPAQUE_ALPHA);
 }
 
 std::optional<std::vector<double>> ParseDashes(const GString& text) {

@@ -30,6 +30,8 @@ struct Settings {
   std::optional<Color4b> sea;
   std::optional<Color4b> river;
   std::optional<std::vector<double>> dashes;
+  std::optional<GString> clip;       ///< what `FindArea` takes
+  std::optional<GString> continent;  ///< whose countries are united
 
   /// Takes over what is absent here and present in `other`.
   void Complete(const Settings& other);
@@ -63,7 +65,7 @@ bool IsWindow(const Box2d& window);
 std::optional<std::vector<Color4b>> ParseColors(const GString& text);
 /// Returns "#rrggbb,#rrggbb".
 GString ColorsText(const std::vector<Color4b>& colors);
-/// Reads the name of a color, in any letter case, or "#rrggbb".
+/// Reads "#rrggbb" or the name of a color of `shr::CColorTable`, in any letter case.
 std::optional<Color4b> ParseColor(const GString& text);
 
 /// Reads lengths between commas or blanks, drawn and left out in turn; "solid" is a line without

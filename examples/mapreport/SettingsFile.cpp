@@ -59,6 +59,10 @@ constexpr Key KEYS[] = {
      [](const GString& v, SettingsFile& f) { return Store(ParseRows(v), f.settings.labels); }},
     {L"Map", L"Strongest",
      [](const GString& v, SettingsFile& f) { return Store(ParseRows(v), f.settings.strongest); }},
+    {L"Map", L"Clip",
+     [](const GString& v, SettingsFile& f) { return Store({v}, f.settings.clip); }},
+    {L"Map", L"UnionContinent",
+     [](const GString& v, SettingsFile& f) { return Store({v}, f.settings.continent); }},
     {L"Colors", L"Ramp",
      [](const GString& v, SettingsFile& f) { return Store(ParseColors(v), f.settings.ramp); }},
     {L"Colors", L"None",
@@ -124,6 +128,12 @@ SettingsFile ReadSettingsFile(const GString& path) {
   for (GString* const input :
        {&result.map, &result.points, &result.cities, &result.rivers, &result.attributes}) {
     MakeRelativeTo(FolderOf(path), *input);
+  }
+  std::optional<GString>& clip = result.settings.clip;
+  if (clip && (*clip)[0] == L'@') {
+    GString area = clip->substr(1);
+    MakeRelativeTo(FolderOf(path), area);
+    clip = L"@" + area;
   }
   return result;
 }

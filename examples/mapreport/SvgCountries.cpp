@@ -47,6 +47,16 @@ public:
     svg_.End();
   }
 
+  void DrawOutline(const Contours& contours, const char* cssClass) {
+    borders_ = PathBuilder();
+    const Vec2d* points = contours.points.data();
+    for (const unsigned int count : contours.counts) {
+      AddBorders(Ring{points, count});
+      points += count;
+    }
+    DrawPath(borders_, cssClass, "");
+  }
+
 private:
   void Split(const Country& country) {
     const Contours& contours = country.visible;
@@ -162,6 +172,12 @@ private:
 void DrawCountries(SvgWriter& svg, const Model& model, const Projection& projection) {
   CountryPainter painter(svg, projection);
   for (const Country& country : model.countries) painter.Draw(country);
+}
+
+void DrawAreas(SvgWriter& svg, const Model& model, const Projection& projection) {
+  CountryPainter painter(svg, projection);
+  painter.DrawOutline(model.clip.rings, "clip");
+  painter.DrawOutline(model.continent.rings, "continent");
 }
 
 }  // namespace mapreport

@@ -3,7 +3,7 @@
 
 // The page is laid out in units of a CSS pixel. The map is as large as MAX_WIDTH by MAX_HEIGHT
 // allow, the page at least as wide as the legend. Layers go from the bottom up: sea, countries,
-// rivers, graticule, events, names, frame.
+// rivers, areas, graticule, events, names, frame.
 
 #include "examples/mapreport/SvgMap.h"
 
@@ -39,6 +39,8 @@ constexpr const char* STYLE_SHEET =
     "'Noto Sans Thai',Arial,sans-serif;fill:#2b2b2b}"
     ".country{stroke:#857a6b;stroke-width:.5;stroke-linejoin:round}"
     ".river{fill:none;stroke-width:.8;stroke-linejoin:round}"
+    ".clip{stroke:#6b4f3a;stroke-width:.9;stroke-linejoin:round}"
+    ".continent{stroke:#3d2b1f;stroke-width:1.6;stroke-linejoin:round}"
     ".graticule{fill:none;stroke:#5f7f93;stroke-width:.5;stroke-opacity:.45}"
     ".degree{font-size:10.5px;fill:#55626b}"
     ".event{fill:#27368a;fill-opacity:.42;stroke:#fff;stroke-width:.35;stroke-opacity:.7}"
@@ -111,6 +113,7 @@ MapPicture DrawMap(const Model& model) {
   svg.BeginRectangle(projection.Frame()).Attribute("fill", HexColor(model.palette.sea)).End();
   DrawCountries(svg, model, projection);
   DrawRivers(svg, model, projection);
+  DrawAreas(svg, model, projection);
   DrawGraticule(svg, projection, graticule);
   DrawEvents(svg, model, projection);
   Box2d labelled = projection.Frame();

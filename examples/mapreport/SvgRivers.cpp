@@ -3,8 +3,11 @@
 
 #include "examples/mapreport/SvgRivers.h"
 
+#include <optional>
 #include <span>
 #include <vector>
+
+#include "shared/polygons/GDashLineGenerator.h"
 
 namespace mapreport {
 
@@ -14,7 +17,8 @@ namespace {
 
 class RiverPainter {
 public:
-  RiverPainter(const Model& model, const Projection& projection) : projection_(projection) {
+  RiverPainter(const Model& model, const Projection& projection)
+      : projection_(projection), isDashed_(!model.view.dashes.empty()), dashes_(model.view.dashes) {
     for (const River& river : model.rivers) {
       std::size_t first = 0;
       for (const unsigned int count : river.visible.counts) {
@@ -30,11 +34,26 @@ private:
   void DrawPiece(std::span<const Vec2d> piece) {
     page_.clear();
     for (const Vec2d& point : piece) page_.push_back(projection_.ToPage(point));
-    path_.MoveTo(page_.front());
-    for (const Vec2d& point : std::span(page_).subspan(1)) path_.LineTo(point);
+    if (isDashed_) {
+      DrawDashes();
+    } else {
+      path_.MoveTo(page_.front());
+      for (const Vec2d& point : std::span(page_).subspan(1)) path_.LineTo(point);
+    }
+  }
+
+  void DrawDashes() {
+    std::optional<Vec2d> last;
+    dashes_.Decompose(std::span<const Vec2d>(page_), [&](const Vec2d& begin, const Vec2d& end) {
+      if (last != begin) path_.MoveTo(begin);
+      path_.LineTo(end);
+      last = end;
+    });
   }
 
   const Projection& projection_;
+  bool isDashed_;
+  GDashLineGenerator dashes_;
   PathBuilder path_;
   std::vector<Vec2d> page_;
 };

@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <map>
 
+#include "examples/mapreport/Progress.h"
+#include "shared/commands/ProgressFactory.h"
 #include "tests/mapreport/Inputs.h"
 
 using namespace mapreport;
@@ -57,6 +59,35 @@ TEST(Application, theEncodingOfTheCitiesDoesNotShowOnTheMap) {
   options.inputs.cities.path = GString(SHARED_EXAMPLE_DATA_DIR "/cities-utf8.csv");
   Model utf8 = MakeModel(options, silent);
   EXPECT_EQ(MakeOutputs(utf16, options, silent).map, MakeOutputs(utf8, options, silent).map);
+}
+
+TEST(Progress, anOperationIsShownFromBeginToEnd) {
+  struct Listener : IProgress {
+    void Begin(const GString& label, std::uint64_t total) override {
+      lines = {ProgressLine(label, 0, total)};
+      all = total;
+    }
+    void Advance(std::uint64_t done) override {
+      lines.push_back(ProgressLine(L"Counting", done, all));
+    }
+    bool IsCancelled() const override { return false; }
+    void End() override { lines.emplace_back(L"end"); }
+    std::vector<GString> lines;
+    std::uint64_t all = 0;
+  } listener;
+  try {
+    Operation operation(listener, L"Counting", 3);
+    EXPECT_TRUE(operation.Step());
+    EXPECT_TRUE(operation.Step());
+    throw 1;
+  } catch (int) {
+  }
+  const std::vector<GString> expected = {L"Counting 0 %", L"Counting 33 %", L"Counting 66 %",
+                                         L"end"};
+  EXPECT_EQ(expected, listener.lines);
+  EXPECT_EQ(L"Drawing", ProgressLine(L"Drawing", 7, 0));
+  EXPECT_TRUE(shr::ProgressFactory::CanConstruct(L"Console"));
+  EXPECT_FALSE(MakeProgress(true)->IsCancelled());
 }
 
 TEST(Application, outputsReplaceOldOnesTogether) {

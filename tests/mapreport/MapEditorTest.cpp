@@ -53,6 +53,23 @@ TEST(MapEditor, stepsTakenBackLeadThroughTheSameStates) {
   EXPECT_EQ(before, StoreMap(model));
 }
 
+TEST(MapEditor, clippingToAnAreaAndUnitingAreTakenBack) {
+  Model model = SmallModel();
+  model.countries[0].continent = L"C";
+  model.rivers.push_back({L"R", {Vec2d(-4, 1), Vec2d(12, 1)}, {}});
+  MapEditor editor(model, silent);
+  editor.Do(std::make_shared<ClipToWindowCommand>(model, silent, Box2d(-5, -5, 15, 15)));
+  const Area corner{L"corner", {{Vec2d(0, 0), Vec2d(3, 0), Vec2d(3, 3), Vec2d(0, 3)}, {4}}};
+  editor.Do(std::make_shared<ClipToAreaCommand>(model, silent, corner));
+  editor.Do(std::make_shared<UniteContinentCommand>(model, silent, L"c"));
+  EXPECT_EQ(L"C", model.continent.name);
+  editor.TakeBackAndRedo(3);
+  const std::vector<std::pair<GString, std::size_t>> expected = {
+      {READ, 0},       {DONE, 1},       {DONE, 2},   {DONE, 3},   {TAKEN_BACK, 2},
+      {TAKEN_BACK, 1}, {TAKEN_BACK, 0}, {REDONE, 1}, {REDONE, 2}, {REDONE, 3}};
+  EXPECT_EQ(expected, Actions(model));
+}
+
 TEST(MapEditor, noMoreStepsAreTakenBackThanThereAre) {
   Model model = SmallModel();
   MapEditor editor(model, silent);

@@ -183,6 +183,23 @@ TEST(SvgMap, theSidesOfTheWindowAreNoBorders) {
   EXPECT_FALSE(Contains(data, "z"));
 }
 
+TEST(SvgMap, riversAreDashedAlongTheirCourse) {
+  Model model = SmallModel();
+  // About 45 pixels a degree: 180 in all.
+  model.rivers.push_back({L"R", {Vec2d(0, 0), Vec2d(4, 0)}, {}});
+  const auto dashes = [&](std::vector<double> pattern) {
+    model.view.dashes = std::move(pattern);
+    const std::string svg = Draw(model, Box2d(-5, -5, 15, 15)).svg;
+    const std::size_t path = svg.find("class=\"river\"");
+    return Count(svg.substr(path, svg.find("/>", path) - path), "l");
+  };
+  const std::size_t solid = dashes({});
+  const std::size_t longDashes = dashes({10, 5});
+  EXPECT_LT(solid, longDashes);
+  EXPECT_NEAR(static_cast<double>(dashes({5, 2.5}) - solid),
+              2 * static_cast<double>(longDashes - solid), 2);
+}
+
 TEST(ReportPage, holdsTheTablesInPureAscii) {
   Model model = SmallModel();
   const MapPicture picture = Draw(model, Box2d(-5, -5, 15, 15));

@@ -49,6 +49,8 @@ TEST(Settings, colorsAndDashesAreRead) {
   const std::vector<Color4b> redToBlue = {Color4b(255, 0, 0), Color4b(0, 10, 255)};
   EXPECT_EQ(redToBlue, ParseColors(L" #FF0000, #000aff "));
   EXPECT_EQ(redToBlue, ParseColors(ColorsText(redToBlue)));
+  EXPECT_EQ((std::vector<Color4b>{Color4b::LightGoldenrodYellow, Color4b(1, 2, 3)}),
+            ParseColors(L"light goldenrod YELLOW , #010203"));
   for (const wchar_t* const text :
        {L"", L"#ff0000", L"#ff0000,", L"#ff000g,#000000", L"red-ish,#fff"}) {
     EXPECT_FALSE(ParseColors(text)) << GString(text);

@@ -6,13 +6,12 @@
 Usage: black_box.py DATA_FOLDER [EMULATOR ...] PROGRAM
 """
 
+import json
 import os
-import random
 import socket
 import subprocess
 import sys
 import tempfile
-import time
 import unittest
 
 DATA = sys.argv[1]
@@ -117,7 +116,8 @@ class MapReport(unittest.TestCase):
         status, text = self.run_program("--help")
         self.assertEqual(0, status)
         for option in ("--map", "--points", "--cities", "--window", "--out", "--quiet", "--save", "--load", "--undo",
-                       "--log", "--remote-log", "--last", "--remember", "--colors"):
+                       "--log", "--remote-log", "--last", "--remember", "--colors", "--config", "--rivers", "--clip",
+                       "--union-continent", "--geojson", "--dashes", "--attributes"):
             self.assertIn(option, text)
         status, text = self.run_program("--version")
         self.assertEqual(0, status)
@@ -182,24 +182,65 @@ class MapReport(unittest.TestCase):
         self.assert_one_line(text, "saved.map")
         self.assertFalse(os.path.exists(self.out))
 
-    if len(COMMAND) == 1:  # a signal to an emulator would not reach the program
-        def test_a_killed_run_leaves_the_old_or_the_new_map(self):
-            saved = self.path("saved.map")
-            versions = []
-            for title in ("old", "new"):
-                self.assertEqual(0, self.run_inputs("--save", saved, "--title", title)[0])
-                with open(saved, "rb") as file:
-                    versions.append(file.read())
-            options = [part for pair in self.good.items() for part in pair]
-            delays = random.Random(20260104)
-            for i in range(12):
-                run = subprocess.Popen([*COMMAND, *options, "--out", self.out, "--save", saved, "--title",
-                                        ("old", "new")[i % 2]], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-                time.sleep(delays.uniform(0, 0.06))
-                run.kill()
-                run.wait()
-                with open(saved, "rb") as file:
-                    self.assertIn(file.read(), versions)
+    def clipped_names(self, *options, status=0):
+        """Returns the names of the features that a run with `options` leaves, with their numbers of events."""
+        geojson = self.path("areas.json")
+        if os.path.exists(geojson):
+            os.remove(geojson)
+        result, text = self.run_inputs("--geojson", geojson, *options)
+        self.assertEqual(status, result, text)
+        if status != 0:
+            self.assertFalse(os.path.exists(geojson))
+            return text
+        with open(geojson, encoding="utf-8") as file:
+            features = json.load(file)["features"]
+        return {f["properties"]["name"]: f["properties"].get("events") for f in features}
+
+    def write_two_countries(self):
+        self.good["--map"] = self.write("two.txt", b"A\touter\t4\n" + SQUARE + b"B\"\touter\t4\n4, 0\n4, 4\n8, 4\n8, 0\n")
+        self.good["--attributes"] = self.write("two.csv", b'name,continent\nA,East\n"B""",East\nC,West\n')
+
+    def test_a_map_is_clipped_to_what_names_an_area(self):
+        self.write_two_countries()
+        west = "POLYGON ((0 0, 2 0, 2 4, 0 4))"
+        self.write("west.wkt", west.encode())
+        self.write("east.json", b'\xef\xbb\xbf{"type":"Polygon","coordinates":[[[5,0],[6,0],[6,4],[5,0]]]}')
+        rows = [((), {"A": 1, 'B"': 0}), (("--clip", west), {"A": 1}), (("--clip", "@" + self.path("west.wkt")), {"A": 1}),
+                (("--clip", self.path("west.wkt")), {"A": 1}), (("--clip", "@" + self.path("east.json")), {'B"': 0}),
+                (("--clip", 'b"'), {'B"': 0}), (("--clip", "MULTIPOLYGON (((9 9, 10 9, 9 10)))"), {})]
+        for options, expected in rows:
+            with self.subTest(options=options):
+                self.assertEqual(expected, self.clipped_names(*options))
+        for area, part in (("Atlantis", "'Atlantis'"), ("POLYGON ((0 0, 2 x))", "offset"), ("POLYGON EMPTY ()", "POLYGON"),
+                           ("@" + self.path("none.wkt"), "none.wkt"), ("@" + self.good["--map"], "two.txt")):
+            with self.subTest(area=area):
+                self.assert_one_line(self.clipped_names("--clip", area, status=1), part)
+
+    def test_the_countries_of_a_continent_are_united(self):
+        self.write_two_countries()
+        self.assertEqual({"East": None}, self.clipped_names("--union-continent", "east", "--undo", "1"))
+        with open(self.path("areas.json"), encoding="utf-8") as file:
+            ring = json.load(file)["features"][0]["geometry"]["coordinates"][0]
+        corners = {tuple(point) for point in ring}
+        self.assertLessEqual({(0, 0), (8, 0), (8, 4), (0, 4)}, corners)
+        self.assertIn(b"are united: 1 ring", self.outputs()["report.html"])
+        self.assert_one_line(self.clipped_names("--union-continent", "Atlantis", status=1), "It knows East.")
+
+    def test_settings_come_from_a_file(self):
+        self.write("map.ini", b"[Files]\nMap=good.txt\nPoints=good.csv\nCities=cities.csv\n[Map]\nTitle=From a file\n"
+                              b"Clip=A\n[Colors]\nSea=Light Sky Blue\n")
+        status, text = self.run_program("--config", self.path("map.ini"), "--out", self.out)
+        self.assertEqual(0, status, text)
+        page = self.outputs()
+        self.assertIn(b"<TITLE>From a file</TITLE>", page["report.html"])
+        self.assertIn(b"Clipped to A.", page["report.html"])
+        self.assertIn(b"#87cefa", page["map.svg"])
+        status, text = self.run_program("--config", self.path("map.ini"), "--out", self.out, "--title", "Mine")
+        self.assertIn(b"<TITLE>Mine</TITLE>", self.outputs()["report.html"])
+        self.write("map.ini", b"[Map]\nWindow=here\n")
+        status, text = self.run_inputs("--config", self.path("map.ini"))
+        self.assertEqual(1, status)
+        self.assert_one_line(text, "map.ini: [Map] Window: 'here'")
 
     def test_the_log_tells_the_run(self):
         log = self.path("run.log")

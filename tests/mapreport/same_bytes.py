@@ -17,18 +17,20 @@ import tempfile
 
 CASES = [
     ("world", ["--map", "countries-50m.txt", "--cities", "cities-utf16le.csv"]),
-    ("europe", ["--map", "countries-50m.txt", "--cities", "cities-utf8.csv", "--window", "-25,34,45,72"]),
+    ("europe", ["--map", "countries-50m.txt", "--cities", "cities-utf8.csv", "--window", "-25,34,45,72", "--rivers",
+                "rivers-50m.txt", "--dashes", "6,3", "--clip", "POLYGON ((-20 30, 40 36, 30 71, 5 60))",
+                "--union-continent", "Europe"]),
     ("pacific", ["--map", "countries-110m.txt", "--cities", "cities-utf16le.csv", "--window", "120,-50,-120,60",
                  "--undo", "2", "--colors", "#ffffcc,#cc0000"]),
 ]
-OUTPUTS = ["map.svg", "report.html", "saved.map"]
+OUTPUTS = ["map.svg", "report.html", "saved.map", "areas.json"]
 
 
 def digests_of(command, data):
     for name, arguments in CASES:
         with tempfile.TemporaryDirectory() as folder:
             subprocess.run([*command, "--points", "earthquakes.csv", *arguments, "--out", folder, "--save",
-                            os.path.join(folder, "saved.map"), "--quiet"], cwd=data, check=True)
+                            os.path.join(folder, "saved.map"), "--geojson", os.path.join(folder, "areas.json"), "--quiet"], cwd=data, check=True)
             for output in OUTPUTS:
                 with open(os.path.join(folder, output), "rb") as file:
                     yield f"{name} {output} {hashlib.sha256(file.read()).hexdigest()}\n"
