@@ -14,9 +14,7 @@
 #include "shared/polygons/GPolygon.h"
 #include "shared/polygons/GPolygon2d.h"
 
-using shr::CBufferedFile;
-using shr::GPolygon;
-using shr::GPolygon2d;
+using namespace shr;
 
 /// Loads a polygon, dumps it into `dumped` and returns true; false after an error.
 template <class Polygon>
@@ -30,7 +28,7 @@ static bool Reload(std::string bytes, void (Polygon::*load)(CBufferedFile&),
     Polygon polygon;
     (polygon.*load)(source);
     (polygon.*dump)(target);
-  } catch (const shr::Exception&) {
+  } catch (const Exception&) {
     return false;
   }
   dumped.assign(reinterpret_cast<const char*>(target.GetBuffer()),
@@ -50,19 +48,13 @@ static void Check(const std::string& bytes, void (Polygon::*load)(CBufferedFile&
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2) return 0;
   const std::string bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
-  switch (data[0] & 3) {
-    case 0:
-      Check(bytes, &GPolygon2d::LoadFromBinaryFile, &GPolygon2d::DumpToBinaryFile);
-      break;
-    case 1:
-      Check(bytes, &GPolygon2d::LoadFromTextFile, &GPolygon2d::DumpToTextFile);
-      break;
-    case 2:
-      Check(bytes, &GPolygon::LoadFromBinaryFile, &GPolygon::DumpToBinaryFile);
-      break;
-    default:
-      Check(bytes, &GPolygon::LoadFromTextFile, &GPolygon::DumpToTextFile);
-      break;
+  const bool isText = (data[0] & 1) != 0;
+  if ((data[0] & 2) != 0) {
+    Check(bytes, isText ? &GPolygon::LoadFromTextFile : &GPolygon::LoadFromBinaryFile,
+          isText ? &GPolygon::DumpToTextFile : &GPolygon::DumpToBinaryFile);
+  } else {
+    Check(bytes, isText ? &GPolygon2d::LoadFromTextFile : &GPolygon2d::LoadFromBinaryFile,
+          isText ? &GPolygon2d::DumpToTextFile : &GPolygon2d::DumpToBinaryFile);
   }
   return 0;
 }
