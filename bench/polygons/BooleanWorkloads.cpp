@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "bench/polygons/BooleanWorkloads.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <random>
+#include <string>
+
+#include "shared/geometry/Box2.h"
+#include "shared/geometry/MathUtility.h"
+
+namespace shr::bench {
+namespace {
+
+using Points = std::vector<Vec2d>;
+
+Vec2d Direction(double angle) {
+  return Vec2d(std::cos(angle), std::sin(angle));
+}
+
+double AngleOf(std::size_t i, std::size_t size) {
+  return TWO_PI * static_cast<double>(i) / static_cast<double>(size);
+}
+
+Points RoughStar(std::size_t size, std::mt19937_64& random) {
+  std::uniform_real_distribution<double> radius(250.0, 500.0);
+  Points star;
+  for (std::size_t i = 0; i < size; ++i) {
+    star.push_back(Vec2d(500.0, 500.0) + Direction(AngleOf(i, size)) * radius(random));
+  }
+  return star;
+}
+
+Points SmoothStar(const Vec2d& center, std::size_t size, std::mt19937_64& random) {
+  const double edge = TWO_PI * 350.0 / static_cast<double>(size);
+  std::uniform_real_distribution<double> jitter(-0.25 * edge, 0.25 * edge);
+  Points star;
+  for (std::size_t i = 0; i < size; ++i) {
+    const double angle = AngleOf(i, size);
+    const double radius =
+        350.0 * (1.0 + 0.15 * std::sin(5.0 * angle) + 0.05 * std::sin(17.0 * angle));
+    star.push_back(center + Direction(angle) * (radius + jitter(random)));
+  }
+  return star;
+}
+
+/// Returns squares with gaps of three tenths of the pitch, turned around the middle of the map.
+std::vector<Contours> Grid(std::size_t count, double shift, double turn) {
+  const double pitch = 600.0 / static_cast<double>(count);
+  const double side = 0.7 * pitch;
+  const Vec2d x = Direction(turn);
+  const Vec2d y(-x.y, x.x);
+  const auto place = [&](const Vec2d& point) {
+    const Vec2d offset = point - Vec2d(500.0, 500.0);
+    return turn == 0.0 ? point : Vec2d(500.0, 500.0) + x * offset.x + y * offset.y;
+  };
+  std::vector<Contours> squares;
+  for (std::size_t i = 0; i < count * count; ++i) {
+    const Vec2d low =
+        Vec2d(static_cast<double>(i % count), static_cast<double>(i / count)) * pitch +
+        Vec2d(200.0 + shift * pitch, 200.0 + shift * pitch);
+    squares.push_back({{place(low), place(low + Vec2d(side, 0.0)), place(low + Vec2d(side, side)),
+                        place(low + Vec2d(0.0, side))}});
+  }
+  return squares;
+}
+
+Points Comb(std::size_t teeth) {
+  const double pitch = 900.0 / static_cast<double>(teeth);
+  Points comb;
+  for (std::size_t i = 0; i < teeth; ++i) {
+    const double x = 50.0 + pitch * static_cast<double>(i);
+    comb.emplace_back(x, 20.0);
+    comb.emplace_back(x + 0.5 * pitch, 980.0);
+  }
+  comb.emplace_back(950.0, 20.0);
+  comb.emplace_back(950.0, 10.0);
+  comb.emplace_back(50.0, 10.0);
+  return comb;
+}
+
+/// Returns polygons by country from a file of records "name<TAB>role<TAB>count" and as many lines
+/// of "longitude, latitude"; a ring whose role is `hole` belongs to the outer ring above it.
+std::vector<BooleanWork> ReadCountries(const char* path) {
+  std::ifstream in(path);
+  std::string line;
+  std::map<std::string, BooleanWork> countries;
+  Points* ring = nullptr;
+  while (std::getline(in, line)) {
+    const std::size_t tab = line.find('\t');
+    if (tab != line.npos) {
+      auto& polygons = countries[line.substr(0, tab)].subject;
+      const bool isHole = line.compare(tab + 1, 4, "hole") == 0;
+      if (!isHole) polygons.emplace_back();
+      ring = &polygons.back().emplace_back();
+    } else {
+      char* end = nullptr;
+      const double longitude = std::strtod(line.c_str(), &end);
+      ring->emplace_back(longitude, std::strtod(end + 1, nullptr));
+    }
+  }
+  std::vector<BooleanWork> result;
+  for (auto& [name, country] : countries) result.push_back(std::move(country));
+  return result;
+}
+
+Box2d BoundsOf(const std::vector<Contours>& polygons) {
+  Box2d box;
+  for (const Contours& polygon : polygons) {
+    for (const Vec2d& point : polygon.front()) box.ExtendBy(point);
+  }
+  return box;
+}
+
+}  // namespace
+
+BooleanWork MakeRoughStars(std::size_t size) {
+  std::mt19937_64 random(size);
+  const Points first = RoughStar(size, random);
+  return {{{first}}, {{RoughStar(size, random)}}};
+}
+
+BooleanWork MakeSmoothStars(std::size_t size) {
+  std::mt19937_64 random(size);
+  const Points first = SmoothStar(Vec2d(480.0, 490.0), size, random);
+  return {{{first}}, {{SmoothStar(Vec2d(530.0, 515.0), size, random)}}};
+}
+
+BooleanWork MakeGrids(std::size_t size) {
+  return {Grid(size, 0.0, 0.0), Grid(size, 0.5, 0.0)};
+}
+
+BooleanWork MakeTurnedGrids(std::size_t size) {
+  return {Grid(size, 0.0, 0.30), Grid(size, 0.0, -0.21)};
+}
+
+BooleanWork MakeCombs(std::size_t size) {
+  const Points comb = Comb(size);
+  Points other = comb;
+  for (Vec2d& point : other) std::swap(point.x, point.y);
+  std::reverse(other.begin(), other.end());
+  return {{{comb}}, {{other}}};
+}
+
+const std::vector<BooleanWork>& Countries() {
+  static const std::vector<BooleanWork> COUNTRIES =
+      ReadCountries(SHARED_EXAMPLE_DATA_DIR "/countries-50m.txt");
+  if (COUNTRIES.empty()) {
+    std::fputs("countries-50m.txt is missing\n", stderr);
+    std::abort();
+  }
+  return COUNTRIES;
+}
+
+BooleanWork MakeWorld() {
+  BooleanWork world;
+  for (const BooleanWork& country : Countries()) {
+    world.subject.insert(world.subject.end(), country.subject.begin(), country.subject.end());
+  }
+  return world;
+}
+
+std::vector<BooleanWork> MakeCountryCells() {
+  constexpr double CELL = 10.0;
+  std::vector<BooleanWork> works;
+  for (const BooleanWork& country : Countries()) {
+    const Box2d box = BoundsOf(country.subject);
+    for (double x = std::floor(box.xMin() / CELL) * CELL; x < box.xMax(); x += CELL) {
+      for (double y = std::floor(box.yMin() / CELL) * CELL; y < box.yMax(); y += CELL) {
+        works.push_back(
+            {country.subject,
+             {{{Vec2d(x, y), Vec2d(x, y + CELL), Vec2d(x + CELL, y + CELL), Vec2d(x + CELL, y)}}}});
+      }
+    }
+  }
+  return works;
+}
+
+}  // namespace shr::bench
