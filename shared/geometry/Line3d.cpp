@@ -44,8 +44,8 @@ bool Line3d::GetClosestPoints(const Line3d& other, Vec3d& onThis, Vec3d& onOther
 
 bool Line3d::Intersect(const Box3d& box, Vec3d& entry, Vec3d& exit) const {
   if (box.IsDegenerate()) return false;
-  constexpr double INFINITE = std::numeric_limits<double>::infinity();
-  Range range = {-INFINITE, INFINITE};
+  constexpr double UNBOUNDED = std::numeric_limits<double>::infinity();
+  Range range = {-UNBOUNDED, UNBOUNDED};
   Vec3d::ForEach([&](const double& position, const double& direction, const double& low,
                      const double& high) { ClipToSlab(position, direction, low, high, range); },
                  position_, direction_, box.Min(), box.Max());

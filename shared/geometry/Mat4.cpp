@@ -3,6 +3,8 @@
 
 #include "shared/geometry/Mat4.h"
 
+#include <algorithm>
+
 #include "shared/geometry/MatrixDecomposition.h"
 #include "shared/geometry/TransformAvx2.h"
 #include "shared/geometry/TransformKernels.h"
@@ -46,6 +48,12 @@ std::size_t TransformWide(int type, const T* m, const Vec3<T>* source, Destinati
   return 0;
 }
 
+/// Returns how many points of three doubles lie before the first one at a multiple of 32 bytes: a
+/// step of 24 bytes goes back by 8.
+std::size_t PointsToAlignment(const void* destination) {
+  return reinterpret_cast<std::uintptr_t>(destination) % 32 / 8;
+}
+
 template <class T, class Destination>
 void TransformSpace(const Mat4<T>& matrix, const Vec3<T>* source, Destination* destination,
                     std::size_t count) {
@@ -53,14 +61,23 @@ void TransformSpace(const Mat4<T>& matrix, const Vec3<T>* source, Destination* d
   const T* m = copy.Elements().data();
   const int type = copy.GetType();
   const auto forEach = [=](auto map) {
-    for (std::size_t i = TransformWide(type, m, source, destination, count); i < count; ++i) {
-      const Vec3<T> p = source[i];
-      destination[i] = map(p.x, p.y, p.z);
-    }
+    const auto mapUpTo = [=](std::size_t begin, std::size_t end) {
+      for (std::size_t i = begin; i < end; ++i) {
+        const Vec3<T> p = source[i];
+        destination[i] = map(p.x, p.y, p.z);
+      }
+    };
+    const std::size_t lead = std::min(count, PointsToAlignment(destination));
+    mapUpTo(0, lead);
+    mapUpTo(lead + TransformWide(type, m, source + lead, destination + lead, count - lead), count);
   };
   constexpr auto MAKE = MakePointInSpace<Destination, T>;
   if (type == Mat4<T>::TYPE_IDENTITY) {
-    if (static_cast<const void*>(source) != destination) forEach(MAKE);
+    if constexpr (std::same_as<Vec3<T>, Destination>) {
+      if (source != destination) std::copy_n(source, count, destination);
+    } else {
+      forEach(MAKE);
+    }
   } else if (type == Mat4<T>::TYPE_2D) {
     forEach([=](T x, T y, T z) {
       return MAKE(x * m[0] + y * m[4] + m[12], x * m[1] + y * m[5] + m[13], z);

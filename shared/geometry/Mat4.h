@@ -161,7 +161,7 @@ public:
   void Transform(const Source& source, Destination&& destination) const {
     const std::span from(source);
     const std::span to(destination);
-    Transform(from.data(), to.data(), std::min(from.size(), to.size()));
+    Transform(from.data(), to.data(), from.size() < to.size() ? from.size() : to.size());
   }
   /// Transforms the two corners that the box stores, and nothing more: turns and reflections may
   /// give an inverted box. For bounds, transform `GetCorners`.

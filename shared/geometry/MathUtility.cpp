@@ -11,16 +11,16 @@ namespace {
 double ScaleByPowerOfTen(double value, int exponent) {
   constexpr double POWERS[] = {1e1, 1e2, 1e4, 1e8, 1e16, 1e32, 1e64, 1e128, 1e256};
   const bool isUp = exponent >= 0;
-  double small = 1.0;
+  double factor = 1.0;
   int rest = isUp ? exponent : -exponent;
   if (rest >= 256) {
     value = isUp ? value * POWERS[8] : value / POWERS[8];
     rest -= 256;
   }
   for (int bit = 0; bit < 8; ++bit) {
-    if ((rest >> bit & 1) != 0) small *= POWERS[bit];
+    if ((rest >> bit & 1) != 0) factor *= POWERS[bit];
   }
-  return isUp ? value * small : value / small;
+  return isUp ? value * factor : value / factor;
 }
 
 /// Returns the largest exponent of ten whose power is at most `magnitude`.

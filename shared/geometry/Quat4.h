@@ -16,8 +16,6 @@
 
 #pragma once
 
-#include <algorithm>
-
 #include "shared/geometry/Vec4.h"
 
 namespace shr {
@@ -201,7 +199,7 @@ void Quat4<T>::Get(Vec& axis, T& angle) const {
   const Vec vector(x, y, z);
   if (vector.LengthSquared() > DBL_EPSILON) {
     axis = vector.Normalized();
-    angle = 2 * std::acos(std::clamp(w, T{-1}, T{1}));
+    angle = 2 * std::acos(w < -1 ? T{-1} : w > 1 ? T{1} : w);
   } else {
     axis = Vec::UNIT_Z;
     angle = 0;

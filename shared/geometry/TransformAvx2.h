@@ -16,7 +16,8 @@ namespace shr {
 
 // `m` are the sixteen elements of the matrix; points are three numbers each. Source and destination
 // are the same array or do not overlap. All return how many points they did, a multiple of 4 that
-// leaves at most 3, with the bits of the baseline code.
+// leaves at most 3, with the bits of the baseline code. Fastest when the destination lies at a
+// multiple of 32 bytes.
 
 /// Elements 0, 1, 4, 5, 12 and 13; z stays.
 std::size_t Transform2dAvx2(const double* m, const double* source, double* destination,

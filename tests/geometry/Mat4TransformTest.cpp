@@ -58,6 +58,22 @@ TEST(Mat4Transform, arraysOfEveryLengthGiveTheBitsOfSinglePoints) {
   }
 }
 
+TEST(Mat4Transform, largeArraysGiveTheBitsOfSinglePointsWhereverTheyBegin) {
+  std::mt19937 random(5);
+  const std::size_t count = 80010;
+  const std::vector<Vec3d> points = RandomPoints(count, random);
+  for (const int type : {Mat4d::TYPE_2D, Mat4d::TYPE_AFFINE, Mat4d::TYPE_COMPLEX}) {
+    const Mat4d m = RandomOfType<Mat4d>(type, random);
+    std::vector<Vec3d> images(count + 1);
+    const std::size_t begin = static_cast<std::size_t>(type - Mat4d::TYPE_2D);
+    m.Transform(points.data(), images.data() + begin, count - 2);
+    for (std::size_t i = 0; i < count - 2; ++i) {
+      if (!IsSame(images[begin + i], points[i] * m)) FAIL() << i << m;
+    }
+    ASSERT_EQ(images[begin + count - 2], Vec3d::ZERO);
+  }
+}
+
 TEST(Mat4Transform, pointsAreTheSumsOverAllTerms) {
   std::mt19937 random(2);
   for (int i = 0; i < 100; ++i) {
