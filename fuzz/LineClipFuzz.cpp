@@ -4,6 +4,7 @@
 // Clips the points to a box, as a polyline, which is compared with a clip segment by segment, and
 // as a contour.
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "fuzz/PointInput.h"
@@ -15,8 +16,9 @@ namespace {
 using namespace shr;
 using Points = std::vector<Vec2d>;
 
-bool IsSame(double a, double b) {
-  return a == b || (a != a && b != b);
+/// Exactly equal, a NaN to any NaN.
+bool IsSame(const Vec2d& a, const Vec2d& b) {
+  return (a.x == b.x || (a.x != a.x && b.x != b.x)) && (a.y == b.y || (a.y != a.y && b.y != b.y));
 }
 
 Points ClipSegments(const CLineClip& clip, const Points& line) {
@@ -37,7 +39,8 @@ Points ClipSegments(const CLineClip& clip, const Points& line) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   fuzz::PointInput input(data, size);
-  const Box2d box(input.Point(), input.Point());
+  const Vec2d corner = input.Point();
+  const Box2d box(corner, input.Point());
   const Points points = input.Points(300);
   const CLineClip clip(box);
   Points pieces;
@@ -45,15 +48,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   clip.ClipPolyline(points, pieces, counts);
   if (clip.IsClipEnabled() && points.size() > 1) {
     const Points expected = ClipSegments(clip, points);
-    if (!(pieces.size() == expected.size())) std::abort();
-    for (std::size_t i = 0; i < pieces.size(); ++i) {
-      if (!(IsSame(pieces[i].x, expected[i].x) && IsSame(pieces[i].y, expected[i].y))) std::abort();
-    }
+    if (!std::ranges::equal(pieces, expected, IsSame)) std::abort();
   }
   CPolyClip::Output contour;
   CPolyClip(box).Clip(points, contour);
   // The last stage keeps what is below its side or makes it there.
-  for (const Vec2d& point : contour)
-    if (!(point.y <= box.yMax())) std::abort();
+  const auto isBelow = [&](const Vec2d& point) { return point.y <= box.yMax(); };
+  if (!std::all_of(contour.begin(), contour.end(), isBelow)) std::abort();
   return 0;
 }

@@ -26,6 +26,8 @@
 
 namespace shr {
 
+class GDashLineGenerator;
+class GLineClipPolygon;
 class GPolygon;
 class GPolygon2d;
 
@@ -81,5 +83,40 @@ SHARED_API void GClipPolyPolygonToGPolygon(const Vec2d* points, const unsigned i
                                            std::size_t numContours, const GPolygon2d& clip,
                                            std::vector<Vec2d>& outPoints,
                                            std::vector<unsigned int>& outCounts, bool closed);
+
+/// Clip open polylines to a box, whose corners may be in any order, and append the visible pieces,
+/// the boundary included, in order. A box without an area clips nothing; see `CLineClip` in
+/// shared/polygons/LineClip.h. Errors of this and what follows: null `points` or `counts` and no
+/// polylines at all raise an internal error of unit "ClipUtil". The output may not be where the
+/// input is. Cost: O(points).
+SHARED_API void GClipPolylinesToRect(const Vec2d* points, const unsigned int* counts,
+                                     std::size_t numPolylines, const Box2d& box,
+                                     std::vector<Vec2d>& outPoints,
+                                     std::vector<unsigned int>& outCounts);
+
+/// Clip open polylines to a polygon and append the pieces inside: to the rectangle when `clip` is
+/// one (its `IsRectangle` tells), else by `GLineClipPolygon` (shared/polygons/LineClipPolygon.h),
+/// which a `GPolygon` is first made into. Whoever clips to the same polygon again keeps that.
+SHARED_API void GClipPolylinesToPolygon(const Vec2d* points, const unsigned int* counts,
+                                        std::size_t numPolylines, const GLineClipPolygon& clip,
+                                        std::vector<Vec2d>& outPoints,
+                                        std::vector<unsigned int>& outCounts);
+SHARED_API void GClipPolylinesToPolygon(const Vec2d* points, const unsigned int* counts,
+                                        std::size_t numPolylines, const GPolygon& clip,
+                                        std::vector<Vec2d>& outPoints,
+                                        std::vector<unsigned int>& outCounts);
+
+/// The same for the dashes of the polylines: the generator cuts each into straight parts, of which
+/// each is clipped on its own and is two points in the output. The generator's phase goes on from
+/// polyline to polyline where those meet.
+SHARED_API void GClipDashedPolylinesToPolygon(const Vec2d* points, const unsigned int* counts,
+                                              std::size_t numPolylines, GDashLineGenerator& dashes,
+                                              const GLineClipPolygon& clip,
+                                              std::vector<Vec2d>& outPoints,
+                                              std::vector<unsigned int>& outCounts);
+SHARED_API void GClipDashedPolylinesToPolygon(const Vec2d* points, const unsigned int* counts,
+                                              std::size_t numPolylines, GDashLineGenerator& dashes,
+                                              const GPolygon& clip, std::vector<Vec2d>& outPoints,
+                                              std::vector<unsigned int>& outCounts);
 
 }  // namespace shr
