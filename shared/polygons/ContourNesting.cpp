@@ -45,23 +45,6 @@ bool IsFinite(const Vec2d& point) {
   return std::isfinite(point.x) && std::isfinite(point.y);
 }
 
-/// Returns 1 for counter-clockwise, -1 for clockwise, 0 for a contour without area.
-int TurnOf(std::span<const Vec2d> contour) {
-  const std::size_t size = contour.size();
-  if (size < 3 || !std::all_of(contour.begin(), contour.end(), IsFinite)) return 0;
-  const std::size_t middle = LeftmostVertex(contour);
-  const auto neighbour = [&](std::size_t step) {
-    std::size_t index = (middle + step) % size;
-    while (index != middle && contour[index] == contour[middle]) index = (index + step) % size;
-    return index;
-  };
-  const int turn =
-      OrientationSign(contour[neighbour(size - 1)], contour[middle], contour[neighbour(1)]);
-  if (turn != 0) return turn;
-  const double area = PolygonArea(contour);
-  return (area > 0.0) - (area < 0.0);
-}
-
 struct Outline {
   std::size_t contour;
   Vec2d leftmost;
@@ -206,8 +189,20 @@ void Sweep::Run() {
 
 }  // namespace
 
-bool IsCounterClockwise(std::span<const Vec2d> contour) {
-  return TurnOf(contour) > 0;
+int TurnOf(std::span<const Vec2d> contour) {
+  const std::size_t size = contour.size();
+  if (size < 3 || !std::all_of(contour.begin(), contour.end(), IsFinite)) return 0;
+  const std::size_t middle = LeftmostVertex(contour);
+  const auto neighbour = [&](std::size_t step) {
+    std::size_t index = (middle + step) % size;
+    while (index != middle && contour[index] == contour[middle]) index = (index + step) % size;
+    return index;
+  };
+  const int turn =
+      OrientationSign(contour[neighbour(size - 1)], contour[middle], contour[neighbour(1)]);
+  if (turn != 0) return turn;
+  const double area = PolygonArea(contour);
+  return (area > 0.0) - (area < 0.0);
 }
 
 std::vector<ContourGroup> GroupContours(std::span<const GpcContour> contours) {

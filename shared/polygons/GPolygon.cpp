@@ -50,10 +50,13 @@ void Enlarge(GpcPolygon& record, std::size_t capacity) {
   std::swap(record, larger.record);
 }
 
-/// Returns the contour without a last point that repeats the first.
+/// Returns the contour without the points at its end that repeat the first. Several are rare, but
+/// if one of them stayed, a copy of the contour would lose it.
 std::span<const Vec2d> Opened(std::span<const Vec2d> contour) {
-  const bool isClosed = contour.size() > 1 && contour.front() == contour.back();
-  return isClosed ? contour.first(contour.size() - 1) : contour;
+  while (contour.size() > 1 && contour.front() == contour.back()) {
+    contour = contour.first(contour.size() - 1);
+  }
+  return contour;
 }
 
 /// Returns a count of a record as a size; a negative one is a fault of the caller.
@@ -110,14 +113,14 @@ std::size_t StoreJoined(const GpcPolygon& record, Point* points) {
   return joiner.Size();
 }
 
-/// Returns the contour closed, clockwise or counter-clockwise.
-Ring2d MakeRing(const GpcContour& contour, bool isCounterClockwise) {
+/// Returns the contour closed and turned as `turn` says.
+Ring2d MakeRing(const GpcContour& contour, int turn) {
   const std::span<const Vec2d> vertices = VerticesOf(contour);
   Ring2d ring;
   ring.reserve(vertices.size() + 1);
   ring.assign(vertices.begin(), vertices.end());
   ring.push_back(vertices.front());
-  if (IsCounterClockwise(vertices) != isCounterClockwise) std::reverse(ring.begin(), ring.end());
+  if (TurnOf(vertices) != turn) std::reverse(ring.begin(), ring.end());
   return ring;
 }
 
@@ -359,9 +362,9 @@ void GPolygon::GetMultiPolygon(MultiPolygon2d& polygons) const {
   MultiPolygon2d result;
   for (const ContourGroup& group : GroupContours(ContoursOf(record_))) {
     Polygon2d& polygon = result.emplace_back();
-    polygon.outer() = MakeRing(record_.contours[group.outer], false);
+    polygon.outer() = MakeRing(record_.contours[group.outer], -1);
     for (const std::size_t hole : group.holes) {
-      polygon.inners().push_back(MakeRing(record_.contours[hole], true));
+      polygon.inners().push_back(MakeRing(record_.contours[hole], 1));
     }
   }
   polygons = std::move(result);

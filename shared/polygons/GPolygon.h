@@ -37,8 +37,8 @@ struct MultiPolygon2d;
 
 /// A polygon of any number of contours under the even-odd rule.
 ///
-/// Contours are stored open: a contour of several points whose last one equals its first exactly is
-/// stored without the last. Each has a hole flag, which operations set and which does not change
+/// Contours are stored open: points at the end of a contour that equal its first exactly are left
+/// out. Each has a hole flag, which operations set and which does not change
 /// what is inside. Vertices are stored in the order given.
 ///
 /// Degenerate: contours without points are kept.

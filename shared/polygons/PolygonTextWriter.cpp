@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t NUMBER_SIZE = 32;
 
-enum class Turn { CounterClockwise, Clockwise };
+enum Turn { CLOCKWISE = -1, COUNTER_CLOCKWISE = 1 };
 
 void CheckFinite(std::span<const Vec2d> points) {
   const auto isFinite = [](const Vec2d& p) { return std::isfinite(p.x) && std::isfinite(p.y); };
@@ -66,17 +66,17 @@ public:
 private:
   void AddPolygon(const Polygon2d& polygon) {
     text_ += style_.open;
-    AddRing(OpenRing(polygon.outer()), Turn::CounterClockwise);
+    AddRing(OpenRing(polygon.outer()), COUNTER_CLOCKWISE);
     for (const Ring2d& inner : polygon.inners()) {
       if (!HasInside(OpenRing(inner))) continue;
       text_ += style_.separator;
-      AddRing(OpenRing(inner), Turn::Clockwise);
+      AddRing(OpenRing(inner), CLOCKWISE);
     }
     text_ += style_.close;
   }
 
   void AddRing(std::span<const Vec2d> ring, Turn turn) {
-    const bool isReversed = IsCounterClockwise(ring) != (turn == Turn::CounterClockwise);
+    const bool isReversed = TurnOf(ring) == -turn;
     text_ += style_.open;
     AddPoint(ring.front());
     for (std::size_t i = 1; i < ring.size(); ++i) {

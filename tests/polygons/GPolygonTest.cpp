@@ -70,6 +70,9 @@ TEST(GPolygon, smallContoursAreKept) {
   const GPolygon polygon(Points{{1, 2}, {3, 4}, {3, 4}, {5, 6}}, Counts{1, 0, 2, 1});
   EXPECT_EQ(4u, polygon.GetNumContours());
   EXPECT_EQ((Points{{1, 2}, {3, 4}, {5, 6}}), Flat(polygon, true));
+  const GPolygon repeated(Points{{0, 0}, {1, 1}, {0, 0}, {0, 0}});
+  EXPECT_EQ((Points{{0, 0}, {1, 1}}), Flat(repeated, true));
+  EXPECT_EQ((Points{{0, 0}, {1, 1}}), Flat(GPolygon(repeated), true));
   EXPECT_EQ(0u, GPolygon().GetTotalVertexCount());
   EXPECT_EQ(Box2d(), GPolygon().GetBBox());
 }
