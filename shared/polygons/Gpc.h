@@ -24,7 +24,7 @@
 namespace shr {
 
 /// The boolean operations. The values are fixed.
-enum gpc_op {
+enum gpc_op : int {
   GPC_DIFFERENCE = 0,    ///< in the subject and not in the clip polygon
   GPC_INTERSECTION = 1,  ///< in both
   GPC_XOR = 2,           ///< in exactly one

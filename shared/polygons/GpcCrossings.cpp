@@ -28,7 +28,7 @@ namespace shr::gpc {
 namespace {
 
 constexpr Index SMALL_TILE = 12;
-constexpr int MAX_DEPTH = 200;
+constexpr int MAX_DEPTH = 120;
 /// A bundle is compared by intervals when an element overlaps no more others than this on average.
 constexpr double MAX_OVERLAPS = 3.0;
 
@@ -96,22 +96,21 @@ private:
 
   void FindInTile(Index first, Index count, const Box& box, int depth) {
     if (count <= SMALL_TILE) return CompareAll(first, count);
+    if (depth == MAX_DEPTH) return CompareByIntervals(first, count);
     const bool isWide = box.xMax - box.xMin >= box.yMax - box.yMin;
     if (isWide ? HalveUpright(first, count, box, depth, count / 4)
                : HalveLevel(first, count, box, depth, count / 4)) {
       return;
     }
     if (HandleBundle(first, count, depth)) return;
-    if (depth < MAX_DEPTH) {
-      const Index limit = count - count / 8;
-      if (isWide ? HalveLevel(first, count, box, depth, count / 4)
-                 : HalveUpright(first, count, box, depth, count / 4)) {
-        return;
-      }
-      if (isWide ? HalveUpright(first, count, box, depth, limit)
-                 : HalveLevel(first, count, box, depth, limit)) {
-        return;
-      }
+    if (isWide ? HalveLevel(first, count, box, depth, count / 4)
+               : HalveUpright(first, count, box, depth, count / 4)) {
+      return;
+    }
+    const Index limit = count - count / 8;
+    if (isWide ? HalveUpright(first, count, box, depth, limit)
+               : HalveLevel(first, count, box, depth, limit)) {
+      return;
     }
     CompareByIntervals(first, count);
   }
@@ -168,10 +167,8 @@ private:
       const Sides sides = getSides(element, i);
       if (sides.isLow && sides.isHigh) {
         *low = *high = element;
-        Limit(low->box, element, cut, 1.0);
-        Limit(high->box, element, cut, -1.0);
-        Extend(lowBox, low++->box);
-        Extend(highBox, high++->box);
+        if (Limit(low->box, element, cut, 1.0)) Extend(lowBox, low++->box);
+        if (Limit(high->box, element, cut, -1.0)) Extend(highBox, high++->box);
       } else if (sides.isLow) {
         *low++ = element;
         Extend(lowBox, element.box);
@@ -189,7 +186,8 @@ private:
   }
 
   /// Limits a box to the part of its element on one side of a cut, and a margin of the tolerance.
-  void Limit(Box& box, const Element& element, const Cut& cut, double side) const {
+  /// Returns false when nothing of it is there.
+  bool Limit(Box& box, const Element& element, const Cut& cut, double side) const {
     const Vec2d* points = work_.points.Data() + element.firstEdge;
     const double margin = 2.0 * tolerance_ * Length1(cut.across);
     Range x;
@@ -213,6 +211,7 @@ private:
     box.xMax = std::min(box.xMax, x.high + pad);
     box.yMin = std::max(box.yMin, y.low - pad);
     box.yMax = std::min(box.yMax, y.high + pad);
+    return box.xMin <= box.xMax && box.yMin <= box.yMax;
   }
 
   void CompareAll(Index first, Index count) {
@@ -237,7 +236,6 @@ private:
       SweepIntervals(first, count);
       return true;
     }
-    if (depth >= MAX_DEPTH) return false;
     const double at = spread.center;
     Index low = 0;
     Index high = 0;

@@ -227,7 +227,7 @@ void BuildChains(Workspace& work) {
 struct Spoke {
   Vec2d vector;
   Half half;
-  bool isUpper;  ///< the angle is less than a half turn
+  Index isUpper;  ///< 1: the angle is less than a half turn; of this width it is copied at once
 };
 
 class NodeBuilder {
@@ -289,7 +289,8 @@ private:
       const Half half = work_.slots[slot];
       if (work_.parities[half / 2] == MERGED) continue;
       const Vec2d vector = GetFarPoint(half) - center;
-      spokes_[count++] = {vector, half, vector.y > 0.0 || (vector.y == 0.0 && vector.x > 0.0)};
+      const bool isUpper = vector.y > 0.0 || (vector.y == 0.0 && vector.x > 0.0);
+      spokes_[count++] = {vector, half, isUpper};
     }
     Sort(center, count);
     if (!JoinCoincident(count)) return false;
@@ -300,7 +301,7 @@ private:
 
   void Sort(const Vec2d& center, Index count) {
     const auto isBefore = [&](const Spoke& a, const Spoke& b) {
-      if (a.isUpper != b.isUpper) return a.isUpper;
+      if (a.isUpper != b.isUpper) return a.isUpper != 0;
       const int turn = Turn(center, a, b);
       return turn != 0 ? turn > 0 : a.half < b.half;
     };

@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// The form of the clipper's results: order and direction of contours, what touches in points, what
+// is left out; operands that are refused; failing memory; triangle strips. Areas of hard pairs are
+// judged in GpcOracleTest.cpp.
+
+#include "shared/polygons/Gpc.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <thread>
+
+#include "shared/polygons/FlatPolygon.h"
+#include "tests/polygons/BooleanCases.h"
+#include "tests/polygons/GpcTestSupport.h"
+#include "tests/polygons/PolygonTestSupport.h"
+#include "tests/support/Failures.h"
+
+namespace shr::test {
+namespace {
+
+Points Rectangle(double xMin, double yMin, double xMax, double yMax) {
+  return {{xMin, yMin}, {xMax, yMin}, {xMax, yMax}, {xMin, yMax}};
+}
+
+struct FormRow {
+  const char* name;
+  Operation operation;
+  Contours subject;
+  Contours clip;
+  Contours result;
+  std::vector<int> holeFlags;
+};
+
+TEST(GpcForm, contoursBeginAtTheTopAndHolesRunTheOtherWay) {
+  const Points square = Rectangle(0, 0, 4, 4);
+  const Points clockwise = {{0, 4}, {4, 4}, {4, 0}, {0, 0}};
+  const FormRow rows[] = {
+      {"alone", Operation::Union, {square}, {}, {clockwise}, {0}},
+      {"hole",
+       Operation::Difference,
+       {square},
+       {Rectangle(1, 1, 2, 2)},
+       {clockwise, {{1, 2}, {1, 1}, {2, 1}, {2, 2}}},
+       {0, 1}},
+      {"shared side vanishes",
+       Operation::Union,
+       {square},
+       {Rectangle(4, 0, 6, 4)},
+       {{{0, 4}, {6, 4}, {6, 0}, {0, 0}}},
+       {0}},
+      {"vertex on a straight way vanishes",
+       Operation::Union,
+       {square},
+       {{{4, 2}, {3, 3}, {3, 1}}},
+       {clockwise},
+       {0}},
+      {"corners that touch stay apart",
+       Operation::Xor,
+       {square},
+       {Rectangle(4, 4, 5, 5)},
+       {clockwise, {{4, 5}, {5, 5}, {5, 4}, {4, 4}}},
+       {0, 0}},
+      {"hole that touches its outer contour stays a hole",
+       Operation::Difference,
+       {square},
+       {{{0, 2}, {1, 1}, {1, 3}}},
+       {clockwise, {{1, 3}, {0, 2}, {1, 1}}},
+       {0, 1}},
+      {"spike and repeated points vanish",
+       Operation::Union,
+       {{{0, 0}, {4, 0}, {4, 0}, {4, 4}, {4, 9}, {4, 4}, {0, 4}, {0, 4}, {0, 0}}},
+       {},
+       {clockwise},
+       {0}},
+      {"equal contours cancel", Operation::Union, {square, square}, {}, {}, {}},
+      {"no area", Operation::Union, {{{0, 0}, {4, 4}, {2, 2}}}, {{{1, 1}, {2, 2}}}, {}, {}},
+  };
+  for (const FormRow& row : rows) {
+    const BooleanResult result = OperateByGpc(row.operation, row.subject, row.clip);
+    // A vertex where contours touch may be left out of the one that goes straight on.
+    EXPECT_EQ(ToText(row.result), ToText(result.contours)) << row.name;
+    EXPECT_EQ(row.holeFlags, result.holeFlags) << row.name;
+  }
+}
+
+TEST(GpcForm, everyContourIsFoundAmongManyIslands) {
+  // Rings in rings in a row of squares: each part lies in the others' gaps.
+  Contours rings;
+  for (int i = 0; i < 40; ++i) {
+    const double x = 20.0 * (i % 8);
+    const double y = 20.0 * (i / 8);
+    for (int depth = 0; depth < 4; ++depth) {
+      rings.push_back(Rectangle(x + depth, y + depth, x + 16 - depth, y + 16 - depth));
+    }
+  }
+  const BooleanResult result = OperateByGpc(Operation::Union, rings, {});
+  double area = 0.0;
+  int holes = 0;
+  for (std::size_t i = 0; i < result.contours.size(); ++i) {
+    area -= PolygonArea(result.contours[i]);  // outer contours run clockwise
+    holes += result.holeFlags[i];
+  }
+  EXPECT_EQ(rings.size(), result.contours.size());
+  EXPECT_EQ(80, holes);
+  EXPECT_EQ(40.0 * (256 - 196 + 144 - 100), area);
+}
+
+TEST(GpcErrors, badOperandsAreRefusedAndTheResultIsLeftAlone) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const GpcOperand good({Rectangle(0, 0, 1, 1)});
+  for (const double bad : {infinity, -infinity, nan}) {
+    const GpcOperand operand({{{0, 0}, {1, bad}, {1, 1}}});
+    GpcPolygon result{7, nullptr, nullptr};
+    EXPECT_EQ(L"A polygon with infinite or undefined coordinates cannot be clipped.",
+              Failure([&] { gpc_polygon_clip(GPC_XOR, good.Record(), operand.Record(), result); }));
+    EXPECT_EQ(7, result.contourCount);
+  }
+  GpcPolygon result{7, nullptr, nullptr};
+  EXPECT_THROW(gpc_polygon_clip(static_cast<gpc_op>(4), good.Record(), good.Record(), result),
+               GPCException);
+  EXPECT_EQ(7, result.contourCount);
+}
+
+TEST(GpcErrors, hugeAndTinyCoordinatesAreScaled) {
+  for (const double size : {1e300, 1e-300, 0x1p1023}) {
+    const BooleanResult result =
+        OperateByGpc(Operation::Intersection, {Rectangle(-size, -size, size / 2, size / 2)},
+                     {Rectangle(0, 0, size, size)});
+    EXPECT_EQ(ToText({{{0, size / 2}, {size / 2, size / 2}, {size / 2, 0}, {0, 0}}}),
+              ToText(result.contours));
+  }
+}
+
+// The source of memory fails at this allocation; each test runs in threads of its own, whose
+// workspaces are empty.
+int allocationsLeft = 0;
+
+void* FailLater(std::size_t size) {
+  return allocationsLeft-- > 0 ? std::malloc(size) : nullptr;
+}
+
+TEST(GpcErrors, failingMemoryLeavesTheResultAlone) {
+  std::mt19937_64 random(11);
+  const GpcOperand subject({MakeStar({0, 0}, 10, 40, random)});
+  const GpcOperand clip({MakeStar({1, 0}, 10, 40, random)});
+  int failures = 0;
+  for (int allowed = 0;; ++allowed) {
+    GString failure;
+    GpcTristrip strips{7, nullptr};
+    std::thread([&] {
+      GpcSetMemorySource(FailLater);
+      allocationsLeft = allowed;
+      failure =
+          Failure([&] { gpc_tristrip_clip(GPC_XOR, subject.Record(), clip.Record(), strips); });
+      GpcSetMemorySource(nullptr);
+    }).join();
+    if (failure == L"(nothing)") {
+      gpc_free_tristrip(strips);
+      break;
+    }
+    ++failures;
+    EXPECT_EQ(0u, failure.String().find(L"GPCAlloc failure: ")) << allowed;
+    EXPECT_EQ(7, strips.stripCount);
+  }
+  EXPECT_GT(failures, 50);
+}
+
+double AreaOfStrips(const GpcTristrip& strips) {
+  double area = 0.0;
+  for (int i = 0; i < strips.stripCount; ++i) {
+    const Vec2d* points = strips.strips[i].vertices;
+    for (int j = 2; j < strips.strips[i].vertexCount; ++j) {
+      area += std::abs(PolygonArea(points + j - 2, 3));
+    }
+  }
+  return area;
+}
+
+TEST(GpcTristrips, trianglesCoverTheAreaOnce) {
+  for (std::uint64_t seed = 0; seed < 40; ++seed) {
+    std::mt19937_64 random(seed);
+    Contours subject = {MakeStar({0, 0}, 10, 3 + seed, random), Rectangle(-4, -4, 4, 4)};
+    const Contours clip = {MakeStar({3, 1}, 10, 30, random), Rectangle(2, -4, 9, 4)};
+    for (const Operation operation : OPERATIONS) {
+      const BooleanResult polygon = OperateByGpc(operation, subject, clip);
+      double area = 0.0;
+      for (const Points& contour : polygon.contours) area -= PolygonArea(contour);
+      GpcTristrip strips;
+      gpc_tristrip_clip(static_cast<gpc_op>(operation), GpcOperand(subject).Record(),
+                        GpcOperand(clip).Record(), strips);
+      // Triangles that overlapped would have a larger sum, gaps a smaller one.
+      EXPECT_NEAR(area, AreaOfStrips(strips), 1e-11 * area) << seed << ' ' << NameOf(operation);
+      gpc_free_tristrip(strips);
+    }
+  }
+}
+
+TEST(GpcTristrips, rectangleIsOneStripOfFour) {
+  GpcTristrip strips;
+  gpc_polygon_to_tristrip(GpcOperand({Rectangle(0, 0, 2, 1)}).Record(), strips);
+  ASSERT_EQ(1, strips.stripCount);
+  EXPECT_EQ(4, strips.strips[0].vertexCount);
+  gpc_free_tristrip(strips);
+  gpc_polygon_to_tristrip(GpcPolygon(), strips);
+  EXPECT_EQ(0, strips.stripCount);
+}
+
+}  // namespace
+}  // namespace shr::test
