@@ -23,7 +23,7 @@ echo "The same from the saved map:"
 cmp "$out/europe/report.html" "$out/europe-loaded/report.html"
 cmp "$out/europe/map.svg" "$out/europe-loaded/map.svg"
 echo "Mexico alone:"
-"$program" --window=-119,13,-85,34 --clip Mexico --rivers "$data/rivers-50m.txt" --dashes 4,2 --title Mexico \
+"$program" --window=-119,13,-85,34 --clip Mexico --rivers "$data/rivers-50m.txt" --dashes 8,3 --title Mexico \
   --colors "Light Goldenrod Yellow,Tomato" --out "$out/mexico"
 echo "The world:"
 "$program" --map "$data/countries-50m.txt" --points "$data/earthquakes.csv" --cities "$data/cities-utf16le.csv" \

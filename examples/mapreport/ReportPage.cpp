@@ -77,7 +77,8 @@ void WriteSummary(CHtmlReport& report, const Model& model) {
   const std::size_t visible = CountVisible(model);
   const std::size_t inCountries = CountInCountries(model);
   const std::size_t struck = CountriesByCount(model).size();
-  GString text = FormatCount(visible, L"event lies", L"events lie") + L" in the window";
+  GString text = FormatCount(visible, L"event lies", L"events lie") +
+                 (model.clip.IsEmpty() ? L" in the window" : L" in the part that is shown");
   const GString period = FormatPeriod(model);
   if (!period.empty()) text += L", " + period;
   text += L": " + FormatCount(inCountries) + L" in " +

@@ -38,7 +38,7 @@ constexpr const char* STYLE_SHEET =
     "text{font-family:'Noto Sans','Segoe UI','DejaVu Sans','Noto Sans Arabic','Noto Sans Hebrew',"
     "'Noto Sans Thai',Arial,sans-serif;fill:#2b2b2b}"
     ".country{stroke:#857a6b;stroke-width:.5;stroke-linejoin:round}"
-    ".river{fill:none;stroke-width:.8;stroke-linejoin:round}"
+    ".river{fill:none;stroke-width:1;stroke-linejoin:round}"
     ".clip{stroke:#6b4f3a;stroke-width:.9;stroke-linejoin:round}"
     ".continent{stroke:#3d2b1f;stroke-width:1.6;stroke-linejoin:round}"
     ".graticule{fill:none;stroke:#5f7f93;stroke-width:.5;stroke-opacity:.45}"

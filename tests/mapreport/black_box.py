@@ -64,8 +64,9 @@ class MapReport(unittest.TestCase):
 
     def run_program(self, *arguments):
         """Returns exit status, standard output and error together, as the emulator mixes them."""
+        environment = dict(os.environ, SHARED_REGISTRY_DIR=self.folder.name)
         result = subprocess.run([*COMMAND, *arguments], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                                check=False)
+                                env=environment, check=False)
         return result.returncode, result.stdout.decode("utf-8").replace("\r\n", "\n")
 
     def run_inputs(self, *more, **inputs):
@@ -241,6 +242,16 @@ class MapReport(unittest.TestCase):
         status, text = self.run_inputs("--config", self.path("map.ini"))
         self.assertEqual(1, status)
         self.assert_one_line(text, "map.ini: [Map] Window: 'here'")
+
+    def test_only_a_run_that_asks_sees_what_was_remembered(self):
+        window = "3\u00b0E to 5\u00b0E".encode("ascii", "xmlcharrefreplace")
+        self.assertEqual(0, self.run_inputs("--window", "3,1,5,4", "--colors", "#010203,#040506", "--remember")[0])
+        for options, seen in (((), False), (("--last",), True), (("--last", "--window", "0,0,9,9"), False)):
+            with self.subTest(options=options):
+                self.assertEqual(0, self.run_inputs(*options)[0])
+                self.assertEqual(seen, window in self.outputs()["report.html"])
+        self.assertEqual(0, self.run_inputs("--last", "--window", "0,0,9,9")[0])
+        self.assertIn(b"#010203", self.outputs()["map.svg"], "the window is of the command line, the colors are not")
 
     def test_the_log_tells_the_run(self):
         log = self.path("run.log")
