@@ -64,6 +64,15 @@ public:
     bool isFlat;   ///< too flat for a slope
     Range rows;
   };
+  /// The cells that a box may touch. Requires cells.
+  struct Block {
+    Range rows;
+    Range columns;
+  };
+  Block CellsAround(const Box2d& box) const {
+    return {{RowOf(box.yMin() - margin_.y), RowOf(box.yMax() + margin_.y)},
+            {ColumnOf(box.xMin() - margin_.x), ColumnOf(box.xMax() + margin_.x)}};
+  }
   /// Begins to walk along a finite segment. Requires cells.
   Walk WalkAlong(const Vec2d& begin, const Vec2d& end) const;
   /// Returns the columns that the segment may touch in a row.

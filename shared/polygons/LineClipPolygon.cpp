@@ -46,6 +46,17 @@ bool CanTouch(const ContourEdge& edge, const Box2d& box) {
          (edge.from.y <= box.yMax() || edge.to.y <= box.yMax());
 }
 
+/// Returns the state of all cells around a box of up to two rows and columns when those have no
+/// edges; of larger boxes nothing is known. Most short segments are done with that.
+ContourGrid::CellState StateAround(const ContourGrid& grid, const Box2d& box) {
+  const auto [rows, columns] = grid.CellsAround(box);
+  if (rows.last - rows.first > 1 || columns.last - columns.first > 1) {
+    return ContourGrid::CellState::HAS_EDGES;
+  }
+  return std::max({grid.State(rows.first, columns.first), grid.State(rows.first, columns.last),
+                   grid.State(rows.last, columns.first), grid.State(rows.last, columns.last)});
+}
+
 bool IsOn(const ContourEdge& edge, const Vec2d& point) {
   return CanTouch(edge, Box2d(point, point)) && Turn(edge.from, edge.to, point) == 0.0;
 }
@@ -275,8 +286,11 @@ GLineClipPolygon::Surroundings GLineClipPolygon::FindCrossings(const SEGMENT& se
     return Surroundings::WITH_EDGES;
   }
   using State = ContourGrid::CellState;
-  State state = State::OUTSIDE;
+  State state = StateAround(*grid_, segment.box);
   bool hasEdges = false;
+  if (state != State::HAS_EDGES) {
+    return state == State::INSIDE ? Surroundings::INSIDE : Surroundings::OUTSIDE;
+  }
   const ContourGrid::Walk walk = grid_->WalkAlong(segment.begin, segment.end);
   for (std::uint32_t row = walk.rows.first; row <= walk.rows.last; ++row) {
     const ContourGrid::Range columns = grid_->ColumnsOf(walk, row);
