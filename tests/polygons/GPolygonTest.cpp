@@ -114,6 +114,30 @@ TEST(GPolygon, integerPointsAreRoundedAndLimited) {
   EXPECT_EQ(0, points[2].y);
 }
 
+TEST(GPolygon2d, integerPointsComeAndGo) {
+  const POINT points[] = {{0, 0}, {0, 4}, {4, 4}, {4, 0}, {1, 1}, {1, 3}, {3, 3}};
+  const unsigned int counts[] = {4, 3};
+  const GPolygon2d polygon(points, counts, 2);
+  std::vector<POINT> flat;
+  Counts flatCounts;
+  EXPECT_EQ(7u, polygon.GetPolyPolygon(flat, flatCounts, false));
+  EXPECT_EQ((Counts{4, 3}), flatCounts);
+  EXPECT_TRUE(std::equal(flat.begin(), flat.end(), points,
+                         [](const POINT& a, const POINT& b) { return a.x == b.x && a.y == b.y; }));
+  Box2d box;
+  EXPECT_TRUE(GPolygon2d(RECT{1, 5, 3, 2}).IsRectangle(&box));
+  EXPECT_EQ(Box2d(1, 2, 3, 5), box);
+  EXPECT_EQ(2u, GPolygon2d(GPolygon(points, counts, 2)).GetNumContours());
+  const long longCounts[] = {4, 3};
+  EXPECT_TRUE(PointInPolygon(POINT{3, 1}, points, longCounts, 2));
+  EXPECT_FALSE(PointInPolygon(POINT{1, 2}, points, longCounts, 2));
+  EXPECT_TRUE(PointInPolygon(POINT{1, 1}, points, 4));
+  const long negative = -1;
+  EXPECT_EQ(L"[FlatPolygon]", test::Failure([&] {
+              PointInPolygon(POINT{1, 1}, points, &negative, 1);
+            }));
+}
+
 TEST(GPolygon, rectanglesAreKnownByTheOrderOfTheirCorners) {
   struct Row {
     const char* name;
