@@ -51,7 +51,8 @@ public:
       ++tally.errors;
       return;
     }
-    const ResultReport report = judge.Judge(operation, *result);
+    const Form form = std::strcmp(contender, "ours") == 0 ? Form::Clean : Form::Any;
+    const ResultReport report = judge.Judge(operation, *result, form);
     if (report.fault.empty()) {
       tally.worst = std::max(tally.worst, report.areaError);
     } else if (tally.wrong++ == 0) {
