@@ -305,27 +305,29 @@ GLineClipPolygon::Surroundings GLineClipPolygon::FindCrossings(const SEGMENT& se
   return state == State::INSIDE ? Surroundings::INSIDE : Surroundings::OUTSIDE;
 }
 
-/// Passes on the parts between sorted crossings whose midpoint is inside.
+/// Passes on the parts between sorted crossings whose midpoint is inside. Parts that meet are one
+/// piece; so are those between which rounding leaves no room.
 void GLineClipPolygon::CutAt(const CROSSINGS& crossings, const SEGMENT& segment,
                              PIECE_CALLBACK callback, void* user) const {
   const Vec2d direction = segment.end - segment.begin;
-  double parameter = 0.0;
-  Vec2d begin = segment.begin;
-  Vec2d end = segment.begin;
-  bool isInside = false;
-  const auto goTo = [&](double next, const Vec2d& point) {
-    if (next > parameter) {
-      const bool wasInside = isInside;
-      isInside = p_inside(segment.begin + direction * ((parameter + next) / 2.0));
-      if (wasInside && !isInside) callback(begin, end, user);
-      if (isInside && !wasInside) begin = end;
+  CLIST from{0.0, segment.begin, KIND::TOUCH};
+  Vec2d begin;
+  CLIST end{-1.0, segment.begin, KIND::TOUCH};  // of the piece that is open, if not negative
+  const auto goTo = [&](const CLIST& to) {
+    const Vec2d middle = segment.begin + direction * ((from.parameter + to.parameter) / 2.0);
+    if (to.parameter > from.parameter && p_inside(middle)) {
+      const bool isOpen = end.parameter >= 0.0;
+      if (!isOpen || (end.parameter < from.parameter && !(end.point == from.point))) {
+        if (isOpen) callback(begin, end.point, user);
+        begin = from.point;
+      }
+      end = to;
     }
-    parameter = next;
-    end = point;
+    from = to;
   };
-  for (const CLIST& crossing : crossings) goTo(crossing.parameter, crossing.point);
-  goTo(1.0, segment.end);
-  if (isInside) callback(begin, end, user);
+  for (const CLIST& crossing : crossings) goTo(crossing);
+  goTo({1.0, segment.end, KIND::TOUCH});
+  if (end.parameter >= 0.0) callback(begin, end.parameter < 1.0 ? end.point : segment.end, user);
 }
 
 }  // namespace shr

@@ -7,7 +7,7 @@
 #pragma once
 
 #include <algorithm>
-#include <span>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -33,17 +33,19 @@ public:
     std::vector<GLine2> pieces;
     if (disjunct(segment.box, GetBBox())) return pieces;
     const std::vector<CLIST> crossings = FindCrossings(segment);
+    double lastParameter = -1.0;
     for (std::size_t i = 1; i < crossings.size(); ++i) {
       const CLIST& from = crossings[i - 1];
       const CLIST& to = crossings[i];
       if (from.parameter == to.parameter) continue;
       const Vec2d middle = a + (b - a) * ((from.parameter + to.parameter) / 2.0);
       if (!IsInsidePlain(middle)) continue;
-      const Vec2d begin = from.parameter == 0.0 ? a : from.point;
       const Vec2d end = to.parameter == 1.0 ? b : to.point;
-      const bool isJoined = !pieces.empty() && pieces.back().GetEnd() == begin;
-      if (isJoined) pieces.back().Set(pieces.back().GetBegin(), end);
-      if (!isJoined) pieces.emplace_back(begin, end);
+      const bool meets = !pieces.empty() &&
+                         (pieces.back().GetEnd() == from.point || lastParameter == from.parameter);
+      if (meets) pieces.back().Set(pieces.back().GetBegin(), end);
+      if (!meets) pieces.emplace_back(from.point, end);
+      lastParameter = to.parameter;
     }
     return pieces;
   }
@@ -59,8 +61,10 @@ private:
     crossings.push_back({0.0, segment.begin, KIND::TOUCH});
     crossings.push_back({1.0, segment.end, KIND::TOUCH});
     std::vector<CLIST> sorted(crossings.begin(), crossings.end());
-    std::sort(sorted.begin(), sorted.end(),
-              [](const CLIST& c, const CLIST& d) { return c.parameter < d.parameter; });
+    std::sort(sorted.begin(), sorted.end(), [](const CLIST& c, const CLIST& d) {
+      return std::tie(c.parameter, c.point.x, c.point.y) <
+             std::tie(d.parameter, d.point.x, d.point.y);
+    });
     return sorted;
   }
 
