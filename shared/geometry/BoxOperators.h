@@ -52,7 +52,7 @@ public:
 
   /// The boundary belongs to the box in all three.
   constexpr bool Contains(const Point& point) const {
-    return !Any([](const T& low, const T& high, const T& p) { return !(low <= p && p <= high); },
+    return !Any([](const T& low, const T& high, const T& p) { return !(low <= p) | !(p <= high); },
                 min_, max_, point);
   }
   constexpr bool Contains(const B& other) const {
@@ -60,7 +60,7 @@ public:
   }
   constexpr bool Intersects(const B& other) const {
     return !Any([](const T& low, const T& high, const T& otherLow,
-                   const T& otherHigh) { return !(low <= otherHigh && otherLow <= high); },
+                   const T& otherHigh) { return !(low <= otherHigh) | !(otherLow <= high); },
                 min_, max_, other.Min(), other.Max());
   }
 
@@ -75,8 +75,9 @@ public:
   }
   /// Makes the box the bounds of the points; of none, the empty box.
   constexpr void BoundPoints(std::span<const Point> points) {
-    MakeEmpty();
-    for (const Point& point : points) ExtendBy(point);
+    B bounds;
+    for (const Point& point : points) bounds.ExtendBy(point);
+    Self() = bounds;
   }
   constexpr void BoundPoints(const Point* points, std::size_t count) {
     BoundPoints(std::span<const Point>(points, count));
@@ -166,11 +167,11 @@ protected:
 private:
   constexpr B& Self() { return static_cast<B&>(*this); }
 
-  /// Returns whether `test` is true along any axis.
+  /// Returns whether `test` is true along any axis; asks all of them, for a jump costs more.
   template <class Test, class... Points>
   static constexpr bool Any(Test test, const Points&... points) {
     bool result = false;
-    Point::ForEach([&](const auto&... values) { result = result || test(values...); }, points...);
+    Point::ForEach([&](const auto&... values) { result |= test(values...); }, points...);
     return result;
   }
 
