@@ -16,9 +16,9 @@
 #include <random>
 #include <vector>
 
-#include "tests/polygons/PolygonTestSupport.h"
 #include "shared/diagnostics/Exception.h"
 #include "shared/polygons/FlatPolygon.h"
+#include "tests/polygons/PolygonTestSupport.h"
 #include "tests/support/PlainLineClip.h"
 
 namespace shr {
