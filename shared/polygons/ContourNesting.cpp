@@ -41,6 +41,49 @@ std::size_t LeftmostVertex(std::span<const Vec2d> contour) {
                                   contour.begin());
 }
 
+/// The lowest of the edges at the leftmost vertex, which has the inside above it. A contour that
+/// touches itself there comes by several times.
+class LowestEdge {
+public:
+  explicit LowestEdge(const Vec2d& vertex) : vertex_(vertex) {}
+
+  /// Takes an edge to `end`; `turn` is 1 when the contour runs from the vertex to there, else -1.
+  void Take(const Vec2d& end, int turn) {
+    const int side = end_ == nullptr ? -1 : OrientationSign(vertex_, *end_, end);
+    if (side > 0) return;
+    turn_ = side < 0 || turn == turn_ ? turn : 0;
+    end_ = &end;
+  }
+  /// Returns the turn of the lowest edge, 0 when it is run along both ways.
+  int Turn() const { return turn_; }
+
+private:
+  Vec2d vertex_;
+  const Vec2d* end_ = nullptr;
+  int turn_ = 0;
+};
+
+int TurnOfLowestEdge(std::span<const Vec2d> contour) {
+  const Vec2d vertex = contour[LeftmostVertex(contour)];
+  LowestEdge lowest(vertex);
+  const Vec2d* from = &contour.back();
+  for (const Vec2d& to : contour) {
+    if (*from == vertex && to != vertex) lowest.Take(to, 1);
+    if (to == vertex && *from != vertex) lowest.Take(*from, -1);
+    from = &to;
+  }
+  return lowest.Turn();
+}
+
+/// Returns the sign of the area when rounding leaves it the same for either direction.
+int TurnByArea(std::span<const Vec2d> contour) {
+  const std::vector<Vec2d> reversed(contour.rbegin(), contour.rend());
+  const double area = PolygonArea(contour);
+  const double other = PolygonArea(reversed);
+  if (area > 0.0 && other < 0.0) return 1;
+  return area < 0.0 && other > 0.0 ? -1 : 0;
+}
+
 bool IsFinite(const Vec2d& point) {
   return std::isfinite(point.x) && std::isfinite(point.y);
 }
@@ -190,19 +233,9 @@ void Sweep::Run() {
 }  // namespace
 
 int TurnOf(std::span<const Vec2d> contour) {
-  const std::size_t size = contour.size();
-  if (size < 3 || !std::all_of(contour.begin(), contour.end(), IsFinite)) return 0;
-  const std::size_t middle = LeftmostVertex(contour);
-  const auto neighbour = [&](std::size_t step) {
-    std::size_t index = (middle + step) % size;
-    while (index != middle && contour[index] == contour[middle]) index = (index + step) % size;
-    return index;
-  };
-  const int turn =
-      OrientationSign(contour[neighbour(size - 1)], contour[middle], contour[neighbour(1)]);
-  if (turn != 0) return turn;
-  const double area = PolygonArea(contour);
-  return (area > 0.0) - (area < 0.0);
+  if (contour.size() < 3 || !std::all_of(contour.begin(), contour.end(), IsFinite)) return 0;
+  const int turn = TurnOfLowestEdge(contour);
+  return turn != 0 ? turn : TurnByArea(contour);
 }
 
 std::vector<ContourGroup> GroupContours(std::span<const GpcContour> contours) {

@@ -16,8 +16,9 @@
 namespace shr {
 
 /// Returns 1 when a simple contour runs counter-clockwise in a y-up frame and -1 when it runs
-/// clockwise: decided exactly at its lowest leftmost vertex, and by its area where it turns back
-/// there. Degenerate: 0 for contours without area and with infinite or NaN coordinates.
+/// clockwise: decided exactly by the lowest edge at its lowest leftmost vertex, and by its area
+/// where it runs along that edge both ways. Degenerate: 0 for contours without area and with
+/// infinite or NaN coordinates.
 int TurnOf(std::span<const Vec2d> contour);
 
 /// An outer contour and the contours directly inside it, by their index.

@@ -27,9 +27,13 @@ void CheckFinite(std::span<const Vec2d> points) {
                  L"Unable to write a polygon as text.\nA coordinate is not finite.");
 }
 
-/// Returns the ring without its closing point, which may differ from the first by rounding.
+/// Returns the ring without its closing point, which may differ from the first by rounding, and
+/// without points around it that repeat the first: turned around, they would look like closing
+/// points.
 std::span<const Vec2d> OpenRing(std::span<const Vec2d> ring) {
-  while (ring.size() > 1 && IsNear(ring.front(), ring.back())) ring = ring.first(ring.size() - 1);
+  if (ring.size() > 1 && IsNear(ring.front(), ring.back())) ring = ring.first(ring.size() - 1);
+  while (ring.size() > 1 && ring.back() == ring.front()) ring = ring.first(ring.size() - 1);
+  while (ring.size() > 1 && ring[1] == ring[0]) ring = ring.subspan(1);
   return ring;
 }
 
