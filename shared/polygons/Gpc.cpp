@@ -30,6 +30,7 @@
 #include "shared/polygons/Gpc.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "shared/diagnostics/Exception.h"
 #include "shared/polygons/GpcWorkspace.h"
@@ -39,13 +40,33 @@ namespace {
 
 using gpc::Workspace;
 
+/// A thread keeps the memory of its workspace for the next call unless it is more than this.
+constexpr std::size_t KEPT_BYTES = std::size_t{64} << 20;
 constexpr int STEADY_ROUNDS = 3;
 constexpr int MAX_ROUNDS = 48;
 
-Workspace& GetWorkspace() {
-  thread_local Workspace work;
-  return work;
-}
+/// The workspace of the calling thread for one call.
+class WorkspaceLease {
+public:
+  WorkspaceLease() = default;
+  ~WorkspaceLease() {
+    if (gpc::CountBytes(work_) <= KEPT_BYTES) return;
+    std::destroy_at(&work_);
+    std::construct_at(&work_);
+  }
+  WorkspaceLease(const WorkspaceLease&) = delete;
+  WorkspaceLease& operator=(const WorkspaceLease&) = delete;
+
+  Workspace& Get() const { return work_; }
+
+private:
+  static Workspace& GetWorkspace() {
+    thread_local Workspace work;
+    return work;
+  }
+
+  Workspace& work_ = GetWorkspace();
+};
 
 /// Frees the contours of an unfinished result.
 class ResultGuard {
@@ -103,7 +124,8 @@ void Arrange(Workspace& work) {
 
 void gpc_polygon_clip(gpc_op operation, const GpcPolygon& subject, const GpcPolygon& clip,
                       GpcPolygon& result) {
-  Workspace& work = GetWorkspace();
+  const WorkspaceLease lease;
+  Workspace& work = lease.Get();
   gpc::Reset(work);
   gpc::LoadPolygon(work, subject, gpc::SUBJECT);
   gpc::LoadPolygon(work, clip, gpc::CLIP);

@@ -27,7 +27,7 @@
 namespace shr::gpc {
 namespace {
 
-constexpr Index SMALL_TILE = 12;
+constexpr Index SMALL_TILE = 20;
 constexpr int MAX_DEPTH = 120;
 /// A bundle is compared by intervals when an element overlaps no more others than this on average.
 constexpr double MAX_OVERLAPS = 3.0;
@@ -36,11 +36,11 @@ bool Overlap(const Box& a, const Box& b) {
   return a.xMin <= b.xMax && b.xMin <= a.xMax && a.yMin <= b.yMax && b.yMin <= a.yMax;
 }
 
-void Extend(Box& box, const Box& other) {
-  box.xMin = std::min(box.xMin, other.xMin);
-  box.yMin = std::min(box.yMin, other.yMin);
-  box.xMax = std::max(box.xMax, other.xMax);
-  box.yMax = std::max(box.yMax, other.yMax);
+inline void Extend(Box& box, const Box& other) {
+  box.xMin = other.xMin < box.xMin ? other.xMin : box.xMin;
+  box.yMin = other.yMin < box.yMin ? other.yMin : box.yMin;
+  box.xMax = other.xMax > box.xMax ? other.xMax : box.xMax;
+  box.yMax = other.yMax > box.yMax ? other.yMax : box.yMax;
 }
 
 constexpr Box EMPTY_BOX{HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
@@ -92,6 +92,11 @@ public:
   }
 
 private:
+  struct Sides {
+    bool isLow;
+    bool isHigh;
+  };
+
   // Tiles. A tile's elements are the last ones in the buffer.
 
   void FindInTile(Index first, Index count, const Box& box, int depth) {
@@ -118,38 +123,43 @@ private:
   /// Halves a tile by an upright cut unless more elements than the limit would go to both sides.
   bool HalveUpright(Index first, Index count, const Box& box, int depth, Index limit) {
     const double at = box.xMin + (box.xMax - box.xMin) * 0.5;
-    const Element* elements = work_.elements.Data() + first;
-    Index both = 0;
-    for (Index i = 0; i < count; ++i) {
-      both += static_cast<Index>(elements[i].box.xMin <= at) &
-              static_cast<Index>(elements[i].box.xMax >= at);
-    }
-    if (both > limit) return false;
-    Halve(first, count, {{1.0, 0.0}, at}, depth, [at](const Element& element, Index) {
+    const auto getSides = [at](const Element& element, Index) {
       return Sides{element.box.xMin <= at, element.box.xMax >= at};
-    });
+    };
+    if (ExceedsLimit(first, count, limit, getSides)) return false;
+    Halve(first, count, {{1.0, 0.0}, at}, depth, getSides);
     return true;
   }
 
   bool HalveLevel(Index first, Index count, const Box& box, int depth, Index limit) {
     const double at = box.yMin + (box.yMax - box.yMin) * 0.5;
-    const Element* elements = work_.elements.Data() + first;
-    Index both = 0;
-    for (Index i = 0; i < count; ++i) {
-      both += static_cast<Index>(elements[i].box.yMin <= at) &
-              static_cast<Index>(elements[i].box.yMax >= at);
-    }
-    if (both > limit) return false;
-    Halve(first, count, {{0.0, 1.0}, at}, depth, [at](const Element& element, Index) {
+    const auto getSides = [at](const Element& element, Index) {
       return Sides{element.box.yMin <= at, element.box.yMax >= at};
-    });
+    };
+    if (ExceedsLimit(first, count, limit, getSides)) return false;
+    Halve(first, count, {{0.0, 1.0}, at}, depth, getSides);
     return true;
   }
 
-  struct Sides {
-    bool isLow;
-    bool isHigh;
-  };
+  /// Returns true when more elements than the limit belong to both sides. A few elements that are
+  /// well below the limit stand for all.
+  template <class GetSides>
+  bool ExceedsLimit(Index first, Index count, Index limit, const GetSides& getSides) const {
+    constexpr Index SAMPLES = 32;
+    const Element* elements = work_.elements.Data() + first;
+    const auto countBoth = [&](Index step) {
+      Index both = 0;
+      for (Index i = 0; i < count; i += step) {
+        const Sides sides = getSides(elements[i], i);
+        both += static_cast<Index>(sides.isLow) & static_cast<Index>(sides.isHigh);
+      }
+      return both;
+    };
+    if (count >= 2 * SAMPLES && limit >= count / 4 && countBoth(count / SAMPLES) < SAMPLES / 8) {
+      return false;
+    }
+    return countBoth(1) > limit;
+  }
 
   /// Handles the two halves of a tile one after the other. `getSides` says where an element
   /// belongs, given the element and its number in the tile.

@@ -227,8 +227,15 @@ void BuildChains(Workspace& work) {
 struct Spoke {
   Vec2d vector;
   Half half;
-  Index isUpper;  ///< 1: the angle is less than a half turn; of this width it is copied at once
+  Index quadrant;
 };
+
+/// Returns the number of the quarter turn from the direction of x on that holds a vector.
+Index GetQuadrant(const Vec2d& vector) {
+  if (vector.y >= 0.0 && vector.x > 0.0) return 0;
+  if (vector.x <= 0.0 && vector.y > 0.0) return 1;
+  return vector.x < 0.0 ? 2 : 3;
+}
 
 class NodeBuilder {
 public:
@@ -289,8 +296,7 @@ private:
       const Half half = work_.slots[slot];
       if (work_.parities[half / 2] == MERGED) continue;
       const Vec2d vector = GetFarPoint(half) - center;
-      const bool isUpper = vector.y > 0.0 || (vector.y == 0.0 && vector.x > 0.0);
-      spokes_[count++] = {vector, half, isUpper};
+      spokes_[count++] = {vector, half, GetQuadrant(vector)};
     }
     Sort(center, count);
     if (!JoinCoincident(count)) return false;
@@ -301,7 +307,7 @@ private:
 
   void Sort(const Vec2d& center, Index count) {
     const auto isBefore = [&](const Spoke& a, const Spoke& b) {
-      if (a.isUpper != b.isUpper) return a.isUpper != 0;
+      if (a.quadrant != b.quadrant) return a.quadrant < b.quadrant;
       const int turn = Turn(center, a, b);
       return turn != 0 ? turn > 0 : a.half < b.half;
     };

@@ -86,13 +86,7 @@ public:
     Resize(size);
     for (Index i = 0; i < size; ++i) data_[i] = value;
   }
-  /// Gives the memory back when it is more than `bytes`.
-  void Shrink(std::size_t bytes) {
-    if (capacity_ * sizeof(T) <= bytes) return;
-    GpcFree(data_);
-    data_ = nullptr;
-    size_ = capacity_ = 0;
-  }
+  std::size_t Bytes() const { return capacity_ * sizeof(T); }
   void Swap(Buffer& other) {
     std::swap(data_, other.data_);
     std::swap(size_, other.size_);
@@ -263,6 +257,17 @@ inline double Length1(const Vec2d& a) {
 }
 inline bool IsSame(const Vec2d& a, const Vec2d& b) {
   return a.x == b.x && a.y == b.y;
+}
+
+/// Returns the size of the buffers that grow with what is clipped.
+inline std::size_t CountBytes(const Workspace& work) {
+  return work.points.Bytes() + work.nextPoints.Bytes() + work.sections.Bytes() +
+         work.elements.Bytes() + work.intervals.Bytes() + work.isNode.Bytes() +
+         work.parents.Bytes() + work.occurrences.Bytes() + work.unordered.Bytes() +
+         work.edgeStarts.Bytes() + work.nodeOfPoint.Bytes() + work.nodePoints.Bytes() +
+         work.chains.Bytes() + work.parities.Bytes() + work.slots.Bytes() +
+         work.slotOfHalf.Bytes() + work.lefts.Bytes() + work.slabSections.Bytes() +
+         work.gathered.Bytes();
 }
 
 // The stages, in order.
