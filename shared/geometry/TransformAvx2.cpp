@@ -46,27 +46,26 @@ void Store(const FourPoints& points, double* destination) {
   _mm256_storeu_pd(destination + 8, points.c);
 }
 
-/// The four lanes to take, from the first to the last.
-constexpr int Lanes(int first, int second, int third, int fourth) {
-  return first | second << 2 | third << 4 | fourth << 6;
+/// Four lanes of a vector, from the first to the last. The instruction takes a constant, also where
+/// nothing is optimised.
+template <int FIRST, int SECOND, int THIRD, int FOURTH>
+Vector Take(Vector lanes) {
+  return _mm256_permute4x64_pd(lanes, FIRST | SECOND << 2 | THIRD << 4 | FOURTH << 6);
 }
 
 FourPoints SpreadX(const FourPoints& p) {
-  return {_mm256_permute4x64_pd(p.a, Lanes(0, 0, 0, 3)),
-          _mm256_permute4x64_pd(_mm256_blend_pd(p.b, p.a, 8), Lanes(3, 3, 2, 2)),
-          _mm256_permute4x64_pd(_mm256_blend_pd(p.c, p.b, 4), Lanes(2, 1, 1, 1))};
+  return {Take<0, 0, 0, 3>(p.a), Take<3, 3, 2, 2>(_mm256_blend_pd(p.b, p.a, 8)),
+          Take<2, 1, 1, 1>(_mm256_blend_pd(p.c, p.b, 4))};
 }
 
 FourPoints SpreadY(const FourPoints& p) {
-  return {_mm256_permute4x64_pd(_mm256_blend_pd(p.a, p.b, 1), Lanes(1, 1, 1, 0)),
-          _mm256_permute4x64_pd(p.b, Lanes(0, 0, 3, 3)),
-          _mm256_permute4x64_pd(_mm256_blend_pd(p.c, p.b, 8), Lanes(3, 2, 2, 2))};
+  return {Take<1, 1, 1, 0>(_mm256_blend_pd(p.a, p.b, 1)), Take<0, 0, 3, 3>(p.b),
+          Take<3, 2, 2, 2>(_mm256_blend_pd(p.c, p.b, 8))};
 }
 
 FourPoints SpreadZ(const FourPoints& p) {
-  return {_mm256_permute4x64_pd(_mm256_blend_pd(p.a, p.b, 2), Lanes(2, 2, 2, 1)),
-          _mm256_permute4x64_pd(_mm256_blend_pd(p.b, p.c, 1), Lanes(1, 1, 0, 0)),
-          _mm256_permute4x64_pd(p.c, Lanes(0, 3, 3, 3))};
+  return {Take<2, 2, 2, 1>(_mm256_blend_pd(p.a, p.b, 2)),
+          Take<1, 1, 0, 0>(_mm256_blend_pd(p.b, p.c, 1)), Take<0, 3, 3, 3>(p.c)};
 }
 
 /// A row of the matrix as the three result vectors need it.
