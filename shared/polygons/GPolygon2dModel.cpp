@@ -12,18 +12,24 @@
 namespace shr {
 namespace {
 
-/// Returns twice the signed area, positive for clockwise order. Coordinates are taken relative to
-/// the first point, which keeps the sign right for small rings far from the origin.
+/// Returns four times the signed area, positive for clockwise order. Coordinates are taken relative
+/// to the first point, which keeps the sign right for small rings far from the origin. The parts
+/// are added up in both orders, so that rounding gives the reversed ring exactly the opposite.
 double ClockwiseArea(std::span<const Vec2d> ring) {
   const Vec2d origin = ring.front();
-  double sum = 0.0;
-  Vec2d from = ring.front() - origin;
-  for (const Vec2d& point : ring.subspan(1)) {
-    const Vec2d to = point - origin;
-    sum += from.y * to.x - to.y * from.x;
-    from = to;
+  const auto part = [&](const Vec2d& one, const Vec2d& two) {
+    const Vec2d from = one - origin;
+    const Vec2d to = two - origin;
+    return from.y * to.x - to.y * from.x;
+  };
+  double forth = 0.0;
+  double back = 0.0;
+  const std::size_t last = ring.size() - 1;
+  for (std::size_t i = 0; i < last; ++i) {
+    forth += part(ring[i], ring[i + 1]);
+    back += part(ring[last - i - 1], ring[last - i]);
   }
-  return sum;
+  return forth + back;
 }
 
 bool AreFinite(std::span<const Vec2d> points) {

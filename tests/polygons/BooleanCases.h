@@ -15,6 +15,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <ostream>
 #include <random>
 #include <span>
 #include <string>
@@ -31,6 +32,10 @@ struct BooleanCase {
 struct CaseFamily {
   const char* name;
   BooleanCase (*make)(std::mt19937_64& random);
+
+  friend std::ostream& operator<<(std::ostream& stream, const CaseFamily& family) {
+    return stream << family.name;
+  }
 };
 
 std::span<const CaseFamily> BooleanCaseFamilies();
