@@ -7,6 +7,7 @@
 // find the edges in another order than before. So the work is done in stages over whole arrays
 // instead, each of which only ever handles what the stage before left over:
 //
+// 0. Loading (GpcLoading.cpp): the contours, less what lies where the operation has no result.
 // 1. Sections (GpcSections.cpp): runs of edges that cannot meet each other, with their boxes.
 // 2. Crossings (GpcCrossings.cpp): pairs of edges that meet, found by halving the plane into tiles.
 // 3. Graph (GpcGraph.cpp): nodes where edges meet, chains of edges between them.
@@ -126,10 +127,7 @@ void gpc_polygon_clip(gpc_op operation, const GpcPolygon& subject, const GpcPoly
                       GpcPolygon& result) {
   const WorkspaceLease lease;
   Workspace& work = lease.Get();
-  gpc::Reset(work);
-  gpc::LoadPolygon(work, subject, gpc::SUBJECT);
-  gpc::LoadPolygon(work, clip, gpc::CLIP);
-  gpc::FinishLoading(work);
+  gpc::LoadPolygons(work, operation, subject, clip);
   Arrange(work);
   ResultGuard guard(work);
   gpc::TraceContours(work, operation);

@@ -272,12 +272,10 @@ inline std::size_t CountBytes(const Workspace& work) {
 
 // The stages, in order.
 
-/// Empties the workspace.
-void Reset(Workspace& work);
-/// Appends the contours of an operand without repeated points.
-void LoadPolygon(Workspace& work, const GpcPolygon& polygon, Operands operand);
-/// Ends loading: checks the coordinates and sets scale and tolerance.
-void FinishLoading(Workspace& work);
+/// Fills the workspace with the contours of both operands, without repeated points and without what
+/// cannot matter to the operation; sets scale and tolerance.
+void LoadPolygons(Workspace& work, gpc_op operation, const GpcPolygon& subject,
+                  const GpcPolygon& clip);
 /// Cuts the contours into sections.
 void BuildSections(Workspace& work);
 /// Finds where edges meet: fills the nodes and the occurrences.

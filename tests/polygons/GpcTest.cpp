@@ -89,6 +89,43 @@ TEST(GpcForm, contoursBeginAtTheTopAndHolesRunTheOtherWay) {
   }
 }
 
+// A union regards all of both operands, an intersection only what lies near both.
+TEST(GpcForm, waysFarOutsideTheOtherOperandCountAsTheyWind) {
+  std::mt19937 random(20);
+  const auto draw = [&random](double scale) {
+    return scale * (static_cast<double>(random() >> 4) / double{1 << 28} - 0.5);
+  };
+  const auto wander = [&](int size, double scale, double x, double y) {
+    Points points;
+    for (int i = 0; i < size; ++i) {
+      points.emplace_back(x + draw(scale), y + draw(scale));
+      // Stays beyond one side of the middle for a while, and repeats a vertex there.
+      if (i % 3 == 0) points.emplace_back(points.back().x + draw(scale * 0.1), points.back().y);
+      if (i % 7 == 0) points.push_back(points.back());
+    }
+    return points;
+  };
+  for (int i = 0; i < 60; ++i) {
+    const Contours large = {wander(5 + i, 20.0, 0.0, 0.0), Rectangle(-5, -5, 5, 5),
+                            wander(20, 2.0, 30.0, 0.0)};
+    const Contours small = {wander(5, 1.0, draw(15.0), draw(15.0))};
+    const auto area = [&](Operation operation, const Contours& subject, const Contours& clip) {
+      const BooleanResult result = OperateByGpc(operation, subject, clip);
+      double sum = 0.0;
+      for (std::size_t j = 0; j < result.contours.size(); ++j) {
+        const double part = std::abs(PolygonArea(result.contours[j]));
+        sum += result.holeFlags[j] != 0 ? -part : part;
+      }
+      return sum;
+    };
+    const double outside = area(Operation::Union, large, small) - area(Operation::Union, large, {});
+    const double all = area(Operation::Union, small, {});
+    EXPECT_NEAR(area(Operation::Intersection, large, small), all - outside, 1e-11) << i;
+    EXPECT_NEAR(area(Operation::Intersection, small, large), all - outside, 1e-11) << i;
+    EXPECT_NEAR(area(Operation::Difference, small, large), outside, 1e-11) << i;
+  }
+}
+
 TEST(GpcForm, everyContourIsFoundAmongManyIslands) {
   // Rings in rings in a row of squares: each part lies in the others' gaps.
   Contours rings;
