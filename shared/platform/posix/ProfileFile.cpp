@@ -28,6 +28,7 @@
 
 #include "shared/platform/Paths.h"
 #include "shared/platform/RawFile.h"
+#include "shared/platform/posix/Descriptor.h"
 #include "shared/platform/posix/NativePath.h"
 #include "shared/platform/posix/ShareLocks.h"
 
@@ -42,36 +43,6 @@ constexpr auto FINE_TICK = std::chrono::milliseconds(50);
 constexpr auto COARSE_TICK = std::chrono::milliseconds(2500);
 constexpr std::size_t CACHED_FILES = 8;
 constexpr mode_t NEW_FILE_PERMISSIONS = 0666;
-
-class Descriptor {
-public:
-  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-  ~Descriptor() { Close(); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  bool IsOpen() const { return descriptor_ >= 0; }
-  int Get() const { return descriptor_; }
-  /// Returns whether the system took everything; `errno` is kept when it did.
-  bool Close() {
-    const int error = errno;
-    const int descriptor = std::exchange(descriptor_, -1);
-    if (descriptor >= 0 && close(descriptor) != 0 && errno != EINTR) return false;
-    errno = error;
-    return true;
-  }
-
-private:
-  int descriptor_;
-};
-
-int OpenFile(const std::string& path, int flags) {
-  int descriptor = -1;
-  do {
-    descriptor = open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, NEW_FILE_PERMISSIONS);
-  } while (descriptor < 0 && errno == EINTR);
-  return descriptor;
-}
 
 bool IsRegular(const struct stat& status) {
   if (S_ISREG(status.st_mode)) return true;
@@ -197,7 +168,7 @@ std::string TemporaryName(const std::string& target, bool locked) {
 /// Writes the new content to `temporary` and puts that in the place of the target.
 bool Replace(const std::string& target, const std::string& temporary, const std::string& bytes) {
   unlink(temporary.c_str());
-  Descriptor file(OpenFile(temporary, O_WRONLY | O_CREAT | O_EXCL));
+  Descriptor file(OpenFile(temporary, O_WRONLY | O_CREAT | O_EXCL, NEW_FILE_PERMISSIONS));
   if (!file.IsOpen()) return false;
   const bool written = WriteDescriptor(file.Get(), bytes.data(), bytes.size()) &&
                        FlushDescriptor(file.Get()) && file.Close() &&

@@ -17,6 +17,7 @@
 #include <utility>
 
 #include "shared/platform/RawFile.h"
+#include "shared/platform/posix/Descriptor.h"
 #include "shared/platform/posix/NativePath.h"
 
 namespace shr::platform {
@@ -25,32 +26,6 @@ namespace {
 /// Settings concern nobody but their user.
 constexpr mode_t FILE_PERMISSIONS = 0600;
 constexpr mode_t FOLDER_PERMISSIONS = 0700;
-
-class Descriptor {
-public:
-  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-  ~Descriptor() { Close(); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  bool IsOpen() const { return descriptor_ >= 0; }
-  int Get() const { return descriptor_; }
-  bool Close() {
-    const int descriptor = std::exchange(descriptor_, -1);
-    return descriptor < 0 || close(descriptor) == 0 || errno == EINTR;
-  }
-
-private:
-  int descriptor_;
-};
-
-int OpenFile(const std::string& path, int flags) {
-  int descriptor = -1;
-  do {
-    descriptor = open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, FILE_PERMISSIONS);
-  } while (descriptor < 0 && errno == EINTR);
-  return descriptor;
-}
 
 /// Reports a failed call of the system on `path`.
 RegistryStatus ReportSystem(const wchar_t* what, const std::string& path) {
@@ -226,7 +201,7 @@ private:
   RegistryStatus WriteFile(const std::string& bytes) {
     // Only the holder of the lock writes, so the name is free, or left over from a killed process.
     const std::string temporary = path_ + ".new";
-    Descriptor file(OpenFile(temporary, O_WRONLY | O_CREAT | O_TRUNC));
+    Descriptor file(OpenFile(temporary, O_WRONLY | O_CREAT | O_TRUNC, FILE_PERMISSIONS));
     if (!file.IsOpen()) return ReportSystem(L"Unable to create", temporary);
     struct stat status = {};
     const bool written = WriteDescriptor(file.Get(), bytes.data(), bytes.size()) &&
@@ -296,7 +271,7 @@ RegistryStatus ChangeHive(
   if (!MakeFolder(folder)) return ReportSystem(L"Unable to create the folder", folder);
   const std::string lockPath = folder + '/' + hive + ".lock";
   // Closing the descriptor releases the lock, also when the process is killed.
-  const Descriptor lock(OpenFile(lockPath, O_RDWR | O_CREAT));
+  const Descriptor lock(OpenFile(lockPath, O_RDWR | O_CREAT, FILE_PERMISSIONS));
   if (!lock.IsOpen() || !Lock(lock)) return ReportSystem(L"Unable to lock", lockPath);
   Hive& held = GetHive(folder, hive);
   RegistryStatus status = held.LoadForChange();
