@@ -26,11 +26,7 @@ using test::Points;
 const Points LINES = {{-1, 1}, {1, 1}, {1, 9}, {3, 9}, {3, 3}, {-5, 3}, {9, 3}, {9, 9}, {5, 5}};
 const Counts LINE_SIZES = {5, 2, 2};
 
-struct Pieces {
-  Points points;
-  Counts counts;
-  bool operator==(const Pieces&) const = default;
-};
+using Pieces = test::FlatLines;
 
 template <class Clip>
 Pieces ClipLines(const Clip& clip) {
@@ -47,18 +43,6 @@ Pieces ClipDashes(const Clip& clip) {
   GClipDashedPolylinesToPolygon(LINES.data(), LINE_SIZES.data(), 3, dashes, clip, pieces.points,
                                 pieces.counts);
   return pieces;
-}
-
-double LengthOf(const Pieces& pieces) {
-  double length = 0.0;
-  std::size_t first = 0;
-  for (const unsigned int count : pieces.counts) {
-    for (std::size_t i = first + 1; i < first + count; ++i) {
-      length += pieces.points[i - 1].Distance(pieces.points[i]);
-    }
-    first += count;
-  }
-  return length;
 }
 
 TEST(ClipUtilLines, clipsToABoxInAnyOrderOfItsCorners) {

@@ -27,20 +27,7 @@ namespace {
 using test::Counts;
 using test::Points;
 
-struct Contours {
-  Points points;
-  Counts counts;
-};
-
-Contours MakeStars(std::size_t size, std::mt19937_64& random) {
-  Contours contours;
-  for (int i = 0; i < 3; ++i) {
-    const Points star = test::MakeStar(Vec2d(i, 0.3 * i), 1.5, size, random);
-    contours.points.insert(contours.points.end(), star.begin(), star.end());
-    contours.counts.push_back(static_cast<unsigned int>(size));
-  }
-  return contours;
-}
+using Contours = test::FlatLines;
 
 /// A frame of 9 x 9 with a square hole and a triangle in that.
 Contours MakeNested() {
@@ -152,19 +139,19 @@ TEST(LineClipPolygon, joinsThePiecesOfAPolyline) {
 
 TEST(LineClipPolygon, equalsTheStepsOverAllEdges) {
   std::mt19937_64 random(47);
-  Contours withNan = MakeStars(20, random);
+  Contours withNan = test::MakeStars(20, random);
   withNan.points[5].y = NAN;
-  Contours far = MakeStars(60, random);
+  Contours far = test::MakeStars(60, random);
   for (Vec2d& point : far.points) point = point * 1e-5 + Vec2d(1e6, -1e6);
-  Contours tiny = MakeStars(40, random);
+  Contours tiny = test::MakeStars(40, random);
   for (Vec2d& point : tiny.points) point *= 1e-200;
   const struct {
     const char* name;
     Contours contours;
     int segments;
   } rows[] = {
-      {"stars of 5", MakeStars(5, random), 150},
-      {"stars of 400", MakeStars(400, random), 20},
+      {"stars of 5", test::MakeStars(5, random), 150},
+      {"stars of 400", test::MakeStars(400, random), 20},
       {"nested", MakeNested(), 150},
       {"lattice", MakeLattice(random), 150},
       {"other lattice", MakeLattice(random), 150},
@@ -202,7 +189,7 @@ TEST(LineClipPolygon, equalsTheStepsOverAllEdges) {
 TEST(LineClipPolygon, keepsTheLengthInside) {
   std::mt19937_64 random(48);
   std::uniform_real_distribution<double> coordinate(-2.0, 4.0);
-  const Contours stars = MakeStars(200, random);
+  const Contours stars = test::MakeStars(200, random);
   const GLineClipPolygon polygon(stars.points, stars.counts);
   for (int i = 0; i < 100; ++i) {
     const Vec2d a(coordinate(random), coordinate(random));

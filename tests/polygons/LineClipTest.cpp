@@ -25,11 +25,7 @@ namespace {
 using test::Counts;
 using test::Points;
 
-struct Pieces {
-  Points points;
-  Counts counts;
-  bool operator==(const Pieces&) const = default;
-};
+using Pieces = test::FlatLines;
 
 /// Clips every segment on its own and joins those that meet.
 Pieces ClipSegmentBySegment(const CLineClip& clip, const Points& line) {
@@ -81,18 +77,6 @@ std::vector<std::uint64_t> BitsOf(const Pieces& pieces) {
     }
   }
   return bits;
-}
-
-double LengthOf(const Pieces& pieces) {
-  double length = 0.0;
-  std::size_t first = 0;
-  for (const unsigned int count : pieces.counts) {
-    for (std::size_t i = first + 1; i < first + count; ++i) {
-      length += pieces.points[i - 1].Distance(pieces.points[i]);
-    }
-    first += count;
-  }
-  return length;
 }
 
 TEST(LineClip, isOnExactlyWhileTheRectangleHasAnArea) {
@@ -183,15 +167,7 @@ TEST(LineClip, cutsPolylinesIntoVisiblePieces) {
 
 TEST(LineClip, equalsClippingSegmentBySegment) {
   std::mt19937_64 random(43);
-  std::uniform_real_distribution<double> coordinate(-2.0, 3.0);
-  std::normal_distribution<double> step(0.0, 0.07);
-  const double odd[] = {0.0, 1.0, -0.0, -1.0, 2.0, 0.5, NAN, HUGE_VAL, -HUGE_VAL, 1e308, 5e-324};
-  const auto makePoint = [&](int kind, const Vec2d& last) -> Vec2d {
-    if (kind == 0) return {coordinate(random), coordinate(random)};
-    if (kind == 1) return last + Vec2d(step(random), step(random));
-    const std::size_t limit = kind == 2 ? 6 : std::size(odd);
-    return {odd[random() % limit], odd[random() % limit]};
-  };
+  const auto makePoint = test::RandomPointMaker(random);
   const Box2d box(0.0, 0.0, 1.0, 1.0);
   const CLineClip clip(box);
   for (int round = 0; round < 400; ++round) {

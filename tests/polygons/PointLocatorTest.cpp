@@ -26,20 +26,7 @@ namespace {
 using test::Counts;
 using test::Points;
 
-struct Contours {
-  Points points;
-  Counts counts;
-  void Add(const Points& contour) {
-    points.insert(points.end(), contour.begin(), contour.end());
-    counts.push_back(static_cast<unsigned int>(contour.size()));
-  }
-};
-
-Contours MakeStars(std::size_t size, std::mt19937_64& random) {
-  Contours contours;
-  for (int i = 0; i < 3; ++i) contours.Add(test::MakeStar(Vec2d(i, 0.3 * i), 1.5, size, random));
-  return contours;
-}
+using Contours = test::FlatLines;
 
 Contours MakeComb(int teeth) {
   Contours contours;
@@ -95,7 +82,7 @@ Points MakeQueries(const Contours& contours, std::mt19937_64& random) {
 
 TEST(PointLocator, answersAsPointInPolygonToTheBit) {
   std::mt19937_64 random(46);
-  const Contours stars = MakeStars(50, random);
+  const Contours stars = test::MakeStars(50, random);
   Contours withNan = stars;
   withNan.points[7].x = NAN;
   Contours withInfinity = stars;
@@ -111,9 +98,9 @@ TEST(PointLocator, answersAsPointInPolygonToTheBit) {
     Contours contours;
   } rows[] = {
       {"nothing", {}},
-      {"a triangle", MakeStars(3, random)},
+      {"a triangle", test::MakeStars(3, random)},
       {"stars of 50", stars},
-      {"stars of 1000", MakeStars(1000, random)},
+      {"stars of 1000", test::MakeStars(1000, random)},
       {"comb", MakeComb(60)},
       {"tiles", MakeTiles()},
       {"far away", Transform(stars, 1e-6, Vec2d(1e6, -1e6))},

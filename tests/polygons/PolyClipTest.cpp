@@ -149,15 +149,7 @@ TEST(PolyClip, takesABoxWhoseAxisRunsDownward) {
 
 TEST(PolyClip, equalsStagesThatTakeOnePointAtATime) {
   std::mt19937_64 random(41);
-  std::uniform_real_distribution<double> coordinate(-2.0, 3.0);
-  std::normal_distribution<double> step(0.0, 0.05);
-  const double odd[] = {0.0, 1.0, -0.0, -1.0, 2.0, 0.5, NAN, HUGE_VAL, -HUGE_VAL, 1e308, 5e-324};
-  const auto makePoint = [&](int kind, const Vec2d& last) -> Vec2d {
-    if (kind == 0) return {coordinate(random), coordinate(random)};
-    if (kind == 1) return last + Vec2d(step(random), step(random));
-    const std::size_t limit = kind == 2 ? 6 : std::size(odd);
-    return {odd[random() % limit], odd[random() % limit]};
-  };
+  const auto makePoint = test::RandomPointMaker(random);
   for (int round = 0; round < 400; ++round) {
     Points contour(random() % (round % 10 == 0 ? 500 : 12));
     Vec2d last(0.5, 0.5);

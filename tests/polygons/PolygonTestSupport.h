@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstddef>
 #include <fstream>
+#include <iterator>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -25,6 +26,31 @@ namespace shr::test {
 using Points = std::vector<Vec2d>;
 using Counts = std::vector<unsigned int>;
 
+/// Contours or lines as points and their numbers.
+struct FlatLines {
+  Points points;
+  Counts counts;
+
+  void Add(const Points& line) {
+    points.insert(points.end(), line.begin(), line.end());
+    counts.push_back(static_cast<unsigned int>(line.size()));
+  }
+  bool operator==(const FlatLines&) const = default;
+};
+
+/// Returns the length of all open lines together.
+inline double LengthOf(const FlatLines& lines) {
+  double length = 0.0;
+  std::size_t first = 0;
+  for (const unsigned int count : lines.counts) {
+    for (std::size_t i = first + 1; i < first + count; ++i) {
+      length += lines.points[i - 1].Distance(lines.points[i]);
+    }
+    first += count;
+  }
+  return length;
+}
+
 /// Returns a star-shaped contour around `center`, counter-clockwise and not closed.
 inline Points MakeStar(const Vec2d& center, double radius, std::size_t size,
                        std::mt19937_64& random) {
@@ -35,6 +61,33 @@ inline Points MakeStar(const Vec2d& center, double radius, std::size_t size,
     star[i] = center + Vec2d(std::cos(angle), std::sin(angle)) * (radius * spread(random));
   }
   return star;
+}
+
+/// Returns three stars that overlap.
+inline FlatLines MakeStars(std::size_t size, std::mt19937_64& random) {
+  FlatLines stars;
+  for (int i = 0; i < 3; ++i) stars.Add(MakeStar(Vec2d(i, 0.3 * i), 1.5, size, random));
+  return stars;
+}
+
+/// How `RandomPointMaker` chooses a point.
+enum PointKind { ANYWHERE, NEAR_THE_LAST, AT_THE_SIDES, ODD };
+
+/// Returns a maker of points in and around the unit square, of numbers at its sides and of numbers
+/// that break arithmetic.
+inline auto RandomPointMaker(std::mt19937_64& random) {
+  return [&random](int kind, const Vec2d& last) -> Vec2d {
+    static constexpr double ODD_NUMBERS[] = {0.0, 1.0,      -0.0,      -1.0,  2.0,   0.5,
+                                             NAN, HUGE_VAL, -HUGE_VAL, 1e308, 5e-324};
+    constexpr std::size_t NUMBERS_AT_SIDES = 6;
+    std::uniform_real_distribution<double> coordinate(-2.0, 3.0);
+    std::normal_distribution<double> step(0.0, 0.06);
+    if (kind == ANYWHERE) return {coordinate(random), coordinate(random)};
+    if (kind == NEAR_THE_LAST) return last + Vec2d(step(random), step(random));
+    const std::size_t limit = kind == AT_THE_SIDES ? NUMBERS_AT_SIDES : std::size(ODD_NUMBERS);
+    const double x = ODD_NUMBERS[random() % limit];
+    return {x, ODD_NUMBERS[random() % limit]};
+  };
 }
 
 struct Outline {

@@ -23,6 +23,7 @@
 #include "shared/files/ConfigFile.h"
 #include "tests/support/Failures.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/posix/ChildProcess.h"
 
 namespace shr {
 namespace {
@@ -204,33 +205,15 @@ TEST_F(ConfigFilePosix, linksAndPermissionsStay) {
   EXPECT_EQ(status.st_mode & 0777u, 0640u);
 }
 
-/// Runs `action` in a process of its own and returns that process.
-template <typename Action>
-pid_t Start(Action action) {
-  std::fflush(stdout);  // else the child may print it again
-  const pid_t child = fork();
-  if (child == 0) {
-    action();
-    _exit(0);
-  }
-  return child;
-}
-
-int Wait(pid_t child) {
-  int status = -1;
-  waitpid(child, &status, 0);
-  return status;
-}
-
 TEST_F(ConfigFilePosix, writersInSeveralProcessesLoseNothing) {
   constexpr int PROCESSES = 3, VALUES = 10;
   std::vector<pid_t> children;
   for (int process = 0; process < PROCESSES; ++process) {
-    children.push_back(Start([this, process] {
+    children.push_back(test::Start([this, process] {
       for (int i = 0; i < VALUES; ++i) file.Write(std::to_wstring(process), std::to_wstring(i), i);
     }));
   }
-  for (const pid_t child : children) EXPECT_EQ(Wait(child), 0);
+  for (const pid_t child : children) EXPECT_EQ(test::Wait(child), 0);
   for (int process = 0; process < PROCESSES; ++process) {
     std::vector<GString> lines;
     file.ReadSection(std::to_wstring(process), lines);
@@ -241,7 +224,7 @@ TEST_F(ConfigFilePosix, writersInSeveralProcessesLoseNothing) {
 TEST_F(ConfigFilePosix, aReaderBesideAWriterSeesWholeFiles) {
   const auto lines = [](int i) { return std::vector<GString>(500, L"k=" + std::to_wstring(i)); };
   file.WriteSection(L"s", lines(0));
-  const pid_t child = Start([&] {
+  const pid_t child = test::Start([&] {
     for (int i = 0; i < 30; ++i) file.WriteSection(L"s", lines(i));
   });
   for (bool running = true; running;) {

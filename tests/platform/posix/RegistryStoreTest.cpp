@@ -20,6 +20,7 @@
 
 #include "shared/platform/WindowsTypes.h"
 #include "tests/support/RegistrySandbox.h"
+#include "tests/support/posix/ChildProcess.h"
 
 namespace shr::platform {
 namespace {
@@ -162,24 +163,6 @@ protected:
   test::RegistrySandbox sandbox;
 };
 
-/// Runs `action` in a process of its own and returns that process.
-template <typename Action>
-pid_t Start(Action action) {
-  std::fflush(stdout);  // else the child may print it again
-  const pid_t child = fork();
-  if (child == 0) {
-    action();
-    _exit(0);
-  }
-  return child;
-}
-
-int Wait(pid_t child) {
-  int status = -1;
-  waitpid(child, &status, 0);
-  return status;
-}
-
 TEST_F(RegistryFileTest, damagedFilesAreReportedAndKeptAside) {
   for (const auto& [damage, aside] :
        {std::pair("", L".damaged-1"), std::pair("x", L".damaged-2")}) {
@@ -217,7 +200,7 @@ TEST_F(RegistryFileTest, changesOfOtherProcessesAreSeenAtOnce) {
   Set(L"x", "1");
   for (const char* bytes : {"2", "3", "4"}) {
     EXPECT_EQ(Get(L"x").size(), 1u);
-    Wait(Start([&] { Set(L"x", bytes); }));
+    test::Wait(test::Start([&] { Set(L"x", bytes); }));
     EXPECT_EQ(Get(L"x"), bytes);
   }
   test::WriteBytes(File(), SAMPLE_FILE);
@@ -281,13 +264,13 @@ TEST_F(RegistryFileTest, writersInSeveralProcessesLoseNothing) {
   constexpr int PROCESSES = 3, VALUES = 10;
   std::vector<pid_t> children;
   for (int process = 0; process < PROCESSES; ++process) {
-    children.push_back(Start([process] {
+    children.push_back(test::Start([process] {
       for (int i = 0; i < VALUES; ++i) {
         Set(GString(std::to_wstring(process) + L"-" + std::to_wstring(i)), "kept");
       }
     }));
   }
-  for (const pid_t child : children) EXPECT_EQ(Wait(child), 0);
+  for (const pid_t child : children) EXPECT_EQ(test::Wait(child), 0);
   for (int process = 0; process < PROCESSES; ++process) {
     for (int i = 0; i < VALUES; ++i) {
       EXPECT_EQ(Get(GString(std::to_wstring(process) + L"-" + std::to_wstring(i))), "kept");
@@ -298,12 +281,12 @@ TEST_F(RegistryFileTest, writersInSeveralProcessesLoseNothing) {
 TEST_F(RegistryFileTest, killedWritersLeaveAWholeFile) {
   ASSERT_EQ(Set(L"kept", "1"), RegistryStatus::Success);
   for (useconds_t delay = 0; delay < 10; ++delay) {
-    const pid_t child = Start([] {
+    const pid_t child = test::Start([] {
       for (int i = 0;; ++i) Set(L"x", std::string(20'000, static_cast<char>(i)));
     });
     usleep(1000 + 300 * delay);
     kill(child, SIGKILL);
-    Wait(child);
+    test::Wait(child);
     ASSERT_EQ(OpenStatus(), RegistryStatus::Success) << RegistryErrorText();
     ASSERT_EQ(Get(L"kept"), "1");
   }
