@@ -62,9 +62,24 @@ bool IsBefore(const PlacedPoint& a, const PlacedPoint& b) {
   return a.place < b.place || (a.place == b.place && a.point < b.point);
 }
 
+/// Up to so many are sorted by insertion.
+constexpr Index FEW = 24;
+
+void SortRange(PlacedPoint* first, Index count) {
+  if (count > FEW) {
+    std::sort(first, first + count, IsBefore);
+    return;
+  }
+  for (Index i = 1; i < count; ++i) {
+    const PlacedPoint point = first[i];
+    Index j = i;
+    for (; j > 0 && IsBefore(point, first[j - 1]); --j) first[j] = first[j - 1];
+    first[j] = point;
+  }
+}
+
 /// Sorts places that are spread evenly, as crossings with a pattern are, in linear time.
 void SortPlaces(Workspace& work) {
-  constexpr Index FEW = 24;
   Buffer<PlacedPoint>& placed = work.placed;
   const Index count = placed.Size();
   if (std::is_sorted(placed.begin(), placed.end(), IsBefore)) return;
@@ -97,15 +112,13 @@ void SortPlaces(Workspace& work) {
       placed.Swap(work.placedAside);
       Index first = 0;
       for (Index bucket = 0; bucket < count; ++bucket) {  // starts are ends by now
-        if (starts[bucket] - first > 1) {
-          std::sort(placed.Data() + first, placed.Data() + starts[bucket], IsBefore);
-        }
+        if (starts[bucket] - first > 1) SortRange(placed.Data() + first, starts[bucket] - first);
         first = starts[bucket];
       }
       return;
     }
   }
-  std::sort(placed.begin(), placed.end(), IsBefore);
+  SortRange(placed.Data(), count);
 }
 
 /// Merges two points unless they are one already.
@@ -171,13 +184,20 @@ void OrderOccurrences(Workspace& work) {
 void NumberNodes(Workspace& work) {
   work.nodeOfPoint.Resize(work.points.Size());
   work.nodePoints.Clear();
-  const auto number = [&](Index point) {
+  const auto forEachPoint = [&work](const auto& handle) {
+    for (const Index vertex : work.nodeVertices) handle(vertex);
+    for (Index point = work.vertexCount; point < work.points.Size(); ++point) handle(point);
+  };
+  bool hasMerged = false;
+  forEachPoint([&](Index point) {
+    hasMerged |= work.parents[point] != point;
     if (work.parents[point] != point) return;
     work.nodeOfPoint[point] = work.nodePoints.Size();
     work.nodePoints.Append(work.points[point]);
-  };
-  for (const Index vertex : work.nodeVertices) number(vertex);
-  for (Index point = work.vertexCount; point < work.points.Size(); ++point) number(point);
+  });
+  if (!hasMerged) return;
+  forEachPoint(
+      [&work](Index point) { work.nodeOfPoint[point] = work.nodeOfPoint[work.Root(point)]; });
 }
 
 /// Returns the end of the interior points that precede an occurrence.
@@ -187,12 +207,12 @@ Index EndOfInterior(const Occurrence& occurrence) {
 
 void AppendChains(Workspace& work, Index contourIndex, Index first, Index end) {
   const Contour& contour = work.contours[contourIndex];
-  Index from = work.nodeOfPoint[work.Root(work.occurrences[first].point)];
+  Index from = work.nodeOfPoint[work.occurrences[first].point];
   for (Index i = first; i < end; ++i) {
     const Occurrence& occurrence = work.occurrences[i];
     const bool wraps = i + 1 == end;
     const Occurrence& next = work.occurrences[wraps ? first : i + 1];
-    const Index to = work.nodeOfPoint[work.Root(next.point)];
+    const Index to = work.nodeOfPoint[next.point];
     const Index start = occurrence.edge + 1;
     const Index interior = EndOfInterior(next) + (wraps ? contour.count : 0) - start;
     if (from != to || interior != 0) {
@@ -244,10 +264,11 @@ public:
   /// Returns false when half edges nearly coincide.
   bool Run() {
     CollectSlots();
+    work_.slotOfHalf.Resize(2 * work_.chains.Size());
     for (Index node = 0; node < work_.nodePoints.Size(); ++node) {
       if (!OrderNode(node)) return false;
     }
-    FindSlotsOfHalves();
+    if (hasJoined_) DropMerged();
     return true;
   }
 
@@ -290,6 +311,7 @@ private:
   bool OrderNode(Index node) {
     const Vec2d center = work_.nodePoints[node];
     const Index start = work_.nodeStarts[node];
+    if (work_.nodeEnds[node] - start == 4 && OrderPlainCrossing(center, start)) return true;
     Index count = 0;
     spokes_.Resize(work_.nodeEnds[node] - start);
     for (Index slot = start; slot < work_.nodeEnds[node]; ++slot) {
@@ -300,8 +322,40 @@ private:
     }
     Sort(center, count);
     if (!JoinCoincident(count)) return false;
-    for (Index i = 0; i < count; ++i) work_.slots[start + i] = spokes_[i].half;
+    for (Index i = 0; i < count; ++i) SetSlot(start + i, spokes_[i].half);
     work_.nodeEnds[node] = start + count;
+    return true;
+  }
+
+  /// Orders the four half edges of two ways that cross and are far from each other, given each way
+  /// after the other. Returns false, with nothing done, for any other four.
+  bool OrderPlainCrossing(const Vec2d& center, Index start) {
+    Half halves[4];
+    Vec2d vectors[4];
+    double longest = 0.0;
+    for (Index i = 0; i < 4; ++i) {
+      halves[i] = work_.slots[start + i];
+      if (work_.parities[halves[i] / 2] == MERGED) return false;
+      vectors[i] = GetFarPoint(halves[i]) - center;
+      longest = std::max(longest, Length1(vectors[i]));
+    }
+    const double limit = 2.0 * work_.tolerance * longest;
+    double turns[4] = {Cross(vectors[0], vectors[2]), Cross(vectors[2], vectors[1]),
+                       Cross(vectors[1], vectors[3]), Cross(vectors[3], vectors[0])};
+    const bool isClockwise = turns[0] < 0.0;
+    const double sign = isClockwise ? -1.0 : 1.0;
+    for (const double turn : turns) {
+      if (!(sign * turn > limit)) return false;
+    }
+    const Index order[4] = {0, isClockwise ? 3u : 2u, 1, isClockwise ? 2u : 3u};
+    // The first is the one behind the direction of x, counter-clockwise.
+    const auto isUpper = [&](Index i) {
+      const Vec2d& vector = vectors[order[i]];
+      return vector.y > 0.0 || (vector.y == 0.0 && vector.x > 0.0);
+    };
+    Index first = 0;
+    while (!isUpper(first) || isUpper((first + 3) % 4)) ++first;
+    for (Index i = 0; i < 4; ++i) SetSlot(start + i, halves[order[(first + i) % 4]]);
     return true;
   }
 
@@ -311,7 +365,6 @@ private:
       const int turn = Turn(center, a, b);
       return turn != 0 ? turn > 0 : a.half < b.half;
     };
-    constexpr Index FEW = 16;
     if (count > FEW) {
       std::sort(spokes_.begin(), spokes_.begin() + count, isBefore);
       return;
@@ -352,6 +405,7 @@ private:
       joined = true;
     }
     if (!joined) return true;
+    hasJoined_ = true;
     Index kept = 0;
     for (Index i = 0; i < count; ++i) {
       if (work_.parities[spokes_[i].half / 2] != MERGED) spokes_[kept++] = spokes_[i];
@@ -367,16 +421,19 @@ private:
            (a % 2 == 0 ? one.to : one.from) == (b % 2 == 0 ? two.to : two.from);
   }
 
-  /// Also leaves out chains that were merged after their other end was done.
-  void FindSlotsOfHalves() {
-    work_.slotOfHalf.Resize(2 * work_.chains.Size());
+  void SetSlot(Index slot, Half half) {
+    work_.slots[slot] = half;
+    work_.slotOfHalf[half] = slot;
+  }
+
+  /// Leaves out chains that were merged after their other end was done.
+  void DropMerged() {
     for (Index node = 0; node < work_.nodePoints.Size(); ++node) {
       Index end = work_.nodeStarts[node];
       for (Index slot = end; slot < work_.nodeEnds[node]; ++slot) {
         const Half half = work_.slots[slot];
         if (work_.parities[half / 2] == MERGED) continue;
-        work_.slots[end] = half;
-        work_.slotOfHalf[half] = end++;
+        SetSlot(end++, half);
       }
       work_.nodeEnds[node] = end;
     }
@@ -384,6 +441,7 @@ private:
 
   Workspace& work_;
   Buffer<Spoke> spokes_{L"node creation"};
+  bool hasJoined_ = false;
 };
 
 }  // namespace
