@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Second stage: where do edges meet? The plane is halved again and again until a tile holds only
-// few sections, whose pairs are then compared; a long edge goes, clipped, to every tile that it
+// Second stage: where do edges meet? Many short sections are dealt out to the cells of a raster at
+// first. Then each cell, or all of the plane, is halved again and again until a tile holds only few
+// sections, whose pairs are then compared; a long edge goes, clipped, to every tile that it
 // touches. Bundles of nearly parallel needles cannot be parted by upright tiles, whatever their
 // size. They are ordered by the interval that each covers across the direction of the bundle, and
 // only overlapping intervals are compared. All boxes and intervals are rounded outward, so what is
@@ -22,6 +23,7 @@
 #include <cmath>
 
 #include "shared/geometry/Orientation.h"
+#include "shared/polygons/GpcRaster.h"
 #include "shared/polygons/GpcWorkspace.h"
 
 namespace shr::gpc {
@@ -29,6 +31,9 @@ namespace {
 
 constexpr Index SMALL_TILE = 20;
 constexpr int MAX_DEPTH = 120;
+/// A raster comes first for so many sections, if they meet no more cells than this on average.
+constexpr Index MANY_SECTIONS = 256;
+constexpr double MAX_COPIES = 2.0;
 /// A bundle is compared by intervals when an element overlaps no more others than this on average.
 constexpr double MAX_OVERLAPS = 3.0;
 
@@ -41,6 +46,11 @@ inline void Extend(Box& box, const Box& other) {
   box.yMin = other.yMin < box.yMin ? other.yMin : box.yMin;
   box.xMax = other.xMax > box.xMax ? other.xMax : box.xMax;
   box.yMax = other.yMax > box.yMax ? other.yMax : box.yMax;
+}
+
+inline Box GetCommon(const Box& a, const Box& b) {
+  return {std::max(a.xMin, b.xMin), std::max(a.yMin, b.yMin), std::min(a.xMax, b.xMax),
+          std::min(a.yMax, b.yMax)};
 }
 
 constexpr Box EMPTY_BOX{HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
@@ -77,18 +87,17 @@ public:
   explicit CrossingFinder(Workspace& work) : work_(work), tolerance_(work.tolerance) {}
 
   void Run() {
-    work_.elements.Resize(work_.sections.Size());
+    const Index count = work_.sections.Size();
     Box all = EMPTY_BOX;
-    for (Index i = 0; i < work_.sections.Size(); ++i) {
-      const Box& box = work_.sections[i].box;
-      work_.elements[i] = {{box.xMin - tolerance_, box.yMin - tolerance_, box.xMax + tolerance_,
-                            box.yMax + tolerance_},
-                           i,
-                           work_.sections[i].firstEdge,
-                           work_.sections[i].edgeCount};
-      Extend(all, work_.elements[i].box);
+    for (const Section& section : work_.sections) Extend(all, section.box);
+    all = Widen(all);
+    if (count >= MANY_SECTIONS) {
+      const Raster raster(all, count);
+      if (IsFit(raster)) return FindInRaster(raster);
     }
-    FindInTile(0, work_.sections.Size(), all, 0);
+    work_.elements.Resize(count);
+    for (Index i = 0; i < count; ++i) work_.elements[i] = GetElement(i);
+    FindInTile(0, count, all, 0);
   }
 
 private:
@@ -96,6 +105,63 @@ private:
     bool isLow;
     bool isHigh;
   };
+
+  Box Widen(const Box& box) const {
+    return {box.xMin - tolerance_, box.yMin - tolerance_, box.xMax + tolerance_,
+            box.yMax + tolerance_};
+  }
+
+  Element GetElement(Index index) const {
+    const Section& section = work_.sections[index];
+    return {Widen(section.box), index, section.firstEdge, section.edgeCount};
+  }
+
+  /// Returns false when sections are so long that they would fill a raster.
+  bool IsFit(const Raster& raster) const {
+    const double limit = MAX_COPIES * work_.sections.Size();
+    double sum = 0.0;
+    for (const Section& section : work_.sections) {
+      sum += raster.CountCells(Widen(section.box));
+      if (sum > limit) return false;
+    }
+    return true;
+  }
+
+  /// Parts the plane into the cells of a raster at first.
+  void FindInRaster(const Raster& raster) {
+    Buffer<Index>& starts = work_.cellStarts;
+    starts.Fill(raster.CellCount() + 1, 0);
+    for (const Section& section : work_.sections) {
+      raster.ForEachCell(Widen(section.box), [&](Index cell) { ++starts[cell]; });
+    }
+    Index sum = 0;
+    for (Index& start : starts) {
+      sum += start;
+      start = sum;
+    }
+    work_.cellSections.Resize(sum);
+    for (Index i = work_.sections.Size(); i-- > 0;) {
+      raster.ForEachCell(Widen(work_.sections[i].box),
+                         [&](Index cell) { work_.cellSections[--starts[cell]] = i; });
+    }
+    for (Index cell = 0; cell < raster.CellCount(); ++cell) FindInCell(raster, cell);
+  }
+
+  void FindInCell(const Raster& raster, Index cell) {
+    const Index first = work_.cellStarts[cell];
+    const Index end = work_.cellStarts[cell + 1];
+    if (end - first < 2) return;
+    const Box bounds = raster.GetBounds(cell, 4.0 * tolerance_);
+    work_.elements.Resize(end - first);
+    Element* element = work_.elements.Data();
+    Box all = EMPTY_BOX;
+    for (Index i = first; i < end; ++i, ++element) {
+      *element = GetElement(work_.cellSections[i]);
+      element->box = GetCommon(element->box, bounds);
+      Extend(all, element->box);
+    }
+    FindInTile(0, end - first, all, 0);
+  }
 
   // Tiles. A tile's elements are the last ones in the buffer.
 
@@ -377,8 +443,7 @@ private:
     const bool isOrdered = one.section < two.section;
     const Element& a = isOrdered ? one : two;
     const Element& b = isOrdered ? two : one;
-    common_ = {std::max(a.box.xMin, b.box.xMin), std::max(a.box.yMin, b.box.yMin),
-               std::min(a.box.xMax, b.box.xMax), std::min(a.box.yMax, b.box.yMax)};
+    common_ = GetCommon(a.box, b.box);
     if (a.edgeCount == 1 && b.edgeCount == 1) {
       return CompareEdges(GetEdge(a.firstEdge, a.section), GetEdge(b.firstEdge, b.section));
     }

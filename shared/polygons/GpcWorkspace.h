@@ -191,7 +191,8 @@ struct Workspace {
   // Sections and tiles.
   Buffer<Section> sections{L"section table creation"};
   Buffer<Element> elements{L"tile creation"};
-
+  Buffer<Index> cellStarts{L"tile creation"};
+  Buffer<Index> cellSections{L"tile creation"};
   Buffer<Interval> intervals{L"tile creation"};
 
   // Nodes.
@@ -262,12 +263,12 @@ inline bool IsSame(const Vec2d& a, const Vec2d& b) {
 /// Returns the size of the buffers that grow with what is clipped.
 inline std::size_t CountBytes(const Workspace& work) {
   return work.points.Bytes() + work.nextPoints.Bytes() + work.sections.Bytes() +
-         work.elements.Bytes() + work.intervals.Bytes() + work.isNode.Bytes() +
-         work.parents.Bytes() + work.occurrences.Bytes() + work.unordered.Bytes() +
-         work.edgeStarts.Bytes() + work.nodeOfPoint.Bytes() + work.nodePoints.Bytes() +
-         work.chains.Bytes() + work.parities.Bytes() + work.slots.Bytes() +
-         work.slotOfHalf.Bytes() + work.lefts.Bytes() + work.slabSections.Bytes() +
-         work.gathered.Bytes();
+         work.elements.Bytes() + work.cellSections.Bytes() + work.intervals.Bytes() +
+         work.isNode.Bytes() + work.parents.Bytes() + work.occurrences.Bytes() +
+         work.unordered.Bytes() + work.edgeStarts.Bytes() + work.nodeOfPoint.Bytes() +
+         work.nodePoints.Bytes() + work.chains.Bytes() + work.parities.Bytes() +
+         work.slots.Bytes() + work.slotOfHalf.Bytes() + work.lefts.Bytes() +
+         work.slabSections.Bytes() + work.gathered.Bytes();
 }
 
 // The stages, in order.
