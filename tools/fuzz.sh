@@ -11,7 +11,7 @@ cd "$(dirname "$0")/.."
 export seconds=$1
 only=${2-}
 
-mapfile -t targets < <(sed -nE 's/^shared_fuzz\((\w+)\).*/\1/p' fuzz/CMakeLists.txt)
+mapfile -t targets < <(sed -nE 's/^ *shared_fuzz\((\w+)\).*/\1/p' fuzz/CMakeLists.txt)
 if [ -n "$only" ]; then
   if ! printf '%s\n' "${targets[@]}" | grep -qx "$only"; then
     echo "There is no fuzz target '$only'. There are: ${targets[*]}" >&2
