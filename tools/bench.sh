@@ -10,6 +10,13 @@ cd "$(dirname "$0")/.."
 rows=${1:-.}
 json=build/bench/json
 
+# The headers of CGAL. Installing Debian's package would replace Boost by an older version, so it is only unpacked.
+peers=build/peers
+if [ ! -d /usr/include/CGAL ] && [ ! -d "$peers/usr/include/CGAL" ]; then
+  mkdir -p "$peers"
+  (cd "$peers" && apt-get download -q libcgal-dev && dpkg-deb -x libcgal-dev_*.deb .)
+fi
+
 cmake --preset bench
 cmake --build --preset bench
 rm -rf "$json"
