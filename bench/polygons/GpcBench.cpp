@@ -74,7 +74,10 @@ const Contender PEERS[] = {
      {{"star-rough", 10000, 0}, {"grid", 30, 30}, {"grid-turned", 30, 30}, {"comb", 100, 0}}},
     {"geos", MakeGeosContender, 1e-9, {{"star-rough", 10000, 10000}}},
     {"clipper6", MakeClipperContender, 1e-4, {{"star-rough", 10000, 10000}}},
-    {"cgal", MakeCgalContender, 1e-9, {{"grid", 100, 30}, {"map-countries-by-grid", 0, 0}}},
+    {"cgal",
+     MakeCgalContender,
+     1e-9,
+     {{"grid", 100, 30}, {"comb", 300, 100}, {"map-countries-by-grid", 0, 0}}},
 };
 
 /// Prepares contenders once and checks each result once.
