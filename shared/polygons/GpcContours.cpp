@@ -133,20 +133,9 @@ private:
 
   void GatherNode(Half before, Half half) {
     const Vec2d& point = work_.nodePoints[GetNode(half)];
-    if (OrientationSign(GetFarPoint(before ^ 1), point, GetFarPoint(half)) != 0) {
+    if (OrientationSign(work_.GetFarPoint(before ^ 1), point, work_.GetFarPoint(half)) != 0) {
       work_.gathered.Append(point);
     }
-  }
-
-  /// Returns the first point of a half edge beyond its node.
-  Vec2d GetFarPoint(Half half) const {
-    const Chain& chain = work_.chains[half / 2];
-    if (chain.interiorCount == 0) return work_.nodePoints[half % 2 == 0 ? chain.to : chain.from];
-    if (half % 2 == 0) return work_.points[chain.firstInterior];
-    const Contour& contour = work_.contours[chain.contour];
-    Index last = chain.firstInterior + chain.interiorCount - 1;
-    if (last >= contour.first + contour.count) last -= contour.count;
-    return work_.points[last];
   }
 
   void GatherInterior(Half half) {

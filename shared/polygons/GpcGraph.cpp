@@ -297,17 +297,6 @@ private:
     }
   }
 
-  /// Returns the first point beyond its node.
-  Vec2d GetFarPoint(Half half) const {
-    const Chain& chain = work_.chains[half / 2];
-    if (chain.interiorCount == 0) return work_.nodePoints[half % 2 == 0 ? chain.to : chain.from];
-    if (half % 2 == 0) return work_.points[chain.firstInterior];
-    const Contour& contour = work_.contours[chain.contour];
-    Index last = chain.firstInterior + chain.interiorCount - 1;
-    if (last >= contour.first + contour.count) last -= contour.count;
-    return work_.points[last];
-  }
-
   bool OrderNode(Index node) {
     const Vec2d center = work_.nodePoints[node];
     const Index start = work_.nodeStarts[node];
@@ -317,7 +306,7 @@ private:
     for (Index slot = start; slot < work_.nodeEnds[node]; ++slot) {
       const Half half = work_.slots[slot];
       if (work_.parities[half / 2] == MERGED) continue;
-      const Vec2d vector = GetFarPoint(half) - center;
+      const Vec2d vector = work_.GetFarPoint(half) - center;
       spokes_[count++] = {vector, half, GetQuadrant(vector)};
     }
     Sort(center, count);
@@ -336,7 +325,7 @@ private:
     for (Index i = 0; i < 4; ++i) {
       halves[i] = work_.slots[start + i];
       if (work_.parities[halves[i] / 2] == MERGED) return false;
-      vectors[i] = GetFarPoint(halves[i]) - center;
+      vectors[i] = work_.GetFarPoint(halves[i]) - center;
       longest = std::max(longest, Length1(vectors[i]));
     }
     const double limit = 2.0 * work_.tolerance * longest;
@@ -383,7 +372,7 @@ private:
     const double limit = 4.0 * DBL_EPSILON * (std::abs(left) + std::abs(right));
     if (left - right > limit) return 1;
     if (right - left > limit) return -1;
-    return OrientationSign(center, GetFarPoint(a.half), GetFarPoint(b.half));
+    return OrientationSign(center, work_.GetFarPoint(a.half), work_.GetFarPoint(b.half));
   }
 
   /// Makes one of half edges that coincide. Returns false when neighbours nearly do.

@@ -238,6 +238,17 @@ struct Workspace {
   Buffer<GpcContour> resultContours{L"contour creation"};
   Buffer<int> resultHoles{L"hole flag array creation"};
 
+  /// Returns the first point of a half edge beyond its node.
+  Vec2d GetFarPoint(Half half) const {
+    const Chain& chain = chains[half / 2];
+    if (chain.interiorCount == 0) return nodePoints[half % 2 == 0 ? chain.to : chain.from];
+    if (half % 2 == 0) return points[chain.firstInterior];
+    const Contour& contour = contours[chain.contour];
+    Index last = chain.firstInterior + chain.interiorCount - 1;
+    if (last >= contour.first + contour.count) last -= contour.count;
+    return points[last];
+  }
+
   Index Root(Index point) {
     while (parents[point] != point) {
       parents[point] = parents[parents[point]];
