@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "shared/diagnostics/Exception.h"
-#include "shared/polygons/GDashLineGenerator.h"
+#include "shared/polygons/lines/GDashLineGenerator.h"
 
 /// The drawn part of a line of the given length, entry by entry.
 static double ExpectedLength(const std::vector<double>& pattern, double length) {

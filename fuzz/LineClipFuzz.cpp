@@ -8,8 +8,8 @@
 #include <cstdlib>
 
 #include "fuzz/PointInput.h"
-#include "shared/polygons/LineClip.h"
-#include "shared/polygons/PolyClip.h"
+#include "shared/polygons/lines/LineClip.h"
+#include "shared/polygons/lines/PolyClip.h"
 
 namespace {
 

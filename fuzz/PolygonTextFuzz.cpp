@@ -12,7 +12,7 @@
 #include "shared/diagnostics/Exception.h"
 #include "shared/polygons/GPolygon.h"
 #include "shared/polygons/GPolygon2d.h"
-#include "shared/polygons/PolygonText.h"
+#include "shared/polygons/formats/PolygonText.h"
 
 using Parser = void (*)(std::string_view text, shr::GPolygon2d& polygon);
 

@@ -22,7 +22,7 @@ FLOORS = [
     ["geometry"],
     ["color"],
     ["archive", "commands", "xml", "html"],
-    ["polygons", "numerics"],
+    ["polygons", "viewing", "numerics"],
     ["fonts"],
     ["mathtext"],
 ]

@@ -12,7 +12,7 @@
 #include <utility>
 
 #include "bench/polygons/ClipPeerGeos.h"
-#include "shared/polygons/LineClipPolygon.h"
+#include "shared/polygons/lines/LineClipPolygon.h"
 
 namespace {
 

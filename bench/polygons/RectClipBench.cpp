@@ -15,8 +15,8 @@
 
 #include "bench/polygons/ClipPeerGeos.h"
 #include "shared/polygons/FlatPolygon.h"
-#include "shared/polygons/LineClip.h"
-#include "shared/polygons/PolyClip.h"
+#include "shared/polygons/lines/LineClip.h"
+#include "shared/polygons/lines/PolyClip.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <array>
 
 #include "shared/polygons/FlatPolygon.h"
-#include "shared/polygons/LineClip.h"
+#include "shared/polygons/lines/LineClip.h"
 
 namespace mapreport {
 

@@ -21,8 +21,8 @@
 #include "shared/files/FileUtility.h"
 #include "shared/polygons/FlatPolygon.h"
 #include "shared/polygons/GPolygon.h"
-#include "shared/polygons/LineClipPolygon.h"
-#include "shared/polygons/PolygonText.h"
+#include "shared/polygons/formats/PolygonText.h"
+#include "shared/polygons/lines/LineClipPolygon.h"
 
 namespace mapreport {
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "shared/polygons/GPolygon.h"
-#include "shared/polygons/PolygonText.h"
+#include "shared/polygons/formats/PolygonText.h"
 
 namespace mapreport {
 

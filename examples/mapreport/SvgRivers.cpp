@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "shared/polygons/GDashLineGenerator.h"
+#include "shared/polygons/lines/GDashLineGenerator.h"
 
 namespace mapreport {
 

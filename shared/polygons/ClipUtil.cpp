@@ -9,8 +9,8 @@
 #include "shared/polygons/FlatContours.h"
 #include "shared/polygons/GPolygon.h"
 #include "shared/polygons/GPolygon2d.h"
-#include "shared/polygons/GpcHolder.h"
-#include "shared/polygons/PolyClip.h"
+#include "shared/polygons/clipper/GpcHolder.h"
+#include "shared/polygons/lines/PolyClip.h"
 
 namespace shr {
 namespace {

@@ -33,8 +33,8 @@ class GPolygon2d;
 
 /// Clip a polygon to a box, whose corners may be in any order, and replace `result`, which may be
 /// the polygon itself. A `GPolygon` is clipped contour by contour by `CPolyClip`
-/// (shared/polygons/PolyClip.h): contours keep their place in the order, lose their hole flags, and
-/// are dropped when fewer than two points are left. A `GPolygon2d` is clipped by its own
+/// (shared/polygons/lines/PolyClip.h): contours keep their place in the order, lose their hole
+/// flags, and are dropped when fewer than two points are left. A `GPolygon2d` is clipped by its own
 /// `Intersection`. Cost: O(n); for `GPolygon2d` as told there.
 SHARED_API void GClipGPolygonToRect(const GPolygon& polygon, const Box2d& box, GPolygon& result);
 SHARED_API void GClipGPolygonToRect(const GPolygon2d& polygon, const Box2d& box,
@@ -86,8 +86,8 @@ SHARED_API void GClipPolyPolygonToGPolygon(const Vec2d* points, const unsigned i
 
 /// Clip open polylines to a box, whose corners may be in any order, and append the visible pieces,
 /// the boundary included, in order. A box without an area clips nothing; see `CLineClip` in
-/// shared/polygons/LineClip.h. Errors of this and what follows: null `points` or `counts` and no
-/// polylines at all raise an internal error of unit "ClipUtil". The output may not be where the
+/// shared/polygons/lines/LineClip.h. Errors of this and what follows: null `points` or `counts` and
+/// no polylines at all raise an internal error of unit "ClipUtil". The output may not be where the
 /// input is. Cost: O(points).
 SHARED_API void GClipPolylinesToRect(const Vec2d* points, const unsigned int* counts,
                                      std::size_t numPolylines, const Box2d& box,
@@ -95,8 +95,9 @@ SHARED_API void GClipPolylinesToRect(const Vec2d* points, const unsigned int* co
                                      std::vector<unsigned int>& outCounts);
 
 /// Clip open polylines to a polygon and append the pieces inside: to the rectangle when `clip` is
-/// one (its `IsRectangle` tells), else by `GLineClipPolygon` (shared/polygons/LineClipPolygon.h),
-/// which a `GPolygon` is first made into. Whoever clips to the same polygon again keeps that.
+/// one (its `IsRectangle` tells), else by `GLineClipPolygon`
+/// (shared/polygons/lines/LineClipPolygon.h), which a `GPolygon` is first made into. Whoever clips
+/// to the same polygon again keeps that.
 SHARED_API void GClipPolylinesToPolygon(const Vec2d* points, const unsigned int* counts,
                                         std::size_t numPolylines, const GLineClipPolygon& clip,
                                         std::vector<Vec2d>& outPoints,

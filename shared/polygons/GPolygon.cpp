@@ -11,12 +11,12 @@
 
 #include "shared/diagnostics/Exception.h"
 #include "shared/diagnostics/ThrowError.h"
-#include "shared/polygons/ContourNesting.h"
 #include "shared/polygons/FlatContours.h"
 #include "shared/polygons/FlatOutput.h"
 #include "shared/polygons/GPolygon2d.h"
-#include "shared/polygons/GpcHolder.h"
 #include "shared/polygons/MultiPolygon.h"
+#include "shared/polygons/clipper/ContourNesting.h"
+#include "shared/polygons/clipper/GpcHolder.h"
 
 namespace shr {
 namespace {

@@ -20,8 +20,8 @@
 #include "shared/polygons/FlatOutput.h"
 #include "shared/polygons/GPolygon.h"
 #include "shared/polygons/GPolygon2dModel.h"
-#include "shared/polygons/GpcHolder.h"
 #include "shared/polygons/MultiPolygon.h"
+#include "shared/polygons/clipper/GpcHolder.h"
 
 namespace shr {
 namespace {

@@ -10,8 +10,8 @@
 #include "shared/polygons/FlatContours.h"
 #include "shared/polygons/GPolygon.h"
 #include "shared/polygons/GPolygon2d.h"
-#include "shared/polygons/GpcHolder.h"
 #include "shared/polygons/MultiPolygon.h"
+#include "shared/polygons/clipper/GpcHolder.h"
 
 namespace shr {
 namespace {

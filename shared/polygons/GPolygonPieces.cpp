@@ -10,7 +10,7 @@
 #include "shared/polygons/FlatPolygon.h"
 #include "shared/polygons/GPolygon.h"
 #include "shared/polygons/GPolygon2d.h"
-#include "shared/polygons/GpcHolder.h"
+#include "shared/polygons/clipper/GpcHolder.h"
 
 namespace shr {
 namespace {

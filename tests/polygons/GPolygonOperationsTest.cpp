@@ -13,7 +13,7 @@
 #include "shared/polygons/FlatPolygon.h"
 #include "shared/polygons/GPolygon.h"
 #include "shared/polygons/GPolygon2d.h"
-#include "shared/polygons/PolygonText.h"
+#include "shared/polygons/formats/PolygonText.h"
 #include "tests/polygons/PolygonTestSupport.h"
 #include "tests/support/Failures.h"
 

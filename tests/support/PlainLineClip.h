@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "shared/polygons/FlatPolygon.h"
-#include "shared/polygons/LineClipPolygon.h"
+#include "shared/polygons/lines/LineClipPolygon.h"
 
 namespace shr::test {
 

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// Before the first stage: the operands' contours become one array of points.
+//
+// An intersection lies within the box of either operand, so whatever an operand does outside the
+// box of the other one is of no interest, and the same holds for what a difference takes away. A
+// way around two or more vertices that all lie beyond the same side of that box may therefore be
+// replaced by its chord: the two enclose nothing but places beyond that side, so each place in the
+// box stays inside as many contours, odd or even, as before. A country beside a cell of a map grid
+// shrinks to the part of its border in the cell and some dozen vertices around it. The box gets a
+// margin that exceeds the tolerance by far, so that chords meet nothing that matters.
+
+#include <algorithm>
+#include <cmath>
+
+#include "shared/diagnostics/ThrowError.h"
+#include "shared/polygons/clipper/GpcWorkspace.h"
+
+namespace shr::gpc {
+namespace {
+
+constexpr Index MAX_VERTICES = 1u << 29;
+/// Coordinates between these have products that neither overflow nor lose bits.
+constexpr int MAX_EXPONENT = 400;
+/// Relative to the largest coordinate.
+constexpr double MARGIN = 0x1p-36;
+
+/// The box of an operand; `sum` is 0 unless a coordinate is infinite or NaN.
+struct Extent {
+  Box box{HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
+  double sum = 0.0;
+
+  void Add(const Vec2d& point) {
+    box.xMin = std::min(box.xMin, point.x);
+    box.yMin = std::min(box.yMin, point.y);
+    box.xMax = std::max(box.xMax, point.x);
+    box.yMax = std::max(box.yMax, point.y);
+    sum += point.x * 0.0 + point.y * 0.0;
+  }
+  void Add(const Extent& other) {
+    box.xMin = std::min(box.xMin, other.box.xMin);
+    box.yMin = std::min(box.yMin, other.box.yMin);
+    box.xMax = std::max(box.xMax, other.box.xMax);
+    box.yMax = std::max(box.yMax, other.box.yMax);
+    sum += other.sum;
+  }
+  double Largest() const { return std::max({-box.xMin, -box.yMin, box.xMax, box.yMax, 0.0}); }
+};
+
+Extent Measure(const GpcPolygon& polygon) {
+  Extent even;
+  Extent odd;  // two, so that neither waits for the other
+  for (int i = 0; i < polygon.contourCount; ++i) {
+    const GpcContour& contour = polygon.contours[i];
+    if (contour.vertexCount < 3) continue;
+    int j = 0;
+    for (; j + 1 < contour.vertexCount; j += 2) {
+      even.Add(contour.vertices[j]);
+      odd.Add(contour.vertices[j + 1]);
+    }
+    if (j < contour.vertexCount) even.Add(contour.vertices[j]);
+  }
+  even.Add(odd);
+  return even;
+}
+
+/// Copies points that differ from the one before and returns their number. The target may be the
+/// source.
+Index CopyDistinct(const Vec2d* from, Index size, Vec2d* to) {
+  Index count = 0;
+  Vec2d last = from[size - 1];
+  for (Index i = 0; i < size; ++i) {
+    const Vec2d point = from[i];
+    to[count] = point;
+    count += !IsSame(point, last);
+    last = point;
+  }
+  return count;
+}
+
+/// Returns the sides of a box that a point lies beyond, as bits.
+unsigned int GetSidesBeyond(const Box& box, const Vec2d& point) {
+  return static_cast<unsigned int>(point.x < box.xMin) |
+         static_cast<unsigned int>(point.x > box.xMax) << 1 |
+         static_cast<unsigned int>(point.y < box.yMin) << 2 |
+         static_cast<unsigned int>(point.y > box.yMax) << 3;
+}
+
+/// Copies points less those that lie, with both neighbours left, beyond the same side of a box.
+/// Returns their number.
+Index CopyNear(const Vec2d* from, Index size, const Box& box, Vec2d* to) {
+  Index count = 0;
+  unsigned int before = 0;  // the sides that the last point but one lies beyond
+  unsigned int last = 0;
+  for (Index i = 0; i < size; ++i) {
+    const Vec2d point = from[i];
+    const unsigned int sides = GetSidesBeyond(box, point);
+    if ((before & last & sides) != 0) {
+      to[count - 1] = point;
+    } else {
+      to[count++] = point;
+      before = last;
+    }
+    last = sides;
+  }
+  return count;
+}
+
+/// Appends the contours of an operand. Where `area` is not null, only their course in there counts.
+void LoadPolygon(Workspace& work, const GpcPolygon& polygon, Operands operand, const Box* area) {
+  for (int i = 0; i < polygon.contourCount; ++i) {
+    const GpcContour& contour = polygon.contours[i];
+    if (contour.vertexCount < 3) continue;
+    const auto size = static_cast<Index>(contour.vertexCount);
+    const Index first = work.points.Size();
+    if (size > MAX_VERTICES || first > MAX_VERTICES) {
+      ThrowErrorImpl(UNIT, __LINE__, L"The polygons have too many vertices to be clipped.");
+    }
+    Vec2d* to = work.points.Extend(size + 1);
+    Index count;
+    if (area == nullptr) {
+      count = CopyDistinct(contour.vertices, size, to);
+    } else {
+      count = CopyDistinct(to, CopyNear(contour.vertices, size, *area, to), to);
+    }
+    work.points.Truncate(first + (count < 3 ? 0 : count + 1));
+    if (count < 3) continue;
+    to[count] = to[0];
+    work.contours.Append({first, count, first, operand});
+  }
+}
+
+/// Brings coordinates near the ends of the range of numbers to the middle.
+double Rescale(Workspace& work, double largest) {
+  const int exponent = largest > 0.0 ? std::ilogb(largest) : 0;
+  if (exponent <= MAX_EXPONENT && exponent >= -MAX_EXPONENT) return largest;
+  for (Vec2d& point : work.points) {
+    point.x = std::ldexp(point.x, -exponent);
+    point.y = std::ldexp(point.y, -exponent);
+  }
+  work.unscale = std::ldexp(1.0, exponent);
+  work.occurrences.Clear();
+  RefineContours(work);  // tiny differences may have vanished
+  return std::ldexp(largest, -exponent);
+}
+
+Box Widen(const Box& box, double margin) {
+  return {box.xMin - margin, box.yMin - margin, box.xMax + margin, box.yMax + margin};
+}
+
+}  // namespace
+
+void LoadPolygons(Workspace& work, gpc_op operation, const GpcPolygon& subject,
+                  const GpcPolygon& clip) {
+  work.points.Clear();
+  work.contours.Clear();
+  work.unscale = 1.0;
+  const Extent subjectExtent = Measure(subject);
+  const Extent clipExtent = Measure(clip);
+  if (!(subjectExtent.sum + clipExtent.sum == 0.0)) {
+    ThrowErrorImpl(UNIT, __LINE__,
+                   L"A polygon with infinite or undefined coordinates cannot be clipped.");
+  }
+  const double largest = std::max(subjectExtent.Largest(), clipExtent.Largest());
+  const Box subjectArea = Widen(subjectExtent.box, MARGIN * largest);
+  const Box clipArea = Widen(clipExtent.box, MARGIN * largest);
+  const bool isIntersection = operation == GPC_INTERSECTION;
+  const bool isDifference = operation == GPC_DIFFERENCE;
+  LoadPolygon(work, subject, SUBJECT, isIntersection ? &clipArea : nullptr);
+  LoadPolygon(work, clip, CLIP, isIntersection || isDifference ? &subjectArea : nullptr);
+  work.largest = Rescale(work, largest);
+  work.tolerance = GPC_SNAP * work.largest;
+}
+
+}  // namespace shr::gpc

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// First stage: the contours are cut into sections, runs of edges that need no test against each
+// other. Borders of maps are long and cross seldom; whatever comes later costs what the sections
+// cost, not what the edges do.
+
+#include <algorithm>
+
+#include "shared/polygons/clipper/GpcWorkspace.h"
+
+namespace shr::gpc {
+namespace {
+
+constexpr Index MAX_SECTION_EDGES = 16;
+
+std::uint8_t Directions(double dx, double dy) {
+  return static_cast<std::uint8_t>((dx >= 0.0 ? TO_RIGHT : 0) | (dx <= 0.0 ? TO_LEFT : 0) |
+                                   (dy >= 0.0 ? UPWARD : 0) | (dy <= 0.0 ? DOWNWARD : 0));
+}
+
+bool IsLower(const Vec2d& a, const Vec2d& b) {
+  return a.y < b.y || (a.y == b.y && a.x < b.x);
+}
+
+void AppendSections(Workspace& work, Index contourIndex) {
+  Contour& contour = work.contours[contourIndex];
+  const Vec2d* points = work.points.Data();
+  const Index end = contour.first + contour.count;
+  Index edge = contour.first;
+  Index lowest = edge;
+  while (edge != end) {
+    Section section;
+    const Vec2d start = points[edge];
+    Vec2d point = points[edge + 1];
+    double dx = point.x - start.x;
+    double dy = point.y - start.y;
+    std::uint8_t directions = Directions(dx, dy);
+    Box box{std::min(start.x, point.x), std::min(start.y, point.y), std::max(start.x, point.x),
+            std::max(start.y, point.y)};
+    section.firstEdge = edge++;
+    bool turnsSmoothly = false;
+    for (;; ++edge) {
+      if (IsLower(points[edge], points[lowest])) lowest = edge;
+      // The edge behind the last is the first.
+      const Vec2d next = points[(edge == end ? contour.first : edge) + 1];
+      const double nextDx = next.x - point.x;
+      const double nextDy = next.y - point.y;
+      turnsSmoothly = dx * nextDx + dy * nextDy > 0.0;
+      const auto common = static_cast<std::uint8_t>(directions & Directions(nextDx, nextDy));
+      if (edge == end || edge - section.firstEdge == MAX_SECTION_EDGES || common == 0 ||
+          !turnsSmoothly) {
+        break;
+      }
+      directions = common;
+      dx = nextDx;
+      dy = nextDy;
+      point = next;
+      box.xMin = std::min(box.xMin, point.x);
+      box.yMin = std::min(box.yMin, point.y);
+      box.xMax = std::max(box.xMax, point.x);
+      box.yMax = std::max(box.yMax, point.y);
+    }
+    section.box = box;
+    section.contour = contourIndex;
+    section.edgeCount = static_cast<std::uint16_t>(edge - section.firstEdge);
+    section.directions = directions;
+    section.turnsSmoothly = turnsSmoothly;
+    work.sections.Append(section);
+  }
+  contour.lowest = lowest == end ? contour.first : lowest;
+}
+
+}  // namespace
+
+void BuildSections(Workspace& work) {
+  work.vertexCount = work.points.Size();
+  work.sections.Clear();
+  for (Index i = 0; i < work.contours.Size(); ++i) AppendSections(work, i);
+}
+
+}  // namespace shr::gpc
