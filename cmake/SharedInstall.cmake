@@ -21,6 +21,7 @@ function(shared_install_library)
           FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
   install(EXPORT SharedTargets NAMESPACE Shared:: DESTINATION "${SHARED_INSTALL_CMAKEDIR}")
   install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/README.md"
+          "${PROJECT_SOURCE_DIR}/tools/codepages/licences/unicode-icu-data-V3.txt"
           DESTINATION "${CMAKE_INSTALL_DOCDIR}")
   install(FILES "${PROJECT_SOURCE_DIR}/shared/color/Colors.ini" DESTINATION "${SHARED_INSTALL_DATADIR}")
 endfunction()

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
-"""Writes single-byte-pages.tsv: the pages that the library serves by tables of its own on both targets.
+"""Writes single-byte-pages.tsv: pages that the library serves by tables of its own and has no list of Windows for.
 
 The tables are read once from ICU and, for the national and telex sets that ICU lacks, from the C library's
 iconv; both are called through ctypes. Needed again only when a page joins the list.
@@ -16,23 +16,16 @@ import re
 import sys
 
 ICU_PAGES = {
-    819: "ISO-8859-1", 858: "ibm-858_P100-1997", 870: "ibm-870_P100-1995",
-    1047: "ibm-1047_P100-1995", 1140: "ibm-1140_P100-1997", 1141: "ibm-1141_P100-1997",
-    1142: "ibm-1142_P100-1997", 1143: "ibm-1143_P100-1997", 1144: "ibm-1144_P100-1997",
-    1145: "ibm-1145_P100-1997", 1146: "ibm-1146_P100-1997", 1147: "ibm-1147_P100-1997",
-    1148: "ibm-1148_P100-1997", 1149: "ibm-1149_P100-1997", 20273: "ibm-273_P100-1995",
+    819: "ISO-8859-1", 870: "ibm-870_P100-1995", 20273: "ibm-273_P100-1995",
     20277: "ibm-277_P100-1995", 20278: "ibm-278_P100-1995", 20280: "ibm-280_P100-1995",
     20284: "ibm-284_P100-1995", 20285: "ibm-285_P100-1995", 20290: "ibm-290_P100-1995",
-    20297: "ibm-297_P100-1995", 20420: "ibm-420_X120-1999", 20424: "ibm-424_P100-1995",
-    20838: "ibm-838_P100-1995", 20871: "ibm-871_P100-1995", 21025: "ibm-1025_P100-1995",
-    28600: "iso-8859_10-1998", 29593: "ibm-913_P100-2000", 29595: "ibm-915_P100-1995",
+    20297: "ibm-297_P100-1995", 20424: "ibm-424_P100-1995", 20838: "ibm-838_P100-1995",
+    20871: "ibm-871_P100-1995", 21025: "ibm-1025_P100-1995", 28600: "iso-8859_10-1998",
 }
 ICONV_PAGES = {
     20106: "DIN_66003", 20107: "SEN_850200_B", 20108: "NS_4551-1", 20261: "T.61-8BIT",
-    20269: "ISO_6937", 20423: "IBM423", 20880: "IBM880", 20905: "IBM905",
+    20269: "ISO_6937",
 }
-# IBM's PC tables exchange three controls; the pages are used with the plain ones.
-PLAIN_CONTROLS = {858}
 
 
 class Icu:
@@ -129,8 +122,6 @@ def rows_of(page, name, codec):
                     decoded[f"{byte:02X}{trail:02X}"] = unit
             continue
         unit = codec.decode(bytes([byte]))
-        if page in PLAIN_CONTROLS and byte in (0x1A, 0x1C, 0x7F):
-            unit = byte
         if unit is not None:
             decoded[f"{byte:02X}"] = unit
     implied = {}
@@ -139,8 +130,6 @@ def rows_of(page, name, codec):
         implied.setdefault(unit, key)
     for unit in list(range(0xD800)) + list(range(0xE000, 0xFFFE)):
         data = codec.encode(unit)
-        if page in PLAIN_CONTROLS and unit in (0x1A, 0x1C, 0x7F):
-            data = bytes([unit])
         key = data.hex().upper() if data and len(data) <= 2 else None
         if key is not None and key != implied.get(unit):
             rows.append(("w2b", f"{unit:04X}", key))

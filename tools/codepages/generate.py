@@ -18,14 +18,34 @@ HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parent.parent
 LEAD = 0xFFFF
 TABLES = [
-    ("LIBRARY", "shared/platform/LibraryCodePages.inc", ["single-byte-pages.tsv"]),
+    ("LIBRARY", "shared/platform/LibraryCodePages.inc",
+     ["single-byte-pages.tsv", "windows-2000-pages.txt"]),
     ("DELTA", "shared/platform/posix/CodePageDelta.inc",
      ["codepage-delta.tsv", "codepage-delta-extra.tsv"]),
 ]
+# Numbers under which stored documents name a page, beside its own.
+OTHER_NUMBERS = {28593: 29593, 28595: 29595}
+
+
+def read_windows_2000(name):
+    """Yields the rows of a list of lines "page byte unit both|encode"."""
+    for number, line in enumerate((HERE / name).read_text("utf-8").splitlines(), 1):
+        fields = line.split(" ")
+        if len(fields) != 4 or fields[3] not in ("both", "encode"):
+            raise SystemExit(f"{name}:{number}: not a row of the list")
+        byte, unit = int(fields[1], 16), int(fields[2], 16)
+        for page in filter(None, (int(fields[0]), OTHER_NUMBERS.get(int(fields[0])))):
+            if fields[3] == "encode":
+                yield page, "encode", unit, byte
+            else:
+                yield page, "decode", byte, unit
 
 
 def read_rows(name):
     """Yields page, direction, key, value; later rows replace earlier ones of the same key."""
+    if name.endswith(".txt"):
+        yield from read_windows_2000(name)
+        return
     for number, line in enumerate((HERE / name).read_text("utf-8").splitlines(), 1):
         if not line or line.startswith("#"):
             continue

@@ -11,6 +11,7 @@
 #include <shared_mutex>
 
 #include "shared/platform/LibraryCodePages.h"
+#include "shared/platform/ShiftedCodePages.h"
 #include "shared/platform/posix/CodePageSources.h"
 #include "shared/platform/posix/Utf7.h"
 
@@ -50,15 +51,28 @@ const CodePageTable* ConverterTable(const CodePageConverter& converter) {
   return cache.Find(converter.codePage, [&converter] { return ReadCodePageTable(converter); });
 }
 
+/// Gives "?" where ICU does not have the page, too.
+char16_t DecodePair(std::uint32_t codePage, unsigned lead, unsigned trail) {
+  const CodePageTable* table = ConverterTable(FindConverter(codePage));
+  if (table == nullptr) return u'?';
+  const char bytes[] = {static_cast<char>(lead), static_cast<char>(trail)};
+  wchar_t units[2];
+  const CodePageTable::Progress progress =
+      table->Decode(std::string_view(bytes, 2), Input::Complete, units);
+  return progress.written == 1 ? static_cast<char16_t>(units[0]) : u'?';
+}
+
+std::uint16_t EncodePair(std::uint32_t codePage, char16_t unit) {
+  const CodePageTable* table = ConverterTable(FindConverter(codePage));
+  return table == nullptr ? std::uint16_t{'?'} : table->Encoding(unit);
+}
+
+constexpr PairConverter PAIRS{DecodePair, EncodePair};
+
 std::unique_ptr<const CodePageTable> MakeEucTable(const EucPage& page) {
-  const CodePageTable* base = ConverterTable(FindConverter(page.basePage));
-  if (base == nullptr) return nullptr;
-  return BuildEucTable(page, [base](unsigned lead, unsigned trail) {
-    const char bytes[] = {static_cast<char>(lead), static_cast<char>(trail)};
-    wchar_t units[2];
-    const CodePageTable::Progress progress =
-        base->Decode(std::string_view(bytes, 2), Input::Complete, units);
-    return progress.written == 1 ? static_cast<char16_t>(units[0]) : u'?';
+  if (ConverterTable(FindConverter(page.basePage)) == nullptr) return nullptr;
+  return BuildEucTable(page, [&page](unsigned lead, unsigned trail) {
+    return DecodePair(page.basePage, lead, trail);
   });
 }
 
@@ -110,7 +124,7 @@ std::uint32_t ResolvePage(std::uint32_t codePage) {
 
 bool IsCodePageServed(std::uint32_t codePage) {
   const std::uint32_t page = ResolvePage(codePage);
-  return IsUtfPage(page) || page == UTF7_PAGE || ServerOf(page).Serves();
+  return IsUtfPage(page) || page == UTF7_PAGE || IsShiftedPage(page) || ServerOf(page).Serves();
 }
 
 bool AppendWide(std::uint32_t codePage, std::string_view bytes, std::wstring& wide) {
@@ -121,6 +135,10 @@ bool AppendWide(std::uint32_t codePage, std::string_view bytes, std::wstring& wi
   }
   if (page == UTF7_PAGE) {
     AppendWideFromUtf7(bytes, wide);
+    return true;
+  }
+  if (IsShiftedPage(page)) {
+    AppendWideFromShifted(page, bytes, wide, PAIRS);
     return true;
   }
   const Server server = ServerOf(page);
@@ -138,6 +156,10 @@ bool AppendNarrow(std::uint32_t codePage, std::wstring_view text, std::string& n
   }
   if (page == UTF7_PAGE) {
     AppendNarrowToUtf7(text, narrow);
+    return true;
+  }
+  if (IsShiftedPage(page)) {
+    AppendNarrowToShifted(page, text, narrow, PAIRS);
     return true;
   }
   const Server server = ServerOf(page);

@@ -2,8 +2,9 @@
 // Copyright (c) 2026 The Shared authors
 
 // Windows converts what it knows; the library's own tables and the pages below stand in for what it
-// refuses, which depends on the version and on the languages installed. UTF-8 is the library's on
-// every version, so that bad sequences are replaced alike everywhere.
+// refuses, which depends on the version and on the languages installed. UTF-8 and the pages of
+// shifts are the library's on every version, so that bad sequences are replaced, and texts closed,
+// alike everywhere.
 
 #include "shared/platform/CodePages.h"
 
@@ -16,6 +17,7 @@
 
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/platform/LibraryCodePages.h"
+#include "shared/platform/ShiftedCodePages.h"
 
 namespace shr::platform {
 namespace {
@@ -32,6 +34,17 @@ char16_t DecodePair(std::uint32_t codePage, unsigned lead, unsigned trail) {
   const int count = MultiByteToWideChar(codePage, 0, bytes, 2, units, 2);
   return count == 1 ? static_cast<char16_t>(units[0]) : u'?';
 }
+
+std::uint16_t EncodePair(std::uint32_t codePage, char16_t unit) {
+  const auto wide = static_cast<wchar_t>(unit);
+  char bytes[2];
+  const int count = WideCharToMultiByte(codePage, 0, &wide, 1, bytes, 2, nullptr, nullptr);
+  const auto byte = [&bytes](int i) { return static_cast<unsigned char>(bytes[i]); };
+  if (count <= 0) return '?';
+  return count == 1 ? byte(0) : static_cast<std::uint16_t>(byte(0) << 8 | byte(1));
+}
+
+constexpr PairConverter PAIRS{DecodePair, EncodePair};
 
 bool PlatformServes(std::uint32_t codePage) {
   return MultiByteToWideChar(codePage, 0, "A", 1, nullptr, 0) > 0;
@@ -130,12 +143,17 @@ bool AppendByPlatform(std::uint32_t codePage, Source source, Target& target) {
 }  // namespace
 
 bool IsCodePageServed(std::uint32_t codePage) {
-  return IsUtfPage(codePage) || StandInTable(codePage) != nullptr || PlatformServes(codePage);
+  return IsUtfPage(codePage) || IsShiftedPage(codePage) || StandInTable(codePage) != nullptr ||
+         PlatformServes(codePage);
 }
 
 bool AppendWide(std::uint32_t codePage, std::string_view bytes, std::wstring& wide) {
   if (IsUtfPage(codePage)) {
     AppendWideFromUtf(codePage, bytes, wide);
+    return true;
+  }
+  if (IsShiftedPage(codePage)) {
+    AppendWideFromShifted(codePage, bytes, wide, PAIRS);
     return true;
   }
   if (const CodePageTable* table = StandInTable(codePage)) {
@@ -149,6 +167,10 @@ bool AppendWide(std::uint32_t codePage, std::string_view bytes, std::wstring& wi
 bool AppendNarrow(std::uint32_t codePage, std::wstring_view text, std::string& narrow) {
   if (IsUtfPage(codePage)) {
     AppendNarrowToUtf(codePage, text, narrow);
+    return true;
+  }
+  if (IsShiftedPage(codePage)) {
+    AppendNarrowToShifted(codePage, text, narrow, PAIRS);
     return true;
   }
   if (const CodePageTable* table = StandInTable(codePage)) {
