@@ -59,13 +59,15 @@ enum class PathAccess { Exists = 0, Read = 4, ReadWrite = 6 };
 /// Returns true when the file or folder at `path` can be accessed in that way.
 SHARED_API bool TestAccess(const GString& path, PathAccess access);
 
-/// Returns the path behind the symbolic links of `path`, or `path` itself when it has none, when
-/// nothing is there, and on Windows, where the runtime follows them.
+/// Returns the path to which opening `path` leads, all symbolic links resolved; also behind a link
+/// whose target is missing, for which a file would then be made. A path that leads nowhere is
+/// returned as it is.
 SHARED_API GString ResolveLinks(const GString& path);
 
 /// Renames `from` to `to`, replacing a file there in one step: other processes see the old file or
 /// the whole new one. Both must be on the same volume. Folders and devices are refused. On Linux
-/// the new file takes the permissions of the replaced one.
+/// the new file takes the permissions of the replaced one. Writers of new content use
+/// shared/platform/FileReplacement.h.
 SHARED_API bool ReplaceExistingFile(const GString& from, const GString& to);
 
 /// Deletes a file; folders are refused.

@@ -26,6 +26,7 @@ public:
   Descriptor& operator=(const Descriptor&) = delete;
 
   bool IsOpen() const { return descriptor_ >= 0; }
+  void Swap(Descriptor& other) noexcept { std::swap(descriptor_, other.descriptor_); }
   int Get() const { return descriptor_; }
   /// Returns whether the system took everything; `errno` is kept when it did.
   bool Close() {

@@ -34,4 +34,8 @@ inline bool IsUsablePath(const GString& path) {
   return !path.empty() && path.find(L'\0') == GString::npos;
 }
 
+/// Returns the path to which opening `path` leads: all links resolved, also one whose target is
+/// missing, for which a file would then be made. A path that leads nowhere is returned as it is.
+std::string ResolveNativeLinks(const std::string& path);
+
 }  // namespace shr::platform

@@ -127,6 +127,12 @@ std::string ModuleName(const void* address) {
   return name;
 }
 
+std::string RealPath(const std::string& path) {
+  const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr),
+                                                             &std::free);
+  return resolved == nullptr ? std::string() : std::string(resolved.get());
+}
+
 /// Refuses targets that are no files, and hands on the permissions of the one that will be
 /// replaced.
 bool PrepareReplacement(const std::string& source, const std::string& target) {
@@ -142,6 +148,23 @@ bool PrepareReplacement(const std::string& source, const std::string& target) {
 }
 
 }  // namespace
+
+std::string ResolveNativeLinks(const std::string& path) {
+  if (const std::string whole = RealPath(path); !whole.empty()) return whole;
+  // The last link may lead to a name that is not there yet.
+  constexpr int MOST_LINKS = 40;
+  std::string current = path;
+  for (int links = 0; links < MOST_LINKS; ++links) {
+    const std::size_t begin = current.rfind('/') + 1;
+    const std::string folder = RealPath(begin == 0 ? "." : current.substr(0, begin));
+    if (folder.empty()) return path;
+    current = folder + (folder.back() == '/' ? "" : "/") + current.substr(begin);
+    const std::string target = ReadLink(current.c_str());
+    if (target.empty()) return current;
+    current = target.front() == '/' ? target : FolderOf(current) + target;
+  }
+  return path;
+}
 
 const wchar_t PATH_SEPARATOR = L'/';
 
@@ -198,10 +221,7 @@ bool TestAccess(const GString& path, PathAccess access) {
 }
 
 GString ResolveLinks(const GString& path) {
-  if (!IsUsablePath(path)) return path;
-  const std::unique_ptr<char, decltype(&std::free)> resolved(
-      realpath(ToNativePath(path).c_str(), nullptr), &std::free);
-  return resolved == nullptr ? path : FromNativePath(resolved.get());
+  return IsUsablePath(path) ? FromNativePath(ResolveNativeLinks(ToNativePath(path))) : path;
 }
 
 bool ReplaceExistingFile(const GString& from, const GString& to) {

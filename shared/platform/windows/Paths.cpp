@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 
 namespace shr::platform {
 namespace {
@@ -39,6 +40,39 @@ std::size_t SkipPart(const GString& path, std::size_t pos) {
 
 bool IsDriveLetter(wchar_t ch) {
   return (ch >= L'a' && ch <= L'z') || (ch >= L'A' && ch <= L'Z');
+}
+
+/// Returns the full path, whatever its length; empty on failure.
+std::wstring UnlimitedFullPath(const GString& path) {
+  std::wstring full(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length =
+        GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+    const bool whole = length < full.size();
+    full.resize(length);
+    if (whole) return full;
+  }
+}
+
+/// Opens a file, or makes it, and returns the path of what was opened behind all links; empty on
+/// failure. Paths in the long form (`\\?\`) come in the usual one where that is possible.
+std::wstring FinalPath(const std::wstring& path, DWORD disposition) {
+  constexpr DWORD SHARE_ALL = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const HANDLE file = CreateFileW(path.c_str(), 0, SHARE_ALL, nullptr, disposition,
+                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return std::wstring();
+  std::wstring final(MAX_PATH, L'\0');
+  DWORD length = GetFinalPathNameByHandleW(file, final.data(), MAX_PATH, FILE_NAME_NORMALIZED);
+  if (length >= final.size()) {
+    final.resize(length + 1);
+    length = GetFinalPathNameByHandleW(file, final.data(), length + 1, FILE_NAME_NORMALIZED);
+  }
+  CloseHandle(file);
+  final.resize(length < final.size() ? length : 0);
+  constexpr std::wstring_view LONG_FORM = L"\\\\?\\";
+  const bool hasDrive = final.starts_with(LONG_FORM) && final.size() > 6 &&
+                        IsDriveLetter(final[4]) && final[5] == L':' && final.size() < MAX_PATH;
+  return hasDrive ? final.substr(LONG_FORM.size()) : final;
 }
 
 }  // namespace
@@ -100,7 +134,22 @@ bool TestAccess(const GString& path, PathAccess access) {
 }
 
 GString ResolveLinks(const GString& path) {
-  return path;
+  if (!IsUsablePath(path)) return path;
+  const std::wstring full = UnlimitedFullPath(path);
+  if (full.empty()) return path;
+  // A name that only new files may not have is that of a link to what is missing. Opening it makes
+  // that file, so its place can be asked; it is removed again at once.
+  const bool missing = GetFileAttributesW(full.c_str()) == INVALID_FILE_ATTRIBUTES &&
+                       GetLastError() == ERROR_FILE_NOT_FOUND;
+  if (!missing) {
+    const std::wstring final = FinalPath(full, OPEN_EXISTING);
+    return GString(final.empty() ? full : final);
+  }
+  const std::wstring made = FinalPath(full, CREATE_NEW);
+  const std::wstring final = made.empty() ? FinalPath(full, OPEN_ALWAYS) : made;
+  if (final.empty()) return GString(full);
+  DeleteFileW(final.c_str());
+  return GString(final);
 }
 
 bool ReplaceExistingFile(const GString& from, const GString& to) {
