@@ -399,7 +399,7 @@ void GPolygon2d::Intersection(const GPolygon2d& other) {
 }
 
 void GPolygon2d::Intersection(const GPolygon2d& other, GPolygon2d& result) const {
-  result = GPolygon2d(Combine(Model(), other.Model(), PolygonOperation::Intersection));
+  result = GPolygon2d(Combine(Model(), other.Model(), GPC_INTERSECTION));
 }
 
 void GPolygon2d::Union(const GPolygon2d& other) {
@@ -407,7 +407,7 @@ void GPolygon2d::Union(const GPolygon2d& other) {
 }
 
 void GPolygon2d::Union(const GPolygon2d& other, GPolygon2d& result) const {
-  result = GPolygon2d(Combine(Model(), other.Model(), PolygonOperation::Union));
+  result = GPolygon2d(Combine(Model(), other.Model(), GPC_UNION));
 }
 
 void GPolygon2d::Difference(const GPolygon2d& other) {
@@ -415,7 +415,7 @@ void GPolygon2d::Difference(const GPolygon2d& other) {
 }
 
 void GPolygon2d::Difference(const GPolygon2d& other, GPolygon2d& result) const {
-  result = GPolygon2d(Combine(Model(), other.Model(), PolygonOperation::Difference));
+  result = GPolygon2d(Combine(Model(), other.Model(), GPC_DIFFERENCE));
 }
 
 void GPolygon2d::XOR(const GPolygon2d& other) {
@@ -423,7 +423,7 @@ void GPolygon2d::XOR(const GPolygon2d& other) {
 }
 
 void GPolygon2d::XOR(const GPolygon2d& other, GPolygon2d& result) const {
-  result = GPolygon2d(Combine(Model(), other.Model(), PolygonOperation::Xor));
+  result = GPolygon2d(Combine(Model(), other.Model(), GPC_XOR));
 }
 
 void GPolygon2d::RemoveZeroWidthReturnPaths() {

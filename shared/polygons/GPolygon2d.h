@@ -147,14 +147,11 @@ public:
   /// What is inside an operand: every point that is inside at least one of its polygons, so
   /// overlapping polygons count as one; of a polygon whose rings cross, the points inside an odd
   /// number of them (`PointInside` goes by winding numbers and differs there). A polygon with an
-  /// infinite or NaN coordinate has no inside. The polygons of a result overlap nowhere.
+  /// infinite or NaN coordinate has no inside. The polygons of a result overlap nowhere; each has
+  /// one outer ring and its holes, and begins at its highest point.
   ///
-  /// Source of the result: Boost.Geometry's overlay, which returns wrong areas for some inputs with
-  /// edges that touch or nearly coincide. So each result is measured against that of the polygon
-  /// clipper (shared/polygons/Gpc.h), which stands in where the areas differ. The symmetric
-  /// difference is both differences side by side.
-  /// Errors: those of the clipper. Cost: that of the overlay, in general O(n log n); it grows
-  /// faster where many edges share heights.
+  /// Error bound, errors and cost: as `gpc_polygon_clip` (shared/polygons/Gpc.h), whose engine does
+  /// the work.
   void Intersection(const GPolygon2d& other);
   void Intersection(const GPolygon2d& other, GPolygon2d& result) const;
   void Union(const GPolygon2d& other);
@@ -164,7 +161,8 @@ public:
   void XOR(const GPolygon2d& other);
   void XOR(const GPolygon2d& other, GPolygon2d& result) const;
 
-  /// Removes spikes: edges that go out and come back along the same line.
+  /// Removes spikes: edges that go out and come back along the same line. Clips to the bounds, so
+  /// each polygon is taken under the even-odd rule.
   void RemoveZeroWidthReturnPaths();
 
   /// Takes all rings under the even-odd rule (as a `GPolygon`), cuts them into pieces without holes

@@ -1,178 +1,173 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Boolean operations of `GPolygon2d`: Boost.Geometry's overlay under the eyes of the polygon
-// clipper.
+// Boolean operations of `GPolygon2d`: one run of the polygon clipper (shared/polygons/clipper),
+// whose rule of polygons counts a point as inside an operand when it is inside at least one of its
+// polygons. The clipper tells which holes belong to which outer contour.
 //
-// The overlay expects polygons that neither overlap nor cross themselves, and even of those that
-// touch or nearly coincide it makes wrong results now and then: it takes a polygon beside a copy
-// that is shifted by a rounding error for another one apart, or drops a part. Its errors are
-// consistent with each other, area(A) + area(B) = area(A or B) + area(A and B) included, so that
-// only an independent result tells. That is the clipper's:
-//
-// 1. Each polygon of an operand is cleaned by the clipper under the even-odd rule, then all of them
-//    together. When the second area is the sum of the first ones, no polygons overlap (the even-odd
-//    rule leaves out what two of them share); otherwise they are united. The overlay gets the
-//    polygons as they are when their rings have the area of what is clean, and what is clean when
-//    not.
-// 2. The operation is done by both. Where the area that is in one of the results only is next to
-//    none, the overlay's is kept, otherwise the clipper's.
+// Clipping to a box goes polygon by polygon, so that polygons that overlap stay apart.
 
-#include <cmath>
-#include <utility>
+#include <algorithm>
 
-#include "shared/polygons/FlatPolygon.h"
-#include "shared/polygons/GPolygon.h"
+#include "shared/geometry/Box2.h"
 #include "shared/polygons/GPolygon2dModel.h"
-#include "shared/polygons/MultiPolygon.h"
+#include "shared/polygons/clipper/GpcRun.h"
 
 namespace shr {
 namespace {
 
-/// How far areas may differ, relative to those of the operands.
-constexpr double AREA_TOLERANCE = 1e-10;
-/// The same for areas of one operand.
-constexpr double OVERLAP_TOLERANCE = 1e-13;
+/// The rings of a model as an operand of the clipper.
+class RingOperand {
+public:
+  explicit RingOperand(const GPolygon2dModel& model)
+      : RingOperand(model, 0, model.polygons.size()) {}
+  RingOperand(const GPolygon2dModel& model, std::size_t firstPolygon, std::size_t endPolygon) {
+    for (std::size_t i = firstPolygon; i < endPolygon; ++i) {
+      if (model.polygons[i].isFinite) AddPolygon(model, i);
+    }
+  }
 
-/// An operand in the form of both engines, its polygons apart from each other.
-struct Operand {
-  GPolygon contours;
-  GPolygon2dModel model;
-  double area = 0.0;
+  gpc::Operand Get() const { return {contours_, polygons_}; }
+
+private:
+  void AddPolygon(const GPolygon2dModel& model, std::size_t polygon) {
+    for (std::size_t i = model.FirstRing(polygon); i < model.polygons[polygon].endRing; ++i) {
+      const std::span<const Vec2d> ring = model.Ring(i);
+      // The clipper reads operands only.
+      contours_.push_back({static_cast<int>(ring.size()), const_cast<Vec2d*>(ring.data())});
+      polygons_.push_back(static_cast<gpc::Index>(polygon));
+    }
+  }
+
+  std::vector<GpcContour> contours_;
+  std::vector<gpc::Index> polygons_;
 };
 
-/// Returns the area of contours as the clipper leaves them: holes run against outer contours.
-double AreaOf(const GPolygon& clean) {
-  double area = 0.0;
-  for (std::size_t i = 0; i < clean.GetNumContours(); ++i) {
-    area -= PolygonArea(clean.GetContour(i));
+/// Appends the polygons of a result, each an outer ring before its holes.
+void AppendResult(const gpc::Run& run, GPolygon2dModel& model) {
+  const std::span<const gpc::ResultContour> contours = run.Contours();
+  std::vector<gpc::Index> order;
+  order.reserve(contours.size());
+  std::size_t size = 0;
+  for (const gpc::ResultContour& contour : contours) {
+    order.push_back(static_cast<gpc::Index>(order.size()));
+    size += contour.count + 1;
   }
-  return area;
-}
-
-double AreaOf(const GPolygon2dModel& model) {
-  double area = 0.0;
-  for (std::size_t ring = 0; ring < model.ringEnds.size(); ++ring) {
-    area -= PolygonArea(model.Ring(ring));
-  }
-  return area;
-}
-
-bool IsNear(double area, double other) {
-  return std::abs(area - other) <= OVERLAP_TOLERANCE * other;
-}
-
-GPolygon ContoursOf(const GPolygon2dModel& model, std::size_t firstRing, std::size_t endRing) {
-  std::vector<unsigned int> counts;
-  for (std::size_t ring = firstRing; ring < endRing; ++ring) {
-    counts.push_back(static_cast<unsigned int>(model.Ring(ring).size()));
-  }
-  return GPolygon(std::span(model.points).subspan(model.FirstPoint(firstRing)), counts);
-}
-
-GPolygon Cleaned(const GPolygon& contours) {
-  GPolygon clean;
-  contours.Union(GPolygon(), clean);
-  return clean;
-}
-
-std::vector<GPolygon> CleanPolygons(const GPolygon2dModel& model) {
-  std::vector<GPolygon> parts;
-  for (std::size_t polygon = 0; polygon < model.polygons.size(); ++polygon) {
-    parts.push_back(
-        Cleaned(ContoursOf(model, model.FirstRing(polygon), model.polygons[polygon].endRing)));
-  }
-  return parts;
-}
-
-/// Unites polygons two by two, then the unions two by two, so that each point is handled a
-/// logarithmic number of times.
-GPolygon Unite(std::vector<GPolygon> parts) {
-  while (parts.size() > 1) {
-    std::vector<GPolygon> unions;
-    for (std::size_t i = 0; i + 1 < parts.size(); i += 2) {
-      parts[i].Union(parts[i + 1]);
-      unions.push_back(std::move(parts[i]));
+  std::stable_sort(order.begin(), order.end(), [&](gpc::Index a, gpc::Index b) {
+    if (contours[a].owner != contours[b].owner) return contours[a].owner < contours[b].owner;
+    return !contours[a].isHole && contours[b].isHole;
+  });
+  model.points.reserve(model.points.size() + size);
+  for (const gpc::Index i : order) {
+    const std::size_t first = model.points.size();
+    model.points.resize(first + contours[i].count);
+    run.Copy(contours[i], model.points.data() + first);
+    model.points.push_back(model.points[first]);
+    if (contours[i].isHole) {
+      model.EndInnerRing();
+    } else {
+      model.EndOuterRing();
     }
-    if (parts.size() % 2 != 0) unions.push_back(std::move(parts.back()));
-    parts = std::move(unions);
-  }
-  return parts.empty() ? GPolygon() : std::move(parts.front());
-}
-
-GPolygon2dModel ModelOf(const GPolygon& clean) {
-  MultiPolygon2d polygons;
-  clean.GetMultiPolygon(polygons);
-  GPolygon2dModel model;
-  for (const Polygon2d& polygon : polygons) {
-    model.AddOuterRing(polygon.outer());
-    for (const Ring2d& hole : polygon.inners()) model.AddInnerRing(hole);
-  }
-  return model;
-}
-
-/// Returns the polygons whose coordinates are numbers.
-GPolygon2dModel FinitePolygons(const GPolygon2dModel& model) {
-  GPolygon2dModel result;
-  for (std::size_t polygon = 0; polygon < model.polygons.size(); ++polygon) {
-    if (model.polygons[polygon].isFinite) result.AddPolygon(model, polygon);
-  }
-  return result;
-}
-
-Operand MakeOperand(const GPolygon2dModel& model) {
-  Operand operand;
-  operand.model = FinitePolygons(model);
-  std::vector<GPolygon> parts = CleanPolygons(operand.model);
-  double sum = 0.0;
-  for (const GPolygon& part : parts) sum += AreaOf(part);
-  operand.contours = Cleaned(ContoursOf(operand.model, 0, operand.model.ringEnds.size()));
-  if (!IsNear(AreaOf(operand.contours), sum)) operand.contours = Unite(std::move(parts));
-  operand.area = AreaOf(operand.contours);
-  if (!IsNear(AreaOf(operand.model), operand.area)) operand.model = ModelOf(operand.contours);
-  return operand;
-}
-
-GPolygon::SET_OPERATION CodeOf(PolygonOperation operation) {
-  switch (operation) {
-    case PolygonOperation::Intersection:
-      return GPolygon::SET_INTERSECTION;
-    case PolygonOperation::Union:
-      return GPolygon::SET_UNION;
-    case PolygonOperation::Difference:
-      return GPolygon::SET_DIFFERENCE;
-    default:
-      return GPolygon::SET_XOR;
   }
 }
 
-/// Returns true when the result covers the same area as the expected contours, and its holes are
-/// those that make up the difference.
-bool Agrees(const GPolygon2dModel& result, const GPolygon& expected, double tolerance) {
-  if (std::abs(AreaOf(result) - AreaOf(expected)) > tolerance) return false;
-  GPolygon misplaced = ContoursOf(result, 0, result.ringEnds.size());
-  misplaced.XOR(expected);
-  return AreaOf(misplaced) <= tolerance;
+bool IsStrictlyInside(const Box2d& inner, const Box2d& outer) {
+  return outer.xMin() < inner.xMin() && inner.xMax() < outer.xMax() &&
+         outer.yMin() < inner.yMin() && inner.yMax() < outer.yMax();
 }
 
-GPolygon2dModel CombineOperands(const Operand& a, const Operand& b, PolygonOperation operation) {
-  GPolygon expected;
-  a.contours.Combine(b.contours, CodeOf(operation), expected);
-  std::optional<GPolygon2dModel> result = OverlayModels(a.model, b.model, operation);
-  const bool isRight =
-      result.has_value() && Agrees(*result, expected, AREA_TOLERANCE * (a.area + b.area));
-  return isRight ? std::move(*result) : ModelOf(expected);
+/// A side of a box: the coordinate that is bounded, the bound, and the direction that is kept.
+struct Side {
+  double Vec2d::*bounded;
+  double Vec2d::*other;
+  double bound;
+  bool keepsAbove;
+
+  bool Keeps(const Vec2d& point) const {
+    return keepsAbove ? point.*bounded >= bound : point.*bounded <= bound;
+  }
+
+  /// Returns where the segment meets the bound; weights instead of a difference keep huge numbers
+  /// finite.
+  Vec2d Crossing(const Vec2d& a, const Vec2d& b) const {
+    const double range = b.*bounded / 2.0 - a.*bounded / 2.0;
+    const double t = std::clamp((bound / 2.0 - a.*bounded / 2.0) / range, 0.0, 1.0);
+    Vec2d point;
+    point.*bounded = bound;
+    const auto [low, high] = std::minmax(a.*other, b.*other);
+    point.*other = std::clamp(a.*other * (1.0 - t) + b.*other * t, low, high);
+    return point;
+  }
+
+  /// Stores the part of a contour that is kept, with edges along the bound in place of what is not.
+  void Clip(std::span<const Vec2d> contour, std::vector<Vec2d>& kept) const {
+    kept.clear();
+    if (contour.empty()) return;
+    Vec2d from = contour.back();
+    bool fromIsKept = Keeps(from);
+    for (const Vec2d& to : contour) {
+      const bool toIsKept = Keeps(to);
+      if (toIsKept != fromIsKept) kept.push_back(Crossing(from, to));
+      if (toIsKept) kept.push_back(to);
+      from = to;
+      fromIsKept = toIsKept;
+    }
+  }
+};
+
+/// Appends the part of a polygon inside a box. Its rings are cut by one side after the other (I. E.
+/// Sutherland and G. W. Hodgman, "Reentrant Polygon Clipping", 1974), so that what is cut lies on
+/// the border to the bit and the clipper sees no coordinate outside, however large; the clipper
+/// then takes away edges of no width along the border and finds the parts.
+void ClipPolygon(const GPolygon2dModel& model, std::size_t polygon, const Box2d& box,
+                 GPolygon2dModel& result) {
+  const Side sides[] = {{&Vec2d::x, &Vec2d::y, box.xMin(), true},
+                        {&Vec2d::y, &Vec2d::x, box.yMin(), true},
+                        {&Vec2d::x, &Vec2d::y, box.xMax(), false},
+                        {&Vec2d::y, &Vec2d::x, box.yMax(), false}};
+  GPolygon2dModel inside;
+  std::vector<Vec2d> contour;
+  std::vector<Vec2d> next;
+  for (std::size_t i = model.FirstRing(polygon); i < model.polygons[polygon].endRing; ++i) {
+    contour.assign(model.Ring(i).begin(), model.Ring(i).end());
+    for (const Side& side : sides) {
+      side.Clip(contour, next);
+      contour.swap(next);
+    }
+    inside.points.insert(inside.points.end(), contour.begin(), contour.end());
+    if (i == model.FirstRing(polygon)) {
+      inside.EndOuterRing();
+    } else {
+      inside.EndInnerRing();
+    }
+  }
+  result.Append(Combine(inside, GPolygon2dModel(), GPC_UNION));
 }
 
 }  // namespace
 
-GPolygon2dModel Combine(const GPolygon2dModel& a, const GPolygon2dModel& b,
-                        PolygonOperation operation) {
-  const Operand first = MakeOperand(a);
-  const Operand second = MakeOperand(b);
-  if (operation != PolygonOperation::Xor) return CombineOperands(first, second, operation);
-  GPolygon2dModel result = CombineOperands(first, second, PolygonOperation::Difference);
-  result.Append(CombineOperands(second, first, PolygonOperation::Difference));
+GPolygon2dModel ClipToBox(const GPolygon2dModel& model, const Box2d& box) {
+  GPolygon2dModel result;
+  for (std::size_t polygon = 0; polygon < model.polygons.size(); ++polygon) {
+    const GPolygon2dModel::Polygon& source = model.polygons[polygon];
+    Box2d common = source.box;
+    common.Intersect(box);
+    if (!source.isFinite || common.IsEmpty()) continue;
+    if (IsStrictlyInside(source.box, box)) {
+      result.AddPolygon(model, polygon);
+    } else {
+      ClipPolygon(model, polygon, common, result);
+    }
+  }
+  return result;
+}
+
+GPolygon2dModel Combine(const GPolygon2dModel& a, const GPolygon2dModel& b, gpc_op operation) {
+  const RingOperand subject(a);
+  const RingOperand clip(b);
+  const gpc::Run run(operation, gpc::Rule::Polygons, subject.Get(), clip.Get(), gpc::Want::Owners);
+  GPolygon2dModel result;
+  AppendResult(run, result);
   return result;
 }
 

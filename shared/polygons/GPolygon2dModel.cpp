@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "shared/geometry/Orientation.h"
 #include "shared/polygons/FlatOutput.h"
 
 namespace shr {
@@ -35,11 +34,6 @@ double ClockwiseArea(std::span<const Vec2d> ring) {
 bool AreFinite(std::span<const Vec2d> points) {
   return std::all_of(points.begin(), points.end(),
                      [](const Vec2d& p) { return std::isfinite(p.x) && std::isfinite(p.y); });
-}
-
-/// True when the way from a over b to c turns back at b along the line on which it came.
-bool TurnsBack(const Vec2d& a, const Vec2d& b, const Vec2d& c) {
-  return OrientationSign(a, b, c) == 0 && (a - b).Dot(c - b) > 0.0;
 }
 
 /// Makes room for `count` more elements; repeated calls cost amortized constant time an element.
@@ -115,51 +109,6 @@ void GPolygon2dModel::Append(const GPolygon2dModel& other) {
   ReserveMore(polygons, other.polygons.size());
   const std::size_t count = other.polygons.size();
   for (std::size_t polygon = 0; polygon < count; ++polygon) AddPolygon(other, polygon);
-}
-
-std::vector<Vec2d> WithoutSpikes(std::span<const Vec2d> ring) {
-  std::vector<Vec2d> kept;
-  kept.reserve(ring.size());
-  // Once around, dropping tips as they are left; a tip that goes may make a tip of the point before
-  // it.
-  for (const Vec2d& point : ring) {
-    while (kept.size() >= 2 && TurnsBack(kept[kept.size() - 2], kept.back(), point)) {
-      kept.pop_back();
-    }
-    if (kept.empty() || kept.back() != point) kept.push_back(point);
-  }
-  // Then across the seam, where both ends of the open contour can be tips.
-  std::size_t first = 0;
-  if (kept.size() > 1 && kept.front() == kept.back()) kept.pop_back();
-  while (kept.size() - first >= 3) {
-    const std::size_t last = kept.size() - 1;
-    if (kept[first] == kept[last] || TurnsBack(kept[last - 1], kept[last], kept[first])) {
-      kept.pop_back();
-    } else if (TurnsBack(kept[last], kept[first], kept[first + 1])) {
-      ++first;
-    } else {
-      break;
-    }
-  }
-  kept.erase(kept.begin(), kept.begin() + static_cast<std::ptrdiff_t>(first));
-  if (kept.size() < 3) return {};
-  kept.push_back(kept.front());
-  return kept;
-}
-
-GPolygon2dModel WithoutSpikes(const GPolygon2dModel& model) {
-  GPolygon2dModel result;
-  for (std::size_t polygon = 0; polygon < model.polygons.size(); ++polygon) {
-    std::size_t ring = model.FirstRing(polygon);
-    const std::vector<Vec2d> outer = WithoutSpikes(model.Ring(ring));
-    if (outer.empty()) continue;
-    result.AddOuterRing(outer);
-    for (++ring; ring < model.polygons[polygon].endRing; ++ring) {
-      const std::vector<Vec2d> inner = WithoutSpikes(model.Ring(ring));
-      if (!inner.empty()) result.AddInnerRing(inner);
-    }
-  }
-  return result;
 }
 
 }  // namespace shr

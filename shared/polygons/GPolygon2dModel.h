@@ -8,12 +8,12 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <span>
 #include <vector>
 
 #include "shared/geometry/Box2.h"
 #include "shared/geometry/Vec2.h"
+#include "shared/polygons/Gpc.h"
 
 namespace shr {
 
@@ -65,24 +65,7 @@ private:
 /// Returns the part of a model inside a box that has an area.
 GPolygon2dModel ClipToBox(const GPolygon2dModel& model, const Box2d& box);
 
-/// The boolean operations. A symmetric difference is made of two differences.
-enum class PolygonOperation { Intersection, Union, Difference, Xor };
-
-/// Returns the outcome of an operation on models of any kind, see `GPolygon2d::Union`.
-GPolygon2dModel Combine(const GPolygon2dModel& a, const GPolygon2dModel& b,
-                        PolygonOperation operation);
-
-/// Returns what Boost.Geometry's overlay makes of an operation other than `Xor`, nothing when it
-/// raises an error. Requires: polygons that do not overlap and whose rings do not cross. The
-/// outcome may be wrong even then, where rings touch or nearly coincide.
-std::optional<GPolygon2dModel> OverlayModels(const GPolygon2dModel& a, const GPolygon2dModel& b,
-                                             PolygonOperation operation);
-
-/// Returns a closed ring without its spikes: vertices at which it turns back exactly along the edge
-/// on which it came, and points equal to the one before. Fewer than four points mean that nothing
-/// is left.
-std::vector<Vec2d> WithoutSpikes(std::span<const Vec2d> ring);
-/// Returns a model without the spikes of its rings; rings of which nothing is left are dropped.
-GPolygon2dModel WithoutSpikes(const GPolygon2dModel& model);
+/// Returns the outcome of an operation, see `GPolygon2d::Union`.
+GPolygon2dModel Combine(const GPolygon2dModel& a, const GPolygon2dModel& b, gpc_op operation);
 
 }  // namespace shr

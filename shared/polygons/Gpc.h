@@ -53,12 +53,18 @@ struct GpcTristrip {
   GpcContour* strips = nullptr;
 };
 
+/// What is inside a polygon: a point that an odd number of contours wind around, or one whose
+/// winding number (times around counter-clockwise less times around clockwise, in a y-up frame) is
+/// other than 0, above 0 or below 0.
+enum class FillRule { EvenOdd, NonZero, Positive, Negative };
+
 /// Writes the outcome of a boolean operation to `result`, whose former content is ignored, not
 /// freed; `result` must not be one of the operands.
 ///
-/// A point belongs to an operand when it is inside an odd number of its contours (even-odd rule),
-/// so self-crossing, nested and overlapping contours are legal, and the operands' hole flags do not
-/// matter. The union of a polygon with an empty one is the same area with clean contours.
+/// A point belongs to an operand when it is inside by the fill rule, as a rule when it is inside an
+/// odd number of its contours, so self-crossing, nested and overlapping contours are legal, and the
+/// operands' hole flags do not matter. The union of a polygon with an empty one is the same area
+/// with clean contours.
 ///
 /// Result: no contour crosses itself or another one, no two vertices in succession are equal, no
 /// contour has fewer than three. Outer contours run clockwise in a y-up frame, holes
@@ -76,7 +82,8 @@ struct GpcTristrip {
 /// Cost: O((n + k) log (n + k)) for n vertices and k crossings of well-spread edges. Working memory
 /// is kept by each thread for its next call.
 SHARED_API void gpc_polygon_clip(gpc_op operation, const GpcPolygon& subject,
-                                 const GpcPolygon& clip, GpcPolygon& result);
+                                 const GpcPolygon& clip, GpcPolygon& result,
+                                 FillRule rule = FillRule::EvenOdd);
 
 /// As `gpc_polygon_clip`, with the area of the result cut into triangle strips. The strips overlap
 /// nowhere; their triangles' areas sum to the area of the polygon result.

@@ -13,6 +13,7 @@
 // 3. Graph (GpcGraph.cpp): nodes where edges meet, chains of edges between them.
 // 4. Labels (GpcLabels.cpp): for each chain, which operands are on its left and on its right.
 // 5. Contours (GpcContours.cpp): chains whose sides differ for the operation, linked up.
+// 6. Faces (GpcFaces.cpp): the outer contours that holes lie in, for who asks.
 //
 // Robustness: crossings are rounded to doubles, which bends edges by about one unit in the last
 // place, and bent edges may cross where straight ones did not. Everything nearer to each other than
@@ -32,9 +33,10 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "shared/diagnostics/Exception.h"
-#include "shared/polygons/clipper/GpcWorkspace.h"
+#include "shared/polygons/clipper/GpcRun.h"
 
 namespace shr {
 namespace {
@@ -46,68 +48,37 @@ constexpr std::size_t KEPT_BYTES = std::size_t{64} << 20;
 constexpr int STEADY_ROUNDS = 3;
 constexpr int MAX_ROUNDS = 48;
 
-/// The workspace of the calling thread for one call.
-class WorkspaceLease {
-public:
-  WorkspaceLease() = default;
-  ~WorkspaceLease() {
-    if (gpc::CountBytes(work_) <= KEPT_BYTES) return;
-    std::destroy_at(&work_);
-    std::construct_at(&work_);
-  }
-  WorkspaceLease(const WorkspaceLease&) = delete;
-  WorkspaceLease& operator=(const WorkspaceLease&) = delete;
-
-  Workspace& Get() const { return work_; }
-
-private:
-  static Workspace& GetWorkspace() {
-    thread_local Workspace work;
-    return work;
-  }
-
-  Workspace& work_ = GetWorkspace();
+/// Frees the contours of an unfinished record.
+struct RecordGuard {
+  GpcPolygon record;
+  ~RecordGuard() { gpc_free_polygon(record); }
 };
 
-/// Frees the contours of an unfinished result.
-class ResultGuard {
-public:
-  explicit ResultGuard(Workspace& work) : work_(work) {
-    work_.resultContours.Clear();
-    work_.resultHoles.Clear();
-  }
-  ~ResultGuard() {
-    for (const GpcContour& contour : work_.resultContours) GpcFree(contour.vertices);
-    work_.resultContours.Clear();
-  }
-  ResultGuard(const ResultGuard&) = delete;
-  ResultGuard& operator=(const ResultGuard&) = delete;
+/// The workspace of the calling thread.
+Workspace& GetWorkspace() {
+  thread_local Workspace work;
+  return work;
+}
 
-  /// Hands the contours over.
-  GpcPolygon Take() {
-    GpcPolygon polygon;
-    const gpc::Index count = work_.resultContours.Size();
-    if (count == 0) return polygon;
-    auto* holes = static_cast<int*>(
-        GpcAlloc(count * sizeof(int), gpc::UNIT, __LINE__, L"hole flag array creation"));
-    try {
-      polygon.contours = static_cast<GpcContour*>(
-          GpcAlloc(count * sizeof(GpcContour), gpc::UNIT, __LINE__, L"contour array creation"));
-    } catch (...) {
-      GpcFree(holes);
-      throw;
-    }
-    polygon.holeFlags = holes;
-    polygon.contourCount = static_cast<int>(count);
-    std::copy(work_.resultHoles.begin(), work_.resultHoles.end(), holes);
-    std::copy(work_.resultContours.begin(), work_.resultContours.end(), polygon.contours);
-    work_.resultContours.Clear();
-    return polygon;
-  }
+void Trim(Workspace& work) {
+  if (gpc::CountBytes(work) <= KEPT_BYTES) return;
+  std::destroy_at(&work);
+  std::construct_at(&work);
+}
 
-private:
-  Workspace& work_;
-};
+gpc::Rule RuleOf(FillRule rule) {
+  switch (rule) {
+    case FillRule::EvenOdd:
+      return gpc::Rule::EvenOdd;
+    case FillRule::NonZero:
+      return gpc::Rule::NonZero;
+    case FillRule::Positive:
+      return gpc::Rule::Positive;
+    case FillRule::Negative:
+      return gpc::Rule::Negative;
+  }
+  throw GPCException(gpc::UNIT, __LINE__);
+}
 
 /// Runs the stages up to the labels.
 void Arrange(Workspace& work) {
@@ -123,15 +94,58 @@ void Arrange(Workspace& work) {
 
 }  // namespace
 
+namespace gpc {
+
+Run::Run(gpc_op operation, Rule rule, const Operand& subject, const Operand& clip, Want want)
+    : work_(GetWorkspace()) {
+  try {
+    LoadPolygons(work_, operation, rule, subject, clip);
+    Arrange(work_);
+    TraceContours(work_, operation);
+    if (want == Want::Owners) FindOwners(work_, operation);
+  } catch (...) {
+    Trim(work_);
+    throw;
+  }
+}
+
+Run::~Run() {
+  Trim(work_);
+}
+
+Vec2d* Run::Copy(const ResultContour& contour, Vec2d* points) const {
+  const Vec2d* from = work_.gathered.Data() + contour.first;
+  const Vec2d* top = from + contour.top;
+  Vec2d* const first = points;
+  points = std::copy(from, top, std::copy(top, from + contour.count, points));
+  if (work_.unscale == 1.0) return points;
+  for (Vec2d* point = first; point != points; ++point) *point = *point * work_.unscale;
+  return points;
+}
+
+}  // namespace gpc
+
 void gpc_polygon_clip(gpc_op operation, const GpcPolygon& subject, const GpcPolygon& clip,
-                      GpcPolygon& result) {
-  const WorkspaceLease lease;
-  Workspace& work = lease.Get();
-  gpc::LoadPolygons(work, operation, subject, clip);
-  Arrange(work);
-  ResultGuard guard(work);
-  gpc::TraceContours(work, operation);
-  result = guard.Take();
+                      GpcPolygon& result, FillRule rule) {
+  const gpc::Run run(operation, RuleOf(rule), gpc::OperandOf(subject), gpc::OperandOf(clip),
+                     gpc::Want::Contours);
+  RecordGuard guard;
+  GpcPolygon& record = guard.record;
+  const std::size_t count = run.Contours().size();
+  if (count != 0) {
+    record.holeFlags = static_cast<int*>(
+        GpcAlloc(count * sizeof(int), gpc::UNIT, __LINE__, L"hole flag array creation"));
+    record.contours = static_cast<GpcContour*>(
+        GpcAlloc(count * sizeof(GpcContour), gpc::UNIT, __LINE__, L"contour array creation"));
+  }
+  for (const gpc::ResultContour& contour : run.Contours()) {
+    auto* vertices = static_cast<Vec2d*>(
+        GpcAlloc(contour.count * sizeof(Vec2d), gpc::UNIT, __LINE__, L"contour creation"));
+    run.Copy(contour, vertices);
+    record.holeFlags[record.contourCount] = contour.isHole ? 1 : 0;
+    record.contours[record.contourCount++] = {static_cast<int>(contour.count), vertices};
+  }
+  result = std::exchange(record, GpcPolygon());
 }
 
 }  // namespace shr

@@ -9,6 +9,7 @@
 // straight way is left out.
 
 #include <algorithm>
+#include <iterator>
 
 #include "shared/diagnostics/Exception.h"
 #include "shared/geometry/Orientation.h"
@@ -25,19 +26,13 @@ constexpr bool IN_RESULT[4][4] = {
     {false, true, true, true},    // union
 };
 
-bool IsInResult(gpc_op operation, Operands operands) {
-  const auto row = static_cast<unsigned int>(operation);
-  if (row >= 4 || operands >= 4) throw GPCException(UNIT, __LINE__);
-  return IN_RESULT[row][operands];
-}
-
 class Tracer {
 public:
-  Tracer(Workspace& work, gpc_op operation) : work_(work) {
-    for (Operands i = 0; i < 4; ++i) isInResult_[i] = IsInResult(operation, i);
-  }
+  Tracer(Workspace& work, gpc_op operation) : work_(work), isInResult_(operation) {}
 
   void Run() {
+    work_.resultContours.Clear();
+    work_.gathered.Clear();
     MarkBorders();
     for (Index contour = 0; contour < work_.contours.Size(); ++contour) {
       if (!work_.hasNodes[contour]) TraceLoop(contour);
@@ -51,27 +46,25 @@ private:
   void MarkBorders() {
     work_.isBorder.Resize(work_.chains.Size());
     for (Index i = 0; i < work_.chains.Size(); ++i) {
-      const Operands parity = work_.parities[i];
-      const Operands left = work_.lefts[i];
-      work_.isBorder[i] =
-          parity != MERGED && isInResult_[left & 3] != isInResult_[(left ^ parity) & 3];
+      const Sides sides = work_.sides[i];
+      work_.isBorder[i] = work_.parities[i] != MERGED &&
+                          isInResult_[LeftOf(sides)] != isInResult_[RightOf(sides) & 3];
     }
     work_.nodeMarks.Fill(work_.nodePoints.Size(), 0);
   }
 
   /// A chain is followed with the result on its right.
-  bool IsForward(Index chain) const { return !isInResult_[work_.lefts[chain] & 3]; }
+  bool IsForward(Index chain) const { return !isInResult_[LeftOf(work_.sides[chain])]; }
 
   void TraceLoop(Index contourIndex) {
     const Contour& contour = work_.contours[contourIndex];
-    const Operands inside = work_.loopInsides[contourIndex];
-    const bool isInside = isInResult_[inside & 3];
-    if (isInside == isInResult_[(inside ^ contour.operand) & 3]) return;
+    const bool isInside = isInResult_[work_.loopInsides[contourIndex]];
+    if (isInside == isInResult_[work_.loopOutsides[contourIndex]]) return;
     const Index lowest = contour.lowest;
     const Index before = lowest == contour.first ? contour.first + contour.count - 1 : lowest - 1;
     const int turn =
         OrientationSign(work_.points[before], work_.points[lowest], work_.points[lowest + 1]);
-    work_.gathered.Clear();
+    const Index first = work_.gathered.Size();
     const Vec2d* points = work_.points.Data() + contour.first;
     Vec2d* gathered = work_.gathered.Extend(contour.count);
     if ((turn < 0) == isInside) {
@@ -79,7 +72,7 @@ private:
     } else {
       std::reverse_copy(points, points + contour.count, gathered);
     }
-    Emit();
+    Emit(first, SideOfLoop(work_, contourIndex, isInside));
   }
 
   void Trace(Half half) {
@@ -117,18 +110,19 @@ private:
   }
 
   /// Makes a contour of the end of the path.
-  void CutOff(Index first) {
+  void CutOff(Index start) {
+    const Index first = work_.gathered.Size();
     const Index size = work_.path.Size();
-    work_.gathered.Clear();
-    for (Index i = first; i < size; ++i) {
+    const Half any = work_.path[start];
+    for (Index i = start; i < size; ++i) {
       const Half half = work_.path[i];
-      const Half before = work_.path[i == first ? size - 1 : i - 1];
+      const Half before = work_.path[i == start ? size - 1 : i - 1];
       GatherNode(before, half);
       GatherInterior(half);
       work_.nodeMarks[GetNode(half)] = 0;
     }
-    work_.path.Truncate(first);
-    Emit();
+    work_.path.Truncate(start);
+    Emit(first, any ^ 1);
   }
 
   void GatherNode(Half before, Half half) {
@@ -156,11 +150,11 @@ private:
     }
   }
 
-  /// Adds the gathered points to the result, from the highest on, of several from the leftmost.
-  void Emit() {
-    const Index count = work_.gathered.Size();
-    if (count < 3) return;
-    Vec2d* points = work_.gathered.Data();
+  /// Makes a contour of the result of the points gathered from `first` on, given the side on which
+  /// the result is.
+  void Emit(Index first, Index side) {
+    const Index count = work_.gathered.Size() - first;
+    const Vec2d* points = work_.gathered.Data() + first;
     Index top = 0;
     for (Index i = 1; i < count; ++i) {
       if (points[i].y > points[top].y ||
@@ -168,24 +162,29 @@ private:
         top = i;
       }
     }
-    const int turn = OrientationSign(points[top == 0 ? count - 1 : top - 1], points[top],
-                                     points[top + 1 == count ? 0 : top + 1]);
-    if (turn == 0) return;  // encloses nothing
-    work_.resultContours.Reserve(work_.resultContours.Size() + 1);
-    work_.resultHoles.Append(turn > 0);
-    auto* vertices =
-        static_cast<Vec2d*>(GpcAlloc(count * sizeof(Vec2d), UNIT, __LINE__, L"contour creation"));
-    work_.resultContours.Append({static_cast<int>(count), vertices});
-    std::copy(points, points + top, std::copy(points + top, points + count, vertices));
-    if (work_.unscale == 1.0) return;
-    for (Index i = 0; i < count; ++i) vertices[i] = vertices[i] * work_.unscale;
+    const int turn = count < 3
+                         ? 0
+                         : OrientationSign(points[top == 0 ? count - 1 : top - 1], points[top],
+                                           points[top + 1 == count ? 0 : top + 1]);
+    if (turn == 0) {  // encloses nothing
+      work_.gathered.Truncate(first);
+      return;
+    }
+    const Index number = work_.resultContours.Size();
+    work_.resultContours.Append({first, count, top, side, number, turn > 0});
   }
 
   Workspace& work_;
-  bool isInResult_[4];
+  Membership isInResult_;
 };
 
 }  // namespace
+
+Membership::Membership(gpc_op operation) {
+  const auto row = static_cast<unsigned int>(operation);
+  if (row >= 4) throw GPCException(UNIT, __LINE__);
+  std::copy(std::begin(IN_RESULT[row]), std::end(IN_RESULT[row]), isIn);
+}
 
 void TraceContours(Workspace& work, gpc_op operation) {
   Tracer(work, operation).Run();

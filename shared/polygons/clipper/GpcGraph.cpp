@@ -264,6 +264,7 @@ public:
   /// Returns false when half edges nearly coincide.
   bool Run() {
     CollectSlots();
+    work_.mergers.Clear();
     work_.slotOfHalf.Resize(2 * work_.chains.Size());
     for (Index node = 0; node < work_.nodePoints.Size(); ++node) {
       if (!OrderNode(node)) return false;
@@ -389,6 +390,7 @@ private:
       if (!Coincide(a.half, b.half)) return false;
       if (next < i) continue;
       // The parity wanders to the last of the group.
+      work_.mergers.Append({a.half, b.half});
       work_.parities[b.half / 2] ^= work_.parities[a.half / 2];
       work_.parities[a.half / 2] = MERGED;
       joined = true;
@@ -479,7 +481,7 @@ void RefineContours(Workspace& work) {
       continue;
     }
     work.nextPoints.Append(work.nextPoints[first]);
-    work.nextContours.Append({first, count, first, contour.operand});
+    work.nextContours.Append({first, count, first, contour.polygon, contour.operand});
   }
   work.points.Swap(work.nextPoints);
   work.contours.Swap(work.nextContours);

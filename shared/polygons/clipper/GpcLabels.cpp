@@ -1,267 +1,298 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Fourth stage: which operands lie on the left of each chain? Around a node the answer changes by
-// the parity of each half edge that is passed, and along a chain it stays. So one answer spreads
-// from any place to all that is connected with it. For each connected part one answer has to be
-// found otherwise: below its lowest point, where the part itself is not. The edges of other parts
-// below that point are counted; an index of upright slabs holds them. Parts are farther apart than
-// the tolerance, so this count has no close decisions.
+// Fourth stage: which operands lie on either side of each chain? Of one connected part after the
+// other the place below its lowest point is taken, where the part itself is not. What is inside
+// there is told by the edges of other parts below that point; an index of upright slabs holds them.
+// Parts are farther apart than the tolerance, so this count has no close decisions. From there a
+// walk goes through the part, around each node it meets and on along each chain that is new, and
+// keeps account of what it is inside: each half edge that it passes changes the account by what
+// the chain is a border of. Each rule has an account of its own, see the classes below. A walk that
+// returns to a chain finds there what it found before, or the graph is not sound.
+//
+// Contours are taken in the order of their lowest points, so the first of a part that comes along
+// has the lowest point of the part.
 
 #include <algorithm>
+#include <optional>
 
 #include "shared/geometry/Orientation.h"
+#include "shared/polygons/clipper/GpcSlabs.h"
 #include "shared/polygons/clipper/GpcWorkspace.h"
 
 namespace shr::gpc {
 namespace {
 
-constexpr Operands UNKNOWN = 0xFF;
+constexpr Sides UNKNOWN = 0xFF;
 
-bool IsLower(const Vec2d& a, const Vec2d& b) {
-  return a.y < b.y || (a.y == b.y && a.x < b.x);
-}
+// Accounts of what a place is inside. `Pass` takes a half edge that is passed from its right to its
+// left; `PassContour` takes a contour that is passed the same way, or the other way with -1 turns.
 
-/// Returns what is on the left of a half edge; `lefts` holds it for the first half of every chain.
-Operands GetLeft(const Workspace& work, Half half) {
-  const Operands left = work.lefts[half / 2];
-  return half % 2 == 0 ? left : left ^ work.parities[half / 2];
-}
-
-// Labels relative to an arbitrary one.
-
-/// Labels the half edges of a node from one that has its label. Returns false at a contradiction.
-bool SpreadAround(Workspace& work, Index node, Index knownSlot) {
-  const Index start = work.nodeStarts[node];
-  const Index end = work.nodeEnds[node];
-  Operands label = GetLeft(work, work.slots[knownSlot]);
-  for (Index slot = knownSlot + 1;; ++slot) {
-    if (slot == end) slot = start;
-    if (slot == knownSlot) return true;
-    const Half half = work.slots[slot];
-    const Operands before = label;
-    label = label ^ work.parities[half / 2];
-    const Operands left = half % 2 == 0 ? label : before;
-    Operands& stored = work.lefts[half / 2];
-    if (stored == UNKNOWN) {
-      stored = left;
-      work.stack.Append(half ^ 1);
-    } else if (stored != left) {
-      return false;
-    }
-  }
-}
-
-void JoinComponent(Workspace& work, Index contour, Index component) {
-  if (work.components[contour] != NONE) return;
-  work.components[contour] = component;
-  Index& lowest = work.componentLowest[component];
-  if (lowest == NONE || IsLower(work.points[work.contours[contour].lowest],
-                                work.points[work.contours[lowest].lowest])) {
-    lowest = contour;
-  }
-}
-
-/// Labels everything connected with a chain.
-bool Spread(Workspace& work, Index firstChain, Index component) {
-  work.lefts[firstChain] = 0;
-  work.stack.Clear();
-  work.stack.Append(2 * firstChain);
-  work.stack.Append(2 * firstChain + 1);
-  while (!work.stack.IsEmpty()) {
-    const Half half = work.stack.Back();
-    work.stack.Truncate(work.stack.Size() - 1);
-    const Chain& chain = work.chains[half / 2];
-    JoinComponent(work, chain.contour, component);
-    const Index node = half % 2 == 0 ? chain.from : chain.to;
-    if (work.isVisited[node]) continue;
-    work.isVisited[node] = 1;
-    if (!SpreadAround(work, node, work.slotOfHalf[half])) return false;
-  }
-  return true;
-}
-
-/// Returns the first chain of a contour that is in the graph, or NONE.
-Index GetFirstChain(const Workspace& work, Index contour) {
-  for (Index i = work.chainStarts[contour]; i < work.chainStarts[contour + 1]; ++i) {
-    if (work.parities[i] != MERGED) return i;
-  }
-  return NONE;
-}
-
-bool FindComponents(Workspace& work) {
-  for (Index contour = 0; contour < work.contours.Size(); ++contour) {
-    if (work.components[contour] != NONE) continue;
-    const Index component = work.componentLowest.Size();
-    const Index chain = GetFirstChain(work, contour);
-    if (chain != NONE) {
-      work.componentLowest.Append(NONE);
-      if (!Spread(work, chain, component)) return false;
-    } else if (!work.hasNodes[contour]) {
-      work.componentLowest.Append(NONE);
-      JoinComponent(work, contour, component);
-    }
-  }
-  return true;
-}
-
-// Where the parts lie.
-
-/// The sections that meet each of a row of upright slabs of equal width.
-class SlabIndex {
+class EvenOddAccount {
 public:
-  explicit SlabIndex(Workspace& work) : work_(work) {
-    double sum = 0.0;
-    double high = -HUGE_VAL;
-    low_ = HUGE_VAL;
-    for (const Section& section : work.sections) {
-      sum += section.box.xMax - section.box.xMin;
-      low_ = std::min(low_, section.box.xMin);
-      high = std::max(high, section.box.xMax);
-    }
-    // So many slabs that a section meets few on average.
-    const double width = high - low_;
-    const double sections = work.sections.Size();
-    const double slabs = std::min(sections / 2.0, sum > 0.0 ? 3.0 * sections * width / sum : 1.0);
-    slabCount_ = std::max(1u, static_cast<Index>(slabs));
-    scale_ = width > 0.0 ? slabCount_ / width : 0.0;
-    Distribute();
+  explicit EvenOddAccount(const Workspace& work) : work_(work) {}
+  void Pass(Half half) { inside_ ^= work_.parities[half / 2]; }
+  void PassContour(const Contour& contour, int) { inside_ ^= contour.operand; }
+  Operands Inside() const { return inside_; }
+
+private:
+  const Workspace& work_;
+  Operands inside_ = 0;
+};
+
+/// For each chain that others have been merged into, a list of those.
+class MergedChains {
+public:
+  explicit MergedChains(Workspace& work) : work_(work) {
+    work.mergedLists.Clear();
+    work.mergedEntries.Clear();
+    if (work.mergers.IsEmpty()) return;
+    work.mergedLists.Fill(work.chains.Size(), NONE);
+    work.keptHalves.Fill(2 * work.chains.Size(), NONE);
+    // The last come first, as what a chain was merged into may have been merged later itself.
+    for (Index i = work.mergers.Size(); i-- > 0;) Add(work.mergers[i]);
   }
 
-  /// Returns the operands that have an odd number of edges below a point.
-  Operands CountBelow(const Vec2d& point) const {
-    Operands parity = 0;
-    const Index slab = GetSlab(point.x);
-    for (Index i = work_.slabStarts[slab]; i < work_.slabStarts[slab + 1]; ++i) {
-      const Section& section = work_.sections[work_.slabSections[i]];
-      const Box& box = section.box;
-      if (box.xMin > point.x || box.xMax <= point.x || box.yMin >= point.y) continue;
-      if (IsOddBelow(section, point)) parity ^= work_.contours[section.contour].operand;
+  /// Calls `handle` with all half edges that run as the given one does.
+  template <class Handle>
+  void ForEach(Half half, const Handle& handle) const {
+    handle(half);
+    if (work_.mergedLists.IsEmpty()) return;
+    for (Index i = work_.mergedLists[half / 2]; i != NONE; i = work_.mergedEntries[i].next) {
+      handle(work_.mergedEntries[i].half ^ (half & 1));
     }
-    return parity;
   }
 
 private:
-  Index GetSlab(double x) const {
-    const double slab = (x - low_) * scale_;
-    return slab < slabCount_ ? static_cast<Index>(slab) : slabCount_ - 1;
-  }
-
-  void Distribute() {
-    work_.slabStarts.Fill(slabCount_ + 1, 0);
-    for (const Section& section : work_.sections) {
-      const Index last = GetSlab(section.box.xMax);
-      for (Index i = GetSlab(section.box.xMin); i <= last; ++i) ++work_.slabStarts[i];
-    }
-    Index sum = 0;
-    for (Index& start : work_.slabStarts) {
-      sum += start;
-      start = sum;
-    }
-    work_.slabSections.Resize(sum);
-    for (Index i = work_.sections.Size(); i-- > 0;) {
-      const Box& box = work_.sections[i].box;
-      const Index last = GetSlab(box.xMax);
-      for (Index j = GetSlab(box.xMin); j <= last; ++j) {
-        work_.slabSections[--work_.slabStarts[j]] = i;
-      }
-    }
-  }
-
-  bool IsOddBelow(const Section& section, const Vec2d& point) const {
-    const Vec2d* points = work_.points.Data() + section.firstEdge;
-    if (section.box.yMax < point.y) {
-      return (points[0].x <= point.x) != (points[section.edgeCount].x <= point.x);
-    }
-    bool isOdd = false;
-    for (Index i = 0; i < section.edgeCount; ++i) {
-      const Vec2d& a = points[i];
-      const Vec2d& b = points[i + 1];
-      if ((a.x <= point.x) == (b.x <= point.x)) continue;
-      const int side = OrientationSign(a, b, point);
-      isOdd ^= a.x < b.x ? side > 0 : side < 0;
-    }
-    return isOdd;
+  void Add(const Merger& merger) {
+    Half kept = merger.kept;
+    if (work_.keptHalves[kept] != NONE) kept = work_.keptHalves[kept];
+    work_.keptHalves[merger.merged] = kept;
+    work_.keptHalves[merger.merged ^ 1] = kept ^ 1;
+    // As it runs along the first half edge of the chain that is kept.
+    work_.mergedEntries.Append({merger.merged ^ (kept & 1), work_.mergedLists[kept / 2]});
+    work_.mergedLists[kept / 2] = work_.mergedEntries.Size() - 1;
   }
 
   Workspace& work_;
-  double low_;
-  double scale_;
-  Index slabCount_;
 };
 
-/// Returns the chain that a vertex which is no node lies on.
-Index FindChain(const Workspace& work, Index contour, Index vertex) {
-  const Index first = work.chainStarts[contour];
-  for (Index i = work.chainStarts[contour + 1]; i-- > first;) {
-    const Chain& chain = work.chains[i];
-    if (chain.firstInterior <= vertex && vertex < chain.firstInterior + chain.interiorCount) {
-      return i;
+class WindingAccount {
+public:
+  explicit WindingAccount(Workspace& work) : work_(work), merged_(work) {}
+  void Pass(Half half) {
+    merged_.ForEach(half, [this](Half each) {
+      const Chain& chain = work_.chains[each / 2];
+      PassContour(work_.contours[chain.contour], each % 2 == 0 ? 1 : -1);
+    });
+  }
+  void PassContour(const Contour& contour, int turns) { windings_[contour.operand - 1] += turns; }
+  Operands Inside() const {
+    return static_cast<Operands>((IsInside(windings_[0]) ? SUBJECT : 0) |
+                                 (IsInside(windings_[1]) ? CLIP : 0));
+  }
+
+private:
+  bool IsInside(int winding) const {
+    if (work_.rule == Rule::NonZero) return winding != 0;
+    return work_.rule == Rule::Positive ? winding > 0 : winding < 0;
+  }
+
+  const Workspace& work_;
+  MergedChains merged_;
+  int windings_[2] = {0, 0};
+};
+
+class PolygonAccount {
+public:
+  explicit PolygonAccount(Workspace& work) : work_(work), merged_(work) {
+    work.isOdd.Fill(work.polygonCount, 0);
+  }
+  void Pass(Half half) {
+    merged_.ForEach(half, [this](Half each) {
+      PassContour(work_.contours[work_.chains[each / 2].contour], 1);
+    });
+  }
+  void PassContour(const Contour& contour, int) {
+    std::uint8_t& isOdd = work_.isOdd[contour.polygon];
+    isOdd ^= 1;
+    counts_[contour.operand - 1] += isOdd != 0 ? 1 : -1;
+  }
+  Operands Inside() const {
+    return static_cast<Operands>((counts_[0] != 0 ? SUBJECT : 0) | (counts_[1] != 0 ? CLIP : 0));
+  }
+
+private:
+  Workspace& work_;
+  MergedChains merged_;
+  int counts_[2] = {0, 0};
+};
+
+/// Walks through the connected parts.
+template <class Account>
+class Labeller {
+public:
+  explicit Labeller(Workspace& work) : work_(work), account_(work) {}
+
+  /// Returns false at a contradiction.
+  bool Run() {
+    OrderContours();
+    for (const Index contour : work_.lowestFirst) {
+      if (!(work_.hasNodes[contour] ? LabelPart(contour) : LabelLoop(contour))) return false;
     }
+    return true;
   }
-  return work.chainStarts[contour + 1] - 1;  // the part behind the contour's last point
-}
 
-/// Returns the relative label below the lowest point of a part with nodes.
-Operands GetLabelBelow(Workspace& work, Index contourIndex) {
-  const Contour& contour = work.contours[contourIndex];
-  const Index vertex = contour.lowest;
-  if (work.isNode[vertex]) {
-    // All half edges go upward, so the last is followed by what is below.
-    const Index node = work.nodeOfPoint[work.Root(vertex)];
-    return GetLeft(work, work.slots[work.nodeEnds[node] - 1]);
+private:
+  void OrderContours() {
+    work_.lowestFirst.Resize(work_.contours.Size());
+    for (Index i = 0; i < work_.contours.Size(); ++i) work_.lowestFirst[i] = i;
+    std::sort(work_.lowestFirst.begin(), work_.lowestFirst.end(), [this](Index a, Index b) {
+      const Vec2d& one = work_.points[work_.contours[a].lowest];
+      const Vec2d& two = work_.points[work_.contours[b].lowest];
+      if (one.y != two.y) return one.y < two.y;
+      return one.x != two.x ? one.x < two.x : a < b;
+    });
   }
-  const Index chain = FindChain(work, contourIndex, vertex);
-  const Index before = vertex == contour.first ? contour.first + contour.count - 1 : vertex - 1;
-  const int turn =
-      OrientationSign(work.points[before], work.points[vertex], work.points[vertex + 1]);
-  const Operands left = work.lefts[chain];
-  return turn > 0 ? left ^ work.parities[chain] : left;
-}
 
-/// Makes the relative labels absolute.
-void PlaceComponents(Workspace& work) {
-  const Index count = work.componentLowest.Size();
-  work.componentLabels.Resize(count);
-  const auto place = [&](Index component, Operands outside) {
-    const Index contour = work.componentLowest[component];
-    if (!work.hasNodes[contour]) {
-      work.loopInsides[contour] = outside ^ work.contours[contour].operand;
-      outside = 0;
+  bool LabelLoop(Index contourIndex) {
+    const Contour& contour = work_.contours[contourIndex];
+    const int turns = TurnAt(contour, contour.lowest);
+    Enter(contour.lowest);
+    account_.PassContour(contour, turns);
+    work_.loopInsides[contourIndex] = account_.Inside();
+    account_.PassContour(contour, -turns);
+    work_.loopOutsides[contourIndex] = account_.Inside();
+    work_.parts.Append({contourIndex, SideOfLoop(work_, contourIndex, false)});
+    Leave();
+    return true;
+  }
+
+  bool LabelPart(Index contourIndex) {
+    const Contour& contour = work_.contours[contourIndex];
+    // A half edge on whose right is what lies below the part.
+    Half first;
+    Index node;
+    if (work_.isNode[contour.lowest]) {
+      // All half edges go upward, so the first comes after what is below.
+      node = work_.nodeOfPoint[work_.Root(contour.lowest)];
+      if (work_.nodeStarts[node] == work_.nodeEnds[node]) return true;
+      first = work_.slots[work_.nodeStarts[node]];
     } else {
-      outside ^= GetLabelBelow(work, contour);
+      const Index chain = FindChain(work_, contourIndex, contour.lowest);
+      first = 2 * chain + (TurnAt(contour, contour.lowest) > 0 ? 0 : 1);
+      node = first % 2 == 0 ? work_.chains[chain].from : work_.chains[chain].to;
     }
-    work.componentLabels[component] = outside;
-    return outside;
+    if (work_.sides[first / 2] != UNKNOWN) return true;
+    Enter(contour.lowest);
+    const bool isSound = Walk(node, first);
+    work_.parts.Append({contourIndex, first ^ 1});
+    Leave();
+    return isSound;
+  }
+
+  /// Returns 1 where a contour turns to the left, else -1.
+  int TurnAt(const Contour& contour, Index vertex) const {
+    const Index before = vertex == contour.first ? contour.first + contour.count - 1 : vertex - 1;
+    const int turn =
+        OrientationSign(work_.points[before], work_.points[vertex], work_.points[vertex + 1]);
+    return turn > 0 ? 1 : -1;
+  }
+
+  /// Brings the account to the place below a point; nothing lies below the first part.
+  void Enter(Index vertex) {
+    passed_.Clear();
+    if (work_.parts.IsEmpty()) return;
+    if (!index_.has_value()) index_.emplace(work_);
+    index_->ForEachBelow(work_.points[vertex], [this](const Section& section, int turns) {
+      account_.PassContour(work_.contours[section.contour], turns);
+      passed_.Append({section.contour, turns});
+    });
+  }
+  void Leave() {
+    for (const Passed& passed : passed_) {
+      account_.PassContour(work_.contours[passed.contour], -passed.turns);
+    }
+  }
+
+  /// Walks through a part from the right of a half edge of a node.
+  bool Walk(Index firstNode, Half first) {
+    Buffer<Visit>& visits = work_.visits;
+    visits.Clear();
+    Begin(firstNode, first);
+    while (!visits.IsEmpty()) {
+      Visit& visit = visits.Back();
+      if (visit.remaining == 0) {
+        visits.Truncate(visits.Size() - 1);
+        continue;
+      }
+      --visit.remaining;
+      const Half half = work_.slots[visit.slot];
+      if (++visit.slot == work_.nodeEnds[visit.node]) visit.slot = work_.nodeStarts[visit.node];
+      const Operands right = account_.Inside();
+      account_.Pass(half);
+      const Operands left = account_.Inside();
+      const Sides sides = half % 2 == 0 ? MakeSides(left, right) : MakeSides(right, left);
+      Sides& stored = work_.sides[half / 2];
+      if (stored == UNKNOWN) {
+        stored = sides;
+        const Chain& chain = work_.chains[half / 2];
+        Begin(half % 2 == 0 ? chain.to : chain.from, half ^ 1);
+      } else if (stored != sides) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  void Begin(Index node, Half half) {
+    if (work_.isVisited[node]) return;
+    work_.isVisited[node] = 1;
+    work_.visits.Append(
+        {node, work_.slotOfHalf[half], work_.nodeEnds[node] - work_.nodeStarts[node]});
+  }
+
+  struct Passed {
+    Index contour;
+    int turns;
   };
-  Operands any = 0;
-  if (count == 1) {
-    any = place(0, 0);
-  } else if (count > 1) {
-    const SlabIndex index(work);
-    for (Index i = 0; i < count; ++i) {
-      const Index contour = work.componentLowest[i];
-      any |= place(i, index.CountBelow(work.points[work.contours[contour].lowest]));
-    }
-  }
-  if (any == 0) return;
-  for (Index i = 0; i < work.chains.Size(); ++i) {
-    if (work.parities[i] == MERGED) continue;
-    work.lefts[i] ^= work.componentLabels[work.components[work.chains[i].contour]];
-  }
-}
+
+  Workspace& work_;
+  Account account_;
+  std::optional<SlabIndex> index_;
+  Buffer<Passed> passed_{L"label creation"};
+};
 
 }  // namespace
 
+Index FindChain(const Workspace& work, Index contourIndex, Index vertex) {
+  const Contour& contour = work.contours[contourIndex];
+  const Chain* first = work.chains.Data() + work.chainStarts[contourIndex];
+  const Chain* last = work.chains.Data() + work.chainStarts[contourIndex + 1] - 1;
+  // The interior of a chain that begins on the last edge begins with the contour's first point.
+  const auto isBehind = [&contour](Index v, const Chain& chain) {
+    return chain.firstInterior == contour.first || v < chain.firstInterior;
+  };
+  const Chain* behind = std::upper_bound(first, last, vertex, isBehind);
+  const bool isOnOne =
+      behind != first && vertex < behind[-1].firstInterior + behind[-1].interiorCount;
+  return static_cast<Index>((isOnOne ? behind - 1 : last) - work.chains.Data());
+}
+
 bool FindLabels(Workspace& work) {
-  work.lefts.Fill(work.chains.Size(), UNKNOWN);
-  work.components.Fill(work.contours.Size(), NONE);
+  work.sides.Fill(work.chains.Size(), UNKNOWN);
   work.loopInsides.Fill(work.contours.Size(), 0);
+  work.loopOutsides.Fill(work.contours.Size(), 0);
   work.isVisited.Fill(work.nodePoints.Size(), 0);
-  work.componentLowest.Clear();
-  if (!FindComponents(work)) return false;
-  PlaceComponents(work);
-  return true;
+  work.parts.Clear();
+  switch (work.rule) {
+    case Rule::EvenOdd:
+      return Labeller<EvenOddAccount>(work).Run();
+    case Rule::Polygons:
+      return Labeller<PolygonAccount>(work).Run();
+    default:
+      return Labeller<WindingAccount>(work).Run();
+  }
 }
 
 }  // namespace shr::gpc

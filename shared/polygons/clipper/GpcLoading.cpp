@@ -6,8 +6,8 @@
 // An intersection lies within the box of either operand, so whatever an operand does outside the
 // box of the other one is of no interest, and the same holds for what a difference takes away. A
 // way around two or more vertices that all lie beyond the same side of that box may therefore be
-// replaced by its chord: the two enclose nothing but places beyond that side, so each place in the
-// box stays inside as many contours, odd or even, as before. A country beside a cell of a map grid
+// replaced by its chord: the two enclose nothing but places beyond that side, so the contour winds
+// around each place in the box as often as before. A country beside a cell of a map grid
 // shrinks to the part of its border in the cell and some dozen vertices around it. The box gets a
 // margin that exceeds the tolerance by far, so that chords meet nothing that matters.
 
@@ -48,11 +48,10 @@ struct Extent {
   double Largest() const { return std::max({-box.xMin, -box.yMin, box.xMax, box.yMax, 0.0}); }
 };
 
-Extent Measure(const GpcPolygon& polygon) {
+Extent Measure(const Operand& operand) {
   Extent even;
   Extent odd;  // two, so that neither waits for the other
-  for (int i = 0; i < polygon.contourCount; ++i) {
-    const GpcContour& contour = polygon.contours[i];
+  for (const GpcContour& contour : operand.contours) {
     if (contour.vertexCount < 3) continue;
     int j = 0;
     for (; j + 1 < contour.vertexCount; j += 2) {
@@ -108,9 +107,10 @@ Index CopyNear(const Vec2d* from, Index size, const Box& box, Vec2d* to) {
 }
 
 /// Appends the contours of an operand. Where `area` is not null, only their course in there counts.
-void LoadPolygon(Workspace& work, const GpcPolygon& polygon, Operands operand, const Box* area) {
-  for (int i = 0; i < polygon.contourCount; ++i) {
-    const GpcContour& contour = polygon.contours[i];
+void LoadPolygon(Workspace& work, const Operand& source, Operands operand, const Box* area) {
+  const Index firstPolygon = work.polygonCount;
+  for (std::size_t i = 0; i < source.contours.size(); ++i) {
+    const GpcContour& contour = source.contours[i];
     if (contour.vertexCount < 3) continue;
     const auto size = static_cast<Index>(contour.vertexCount);
     const Index first = work.points.Size();
@@ -127,7 +127,12 @@ void LoadPolygon(Workspace& work, const GpcPolygon& polygon, Operands operand, c
     work.points.Truncate(first + (count < 3 ? 0 : count + 1));
     if (count < 3) continue;
     to[count] = to[0];
-    work.contours.Append({first, count, first, operand});
+    Index polygon = 0;
+    if (work.rule == Rule::Polygons) {
+      polygon = firstPolygon + source.polygons[i];
+      work.polygonCount = std::max(work.polygonCount, polygon + 1);
+    }
+    work.contours.Append({first, count, first, polygon, operand});
   }
 }
 
@@ -151,8 +156,10 @@ Box Widen(const Box& box, double margin) {
 
 }  // namespace
 
-void LoadPolygons(Workspace& work, gpc_op operation, const GpcPolygon& subject,
-                  const GpcPolygon& clip) {
+void LoadPolygons(Workspace& work, gpc_op operation, Rule rule, const Operand& subject,
+                  const Operand& clip) {
+  work.rule = rule;
+  work.polygonCount = 0;
   work.points.Clear();
   work.contours.Clear();
   work.unscale = 1.0;

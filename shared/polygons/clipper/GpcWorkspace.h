@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <type_traits>
 #include <utility>
 
@@ -29,6 +30,22 @@ inline constexpr const wchar_t* UNIT = L"Gpc";
 using Operands = std::uint8_t;
 inline constexpr Operands SUBJECT = 1;
 inline constexpr Operands CLIP = 2;
+
+/// What is inside an operand.
+enum class Rule : std::uint8_t {
+  EvenOdd,   ///< an odd number of contours, counting a contour once for each time around
+  NonZero,   ///< a winding number other than 0
+  Positive,  ///< a winding number above 0, as inside a counter-clockwise contour in a y-up frame
+  Negative,
+  Polygons,  ///< at least one polygon, in which the even-odd rule holds
+};
+
+/// The contours of an operand. `polygons` has the number of the polygon that each belongs to; it
+/// is looked at by the rule of polygons only.
+struct Operand {
+  std::span<const GpcContour> contours;
+  std::span<const Index> polygons;
+};
 /// Marks a chain that another one with the same course stands for.
 inline constexpr Operands MERGED = 0x80;
 
@@ -119,7 +136,8 @@ struct Box {
 struct Contour {
   Index first;
   Index count;
-  Index lowest;  ///< the point of least y, of several the one of least x
+  Index lowest;   ///< the point of least y, of several the one of least x
+  Index polygon;  ///< by the rule of polygons: its number among those of both operands
   Operands operand;
 };
 
@@ -177,8 +195,58 @@ struct PlacedPoint {
   Index point;
 };
 
+/// Two half edges of one node whose chains coincide; the second one's chain stays for both.
+struct Merger {
+  Half merged;
+  Half kept;
+};
+
+/// A link of a list of half edges that run as the first half edge of the chain that stays for them.
+struct MergedEntry {
+  Half half;
+  Index next;
+};
+
+/// What lies on the two sides of a chain: twice two bits of `Operands`.
+using Sides = std::uint8_t;
+inline Sides MakeSides(Operands left, Operands right) {
+  return static_cast<Sides>(left | right << 2);
+}
+inline Operands LeftOf(Sides sides) {
+  return sides & 3;
+}
+inline Operands RightOf(Sides sides) {
+  return sides >> 2;
+}
+
+/// A node on the way through a connected part: the half edges that are still to be passed.
+struct Visit {
+  Index node;
+  Index slot;
+  Index remaining;
+};
+
+/// A connected part: the contour with its lowest point, and a side of it that looks outward.
+struct Place {
+  Index contour;
+  Index side;
+};
+
+/// A contour of the result: points of `gathered`, of which `top` is the highest, of several the
+/// leftmost.
+struct ResultContour {
+  Index first;
+  Index count;
+  Index top;
+  Index side;   ///< the side of a chain on which the result is, see `SideOfLoop`
+  Index owner;  ///< of a hole, the number of its outer contour; of others their own
+  bool isHole;
+};
+
 struct Workspace {
   // The contours of both operands.
+  Rule rule = Rule::EvenOdd;
+  Index polygonCount = 0;                    ///< by the rule of polygons
   Buffer<Vec2d> points{L"vertex creation"};  ///< vertices of contours, then crossings
   Buffer<Contour> contours{L"contour table creation"};
   Buffer<Vec2d> nextPoints{L"vertex creation"};
@@ -216,27 +284,33 @@ struct Workspace {
   Buffer<std::uint8_t> hasNodes{L"edge table creation"};  ///< by contour
   Buffer<Index> nodeStarts{L"node table creation"};       ///< by node: its first slot
   Buffer<Index> nodeEnds{L"node table creation"};
-  Buffer<Half> slots{L"edge table creation"};  ///< half edges, counter-clockwise a node
+  Buffer<Merger> mergers{L"edge table creation"};  ///< in the order in which they arose
+  Buffer<Half> slots{L"edge table creation"};      ///< half edges, counter-clockwise a node
   Buffer<Index> slotOfHalf{L"edge table creation"};
 
   // Labels.
-  Buffer<Operands> lefts{L"label creation"};         ///< by chain: what lies on its left
-  Buffer<Index> components{L"label creation"};       ///< by contour
-  Buffer<Index> componentLowest{L"label creation"};  ///< the contour with the lowest point
-  Buffer<Operands> componentLabels{L"label creation"};
-  Buffer<Operands> loopInsides{L"label creation"};    ///< by contour without nodes
+  Buffer<Sides> sides{L"label creation"};           ///< by chain
+  Buffer<Operands> loopInsides{L"label creation"};  ///< by contour without nodes
+  Buffer<Operands> loopOutsides{L"label creation"};
   Buffer<std::uint8_t> isVisited{L"label creation"};  ///< by node
+  Buffer<Index> lowestFirst{L"label creation"};  ///< contours in the order of their lowest points
   Buffer<Index> stack{L"label creation"};
+  Buffer<Visit> visits{L"label creation"};
   Buffer<Index> slabStarts{L"index creation"};
   Buffer<Index> slabSections{L"index creation"};
+  Buffer<Place> parts{L"label creation"};         ///< in the order of their lowest points
+  Buffer<std::uint8_t> isOdd{L"label creation"};  ///< by polygon
+  Buffer<Index> mergedLists{L"label creation"};   ///< by chain, if there are mergers
+  Buffer<MergedEntry> mergedEntries{L"label creation"};
+  Buffer<Half> keptHalves{L"label creation"};  ///< by half edge
 
   // Results.
   Buffer<std::uint8_t> isBorder{L"result table creation"};  ///< by chain: not yet traced
   Buffer<Index> nodeMarks{L"result table creation"};
   Buffer<Half> path{L"result table creation"};
   Buffer<Vec2d> gathered{L"vertex list creation"};
-  Buffer<GpcContour> resultContours{L"contour creation"};
-  Buffer<int> resultHoles{L"hole flag array creation"};
+  Buffer<ResultContour> resultContours{L"contour creation"};
+  Buffer<Index> faces{L"face creation"};  ///< by side: a forest of sides of one face of the result
 
   /// Returns the first point of a half edge beyond its node.
   Vec2d GetFarPoint(Half half) const {
@@ -278,16 +352,16 @@ inline std::size_t CountBytes(const Workspace& work) {
          work.isNode.Bytes() + work.parents.Bytes() + work.occurrences.Bytes() +
          work.unordered.Bytes() + work.edgeStarts.Bytes() + work.nodeOfPoint.Bytes() +
          work.nodePoints.Bytes() + work.chains.Bytes() + work.parities.Bytes() +
-         work.slots.Bytes() + work.slotOfHalf.Bytes() + work.lefts.Bytes() +
-         work.slabSections.Bytes() + work.gathered.Bytes();
+         work.slots.Bytes() + work.slotOfHalf.Bytes() + work.sides.Bytes() + work.visits.Bytes() +
+         work.slabSections.Bytes() + work.gathered.Bytes() + work.faces.Bytes();
 }
 
 // The stages, in order.
 
 /// Fills the workspace with the contours of both operands, without repeated points and without what
 /// cannot matter to the operation; sets scale and tolerance.
-void LoadPolygons(Workspace& work, gpc_op operation, const GpcPolygon& subject,
-                  const GpcPolygon& clip);
+void LoadPolygons(Workspace& work, gpc_op operation, Rule rule, const Operand& subject,
+                  const Operand& clip);
 /// Cuts the contours into sections.
 void BuildSections(Workspace& work);
 /// Finds where edges meet: fills the nodes and the occurrences.
@@ -297,10 +371,28 @@ void FindCrossings(Workspace& work);
 bool BuildGraph(Workspace& work);
 /// Replaces the contours by the same with every node as a vertex.
 void RefineContours(Workspace& work);
-/// Finds what lies on the left of every chain and inside every contour without nodes. Returns false
-/// when the answers contradict each other.
+/// Returns the chain that a vertex of a contour which is no node lies on.
+Index FindChain(const Workspace& work, Index contourIndex, Index vertex);
+/// Finds what lies on either side of every chain and inside every contour without nodes. Returns
+/// false when the answers contradict each other.
 bool FindLabels(Workspace& work);
 /// Traces the contours of the result.
 void TraceContours(Workspace& work, gpc_op operation);
+/// Finds the outer contour of each hole of the result.
+void FindOwners(Workspace& work, gpc_op operation);
+
+/// Whether a place is in the result, by the operands it is inside.
+struct Membership {
+  /// Errors: `GPCException` for an unknown operation.
+  explicit Membership(gpc_op operation);
+  bool operator[](Operands operands) const { return isIn[operands]; }
+  bool isIn[4];
+};
+
+/// The sides of chains have the numbers of the half edges that they are on the left of. Behind them
+/// come those of contours without nodes.
+inline Index SideOfLoop(const Workspace& work, Index contour, bool isInside) {
+  return 2 * work.chains.Size() + 2 * contour + (isInside ? 1 : 0);
+}
 
 }  // namespace shr::gpc

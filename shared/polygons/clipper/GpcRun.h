@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+/// @file
+/// One boolean operation of the clipper, whatever its operands are made of and wherever its result
+/// goes. For the library's own use; the public face is shared/polygons/Gpc.h.
+///
+///     const gpc::Run run(GPC_UNION, gpc::Rule::Polygons, subject, clip, gpc::Want::Owners);
+///     for (const gpc::ResultContour& contour : run.Contours()) run.Copy(contour, points);
+///
+/// Threads: a run has the workspace of its thread to itself, so a thread has one run at a time.
+
+#pragma once
+
+#include "shared/polygons/clipper/GpcWorkspace.h"
+
+namespace shr::gpc {
+
+/// Whether the outer contours of holes are asked for.
+enum class Want { Contours, Owners };
+
+class Run {
+public:
+  /// Errors: as `gpc_polygon_clip`.
+  Run(gpc_op operation, Rule rule, const Operand& subject, const Operand& clip, Want want);
+  ~Run();
+  Run(const Run&) = delete;
+  Run& operator=(const Run&) = delete;
+
+  std::span<const ResultContour> Contours() const {
+    return {work_.resultContours.begin(), work_.resultContours.end()};
+  }
+  /// Copies the points of a contour, the highest first, to `count` places and returns the end.
+  Vec2d* Copy(const ResultContour& contour, Vec2d* points) const;
+
+private:
+  Workspace& work_;
+};
+
+/// Returns the contours of a record as an operand of any rule but that of polygons.
+inline Operand OperandOf(const GpcPolygon& polygon) {
+  return {{polygon.contours, static_cast<std::size_t>(polygon.contourCount)}, {}};
+}
+
+}  // namespace shr::gpc
