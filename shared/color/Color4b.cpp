@@ -4,16 +4,26 @@
 #include "shared/color/Color4b.h"
 
 #include <ostream>
+#include <string>
 
 #include "shared/color/ColorMix.h"
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/platform/WindowsTypes.h"
+#include "shared/text/GString.h"
 
 namespace shr {
 namespace {
 
 unsigned char MixChannel(unsigned char a, unsigned char b, double t) {
   return static_cast<unsigned char>(MixLinear(a, b, t) + 0.5);
+}
+
+/// Returns the value of a hexadecimal digit, or -1.
+int DigitOf(wchar_t ch) {
+  if (ch >= L'0' && ch <= L'9') return ch - L'0';
+  if (ch >= L'a' && ch <= L'f') return ch - L'a' + 10;
+  if (ch >= L'A' && ch <= L'F') return ch - L'A' + 10;
+  return -1;
 }
 
 struct ByteOps {
@@ -51,6 +61,31 @@ void Color4b::GetHSL(double& hue, double& saturation, double& lightness) const {
   hue = hsl.hue;
   saturation = hsl.saturation;
   lightness = hsl.lightness;
+}
+
+GString Color4b::GetHex() const {
+  constexpr const wchar_t* DIGITS = L"0123456789abcdef";
+  std::wstring text(1, L'#');
+  for (const unsigned char channel : {red, green, blue, alpha}) {
+    text += DIGITS[channel >> 4];
+    text += DIGITS[channel & 15];
+  }
+  if (alpha == ALPHA_MAX) text.resize(7);
+  return GString(text);
+}
+
+bool Color4b::SetHex(const GString& text) {
+  unsigned char channels[] = {0, 0, 0, ALPHA_MAX};
+  const std::size_t size = text.size();
+  bool isColor = (size == 7 || size == 9) && text.c_str()[0] == L'#';
+  for (std::size_t i = 1; isColor && i < size; i += 2) {
+    const int high = DigitOf(text.c_str()[i]);
+    const int low = DigitOf(text.c_str()[i + 1]);
+    isColor = high >= 0 && low >= 0;
+    channels[i / 2] = static_cast<unsigned char>(high * 16 + low);
+  }
+  *this = isColor ? Color4b(channels) : Color4b(0, 0, 0, 0);
+  return isColor;
 }
 
 Color4b Color4b::Interp(const Color4b& a, const Color4b& b, double t, InterpMethod method) {

@@ -13,7 +13,9 @@
 
 #pragma once
 
+#include <compare>
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
 
@@ -26,6 +28,7 @@ namespace shr {
 
 class Color3f;
 class Color4f;
+class GString;
 
 /// An unsigned 32-bit integer such as `COLORREF`. An `int` is none, so that two small numbers are
 /// taken as gray and alpha.
@@ -69,6 +72,10 @@ public:
   template <std::same_as<Color4f> C>
   explicit constexpr Color4b(const C& color)
       : Color4b(ToBYTE(color.red), ToBYTE(color.green), ToBYTE(color.blue), ToBYTE(color.alpha)) {}
+  /// One number is no color: 0 would pass for a pointer to channels.
+  template <std::integral T>
+  explicit Color4b(T) = delete;
+  explicit Color4b(std::nullptr_t) = delete;
 
   constexpr void Set(unsigned char r, unsigned char g, unsigned char b,
                      unsigned char a = ALPHA_MAX) {
@@ -89,6 +96,9 @@ public:
   constexpr void Set(const C& color) {
     *this = Color4b(color);
   }
+  template <std::integral T>
+  void Set(T) = delete;
+  void Set(std::nullptr_t) = delete;
 
   // Packed forms; the first letter is the most significant byte.
 
@@ -102,6 +112,13 @@ public:
   }
   /// Returns 0, blue, green, red; alpha is no part of it.
   constexpr std::uint32_t GetCOLORREF() const { return Pack(0, blue, green, red); }
+
+  /// Returns "#rrggbb", or "#rrggbbaa" when the color is not opaque, in lower case.
+  SHARED_API GString GetHex() const;
+  /// Reads "#rrggbb", which is opaque, or "#rrggbbaa", in any letter case and without blanks.
+  /// Returns false, with all four channels 0, for any other text.
+  /// Law: `SetHex(GetHex())` gives the same color.
+  SHARED_API bool SetHex(const GString& text);
 
   /// Returns the brightness weighted by alpha, 0 to 1.
   constexpr double Intensity() const {
@@ -136,7 +153,9 @@ public:
   operator unsigned char*() { return &red; }
   operator const unsigned char*() const { return &red; }
 
+  /// Compare by value: red first, then green, blue and alpha.
   friend constexpr bool operator==(const Color4b& a, const Color4b& b) = default;
+  friend constexpr std::strong_ordering operator<=>(const Color4b& a, const Color4b& b) = default;
 
   // The extended color keywords of CSS Color Module Level 3 in their "Gray" spellings, all opaque.
   static const Color4b AliceBlue, AntiqueWhite, Aqua, Aquamarine, Azure, Beige, Bisque, Black,

@@ -130,9 +130,17 @@ bool Command::Equivalent(const Command& other) const {
   return (Key() == other.Key() && Label() == other.Label()) || EquivalentImpl(other);
 }
 
+bool Command::Merge(const Command& newer) {
+  return MergeImpl(newer);
+}
+
 void Command::EnumerateOptionsImpl(CommandOptionList&) const {}
 
 bool Command::EquivalentImpl(const Command&) const {
+  return false;
+}
+
+bool Command::MergeImpl(const Command&) {
   return false;
 }
 

@@ -5,7 +5,9 @@
 /// `Command`, one undoable action of a user, and `Memento`, what it remembers for undoing.
 ///
 /// A command is configured through options, done once, and then undone and redone any number of
-/// times, usually by a `CommandStack` (shared/commands/CommandStack.h). Commands made by name come
+/// times, usually by a `CommandStack` (shared/commands/CommandStack.h). The base for most commands
+/// is in shared/commands/SimpleCommand.h, several commands as one in
+/// shared/commands/CompoundCommand.h. Commands made by name come
 /// from shared/commands/CommandFactory.h. Values of type boost::any are declared only: who passes
 /// or overrides them includes <boost/any.hpp>.
 ///
@@ -22,6 +24,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -91,6 +94,10 @@ public:
   bool Option(const wchar_t* key, const wchar_t* value);
   bool Option(const GString& key, const boost::any& value);
   bool Option(const wchar_t* key, const boost::any& value);
+  /// A number is no text, and 0 no pointer to one: pass it as text or in a boost::any.
+  template <class Key, class Number>
+  requires(std::is_arithmetic_v<Number> ||
+           std::is_null_pointer_v<Number>) bool Option(const Key& key, Number value) = delete;
 
   /// Appends the three switches with the value "True" or "False", then the options of the derived
   /// class. Law: handing the list to `Option` of a new command of this kind gives it these options.
@@ -98,6 +105,12 @@ public:
 
   /// Returns true when keys and labels are equal, or the derived class says so.
   bool Equivalent(const Command& other) const;
+
+  /// Takes over `newer`, which was done right after this command, and returns true when it could:
+  /// for example the next letter of a word that is being typed. From then on this command stands
+  /// for both.
+  /// Laws: 1. `Undo` restores the state before both. 2. `Redo` has the effect of both.
+  bool Merge(const Command& newer);
 
 protected:
   Command();
@@ -134,6 +147,8 @@ private:
   /// Returns a command of the same kind with the same options that was never done, for programs
   /// that record and repeat commands. The library never calls it.
   virtual std::unique_ptr<Command> CloneImpl() const = 0;
+  /// Takes over `newer`, of any class, or leaves both as they are and returns false, as by default.
+  virtual bool MergeImpl(const Command& newer);
 
   bool HasState(std::uint8_t states) const { return (states_ & states) == states; }
   void SetState(std::uint8_t states, bool enabled);

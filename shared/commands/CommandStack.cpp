@@ -5,6 +5,10 @@
 // end or move a position. The oldest commands leave at the front by emptying their handles; when
 // more than half of the vector is empty, the rest moves down, which costs each command one move at
 // most for each one that left.
+//
+// Commands are the program's code, and so are their destructors: any of them may come back to the
+// stack. A command that runs is held by a handle of its own, one that goes is out of the vector
+// first, and what a call is about to do is looked at again after each of them.
 
 #include "shared/commands/CommandStack.h"
 
@@ -35,17 +39,34 @@ private:
   std::size_t& count_;
 };
 
+/// Sets a flag for as long as it lives.
+class Raised {
+public:
+  explicit Raised(bool& flag) : flag_(flag) { flag_ = true; }
+  ~Raised() { flag_ = false; }
+  Raised(const Raised&) = delete;
+  Raised& operator=(const Raised&) = delete;
+
+private:
+  bool& flag_;
+};
+
 }  // namespace
 
 CommandStack::CommandStack(std::uint64_t maximumSize) : maximumSize_(maximumSize) {}
 
 CommandStack::~CommandStack() {
-  Clear();
+  notice_ = nullptr;
+  DropAll();
 }
 
 void CommandStack::MaximumSize(std::uint64_t maximumSize) {
   maximumSize_ = maximumSize;
+  if (size() <= maximumSize_) return;
+  const bool isClean = IsClean();
   VerifyStackSize();
+  clean_ = isClean ? done_ : NONE;
+  Notify();
 }
 
 StatusCode CommandStack::Do(CommandHandle command) {
@@ -58,36 +79,49 @@ StatusCode CommandStack::Do(CommandHandle command) {
     const StatusCode status = command->Do();
     if (status != Success) return status;
   }
-  while (commands_.size() > done_) {
-    // A command dies when it is out of the stack already: its destructor may look at it.
-    const CommandHandle dropped = std::move(commands_.back());
-    commands_.pop_back();
-    redo_ = NONE;
+  DropUndone();
+  if (!MergeIntoNewest(*command)) {
+    commands_.push_back(std::move(command));
+    ++changes_;
+    VerifyStackSize();
+    done_ = commands_.size();
   }
-  commands_.push_back(std::move(command));
-  redo_ = NONE;
-  VerifyStackSize();
-  done_ = commands_.size();
+  Notify();
   return Success;
 }
 
 StatusCode CommandStack::Undo() {
-  if (!Undoable()) {
+  if (isMoving_ || !Undoable()) {
     ThrowErrorImpl(L"CommandStack", INVALID_UNDO_LINE, L"Cannot undo invalid command.");
   }
-  const StatusCode status = (*UndoHandle())->Undo();
-  if (status != Cancelled) redo_ = --done_;
+  const CommandHandle command = *UndoHandle();
+  const std::uint64_t changesBefore = changes_;
+  StatusCode status = Failure;
+  {
+    const Raised moving(isMoving_);
+    status = command->Undo();
+  }
+  if (status == Cancelled || changes_ != changesBefore) return status;
+  redo_ = --done_;
+  Notify();
   return status;
 }
 
 StatusCode CommandStack::Redo() {
-  if (!Redoable()) {
+  if (isMoving_ || !Redoable()) {
     ThrowErrorImpl(L"CommandStack", INVALID_REDO_LINE, L"Cannot redo invalid command.");
   }
-  const StatusCode status = (*RedoHandle())->Redo();
-  if (status == Cancelled) return status;
+  const CommandHandle command = *RedoHandle();
+  const std::uint64_t changesBefore = changes_;
+  StatusCode status = Failure;
+  {
+    const Raised moving(isMoving_);
+    status = command->Redo();
+  }
+  if (status == Cancelled || changes_ != changesBefore) return status;
   done_ = redo_ + 1;
   redo_ = done_ < commands_.size() ? done_ : NONE;
+  Notify();
   return status;
 }
 
@@ -120,12 +154,33 @@ GString CommandStack::RedoLabel() const {
 }
 
 void CommandStack::Clear() {
+  if (commands_.empty()) return;
+  DropAll();
+  Notify();
+}
+
+void CommandStack::DropAll() {
+  clean_ = IsClean() ? 0 : NONE;
+  commands_.erase(commands_.begin(), commands_.begin() + Offset(first_));
   first_ = done_ = 0;
   redo_ = NONE;
+  ++changes_;
   while (!commands_.empty()) {
     const CommandHandle dropped = std::move(commands_.back());
     commands_.pop_back();
   }
+}
+
+void CommandStack::SetClean() {
+  if (IsClean()) return;
+  clean_ = done_;
+  Notify();
+}
+
+void CommandStack::ResetClean() {
+  const bool wasClean = IsClean();
+  clean_ = NONE;
+  if (wasClean) Notify();
 }
 
 const CommandStack::CommandHandle* CommandStack::UndoHandle() const {
@@ -142,15 +197,48 @@ void CommandStack::ReserveForRunning() {
   commands_.reserve(std::max({needed, 2 * commands_.size(), LEAST_CAPACITY}));
 }
 
+void CommandStack::DropUndone() {
+  while (commands_.size() > done_) {
+    const CommandHandle dropped = std::move(commands_.back());
+    commands_.pop_back();
+    redo_ = NONE;
+    ++changes_;
+    if (clean_ != NONE && clean_ > commands_.size()) clean_ = NONE;
+  }
+}
+
+bool CommandStack::MergeIntoNewest(const Command& command) noexcept {
+  const CommandHandle* const handle = UndoHandle();
+  if (handle == nullptr || IsClean()) return false;
+  const CommandHandle newest = *handle;
+  const std::uint64_t changesBefore = changes_;
+  try {
+    const bool isMerged = newest.get() != &command && newest->UndoRedoable() &&
+                          command.UndoRedoable() && newest->Merge(command);
+    return isMerged && changes_ == changesBefore;
+  } catch (...) {  // it has been executed and is recorded by itself
+    return false;
+  }
+}
+
+void CommandStack::Notify() {
+  if (!notice_) return;
+  const ChangeNotice notice = notice_;  // it may set another one
+  notice();
+}
+
 void CommandStack::VerifyStackSize() {
   if (size() <= maximumSize_) return;
+  ++changes_;
   while (size() > maximumSize_) {
     const CommandHandle dropped = std::move(commands_[first_]);
     ++first_;
     done_ = first_;
     redo_ = NONE;
+    if (clean_ != NONE && clean_ < first_) clean_ = NONE;
   }
   if (first_ > commands_.size() / 2) {
+    if (clean_ != NONE) clean_ -= first_;
     commands_.erase(commands_.begin(), commands_.begin() + Offset(first_));
     first_ = done_ = 0;
   }

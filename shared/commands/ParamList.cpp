@@ -66,6 +66,27 @@ void CParamList::Set(const GString& name, int index, const wchar_t* value) {
   Set(Concat(name, index), value);
 }
 
+std::vector<GString> CParamList::Names() const {
+  std::vector<GString> names;
+  names.reserve(values_.size());
+  for (const auto& [name, text] : values_) names.push_back(name);
+  return names;
+}
+
+bool CParamList::Contains(const GString& name) const {
+  GString text;
+  return DoGet(name, text);
+}
+
+bool CParamList::Remove(const GString& name) {
+  return values_.erase(name) != 0;
+}
+
+void CParamList::CopyFrom(const CParamList& other) {
+  if (this == &other) return;
+  for (const auto& [name, text] : other.values_) DoSet(name, text);
+}
+
 void CParamList::DoSet(const GString& name, const GString& value) {
   values_.insert_or_assign(name, value);
 }

@@ -13,13 +13,16 @@
 ///     list.SetN(L"Color", 3, L"Red");   // held under "Color3"
 ///     double depth = 0;
 ///     if (list.Get(L"Depth", depth)) ...
+///     for (const auto& [name, text] : list) ...
 ///
 /// Threads: const calls may run together; a change needs the object alone.
 
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <map>
+#include <vector>
 
 #include "shared/Export.h"
 #include "shared/text/GString.h"
@@ -37,6 +40,8 @@ namespace shr {
 /// are read in decimal notation only.
 class SHARED_API CParamList {
 public:
+  using const_iterator = std::map<GString, GString>::const_iterator;
+
   CParamList();
   CParamList(const CParamList& other);
   CParamList& operator=(const CParamList& other);
@@ -72,6 +77,23 @@ public:
   bool GetN(const GString& name, int index, Value& value) const {
     return Get(Concat(name, index), value);
   }
+
+  /// Enumerate pairs of name and text in the order of the names. Valid until the next change.
+  const_iterator begin() const noexcept { return values_.begin(); }
+  const_iterator end() const noexcept { return values_.end(); }
+  std::size_t size() const noexcept { return values_.size(); }
+  [[nodiscard]] bool empty() const noexcept { return values_.empty(); }
+  /// Returns the names in their order.
+  std::vector<GString> Names() const;
+  /// Returns true when the name is present, also with an empty text.
+  bool Contains(const GString& name) const;
+
+  /// Removes a parameter and returns whether it was there.
+  bool Remove(const GString& name);
+  /// Removes all parameters.
+  void Clear() noexcept { values_.clear(); }
+  /// Sets every parameter of `other`; those that are only here stay.
+  void CopyFrom(const CParamList& other);
 
 protected:
   /// Stores the text under the name, replacing any previous value.

@@ -11,9 +11,11 @@
 
 #include <cstdlib>
 #include <random>
+#include <set>
 
 #include "shared/diagnostics/Exception.h"
 #include "shared/platform/WindowsTypes.h"
+#include "shared/text/GString.h"
 
 namespace shr {
 namespace {
@@ -51,6 +53,47 @@ TEST(Color4b, packedFormsKeepTheirByteOrder) {
   EXPECT_EQ(Color4b::ToBYTE(NAN), 0);
   const unsigned char* channels = color;
   EXPECT_EQ(channels[3], 4);
+}
+
+TEST(Color4b, comparesByValueAndNotByAddress) {
+  static_assert(Color4b(1, 9, 9) < Color4b(2, 0, 0) && Color4b(1, 2, 3, 4) < Color4b(1, 2, 3, 5));
+  const Color4b colors[] = {Color4b::White, Color4b::Black, Color4b::Red, Color4b::Black};
+  const std::set<Color4b> ordered(std::begin(colors), std::end(colors));
+  EXPECT_EQ((std::vector<Color4b>{Color4b::Black, Color4b::Red, Color4b::White}),
+            std::vector<Color4b>(ordered.begin(), ordered.end()));
+}
+
+TEST(Color4b, readsAndWritesItsHexadecimalForms) {
+  const struct {
+    const wchar_t* text;
+    bool isColor;
+    Color4b color;
+    const wchar_t* written;
+  } rows[] = {
+      {L"#010aff", true, Color4b(1, 10, 255), L"#010aff"},
+      {L"#ABCDEF80", true, Color4b(0xAB, 0xCD, 0xEF, 0x80), L"#abcdef80"},
+      {L"#abcdefFF", true, Color4b(0xAB, 0xCD, 0xEF), L"#abcdef"},
+      {L"#00000000", true, Color4b(0, 0, 0, 0), L"#00000000"},
+      {L"", false, {}, L""},
+      {L"#", false, {}, L""},
+      {L"010aff", false, {}, L""},
+      {L"0010aff", false, {}, L""},
+      {L"#010af", false, {}, L""},
+      {L"#010aff8", false, {}, L""},
+      {L"#010aff800", false, {}, L""},
+      {L"#010afg", false, {}, L""},
+      {L"#-10aff", false, {}, L""},
+      {L"#01 aff", false, {}, L""},
+      {L" #010aff", false, {}, L""},
+      {L"#\xFF10\xFF11\xFF10\xFF11\xFF10\xFF11", false, {}, L""},
+  };
+  for (const auto& row : rows) {
+    Color4b color(7, 7, 7, 7);
+    EXPECT_EQ(row.isColor, color.SetHex(row.text)) << GString(row.text);
+    EXPECT_EQ(row.isColor ? row.color : Color4b(0, 0, 0, 0), color) << GString(row.text);
+    if (!row.isColor) continue;
+    EXPECT_EQ(row.written, color.GetHex());
+  }
 }
 
 TEST(Color4b, hslHasItsKnownCorners) {

@@ -3,7 +3,9 @@
 
 // Cases: statuses of do, undo and redo and what each leaves behind; exceptions; commands that
 // cannot be undone; trimming by the maximum, at Do and by the setter; order of destruction; nested
-// execution; long random runs against a model that keeps plain indices.
+// execution; commands and destructors that change the stack they are on; merging; the clean mark
+// and the notice of changes; long random runs against a model that keeps plain indices and a
+// document.
 
 #include "shared/commands/CommandStack.h"
 
@@ -14,6 +16,7 @@
 #include <random>
 #include <vector>
 
+#include "shared/commands/SimpleCommand.h"
 #include "tests/commands/ErrorOf.h"
 #include "tests/commands/RecordingCommand.h"
 
@@ -174,6 +177,184 @@ TEST_F(CommandStackTest, commandsMayExecuteFurtherCommands) {
   EXPECT_EQ(Picture(), "<NI");
 }
 
+/// A command that does something else beside being done, undone and redone.
+class Meddling : public SimpleCommand {
+public:
+  using Action = std::function<void()>;
+  explicit Meddling(Action undo, Action redo = {}, Action end = {})
+      : SimpleCommand(L"M"), undo_(undo), redo_(redo), end_(end) {}
+  ~Meddling() override {
+    if (end_) end_();
+  }
+
+private:
+  StatusCode DoImpl() override { return Success; }
+  StatusCode UndoImpl() override {
+    if (undo_) undo_();
+    return Success;
+  }
+  StatusCode RedoImpl() override {
+    if (redo_) redo_();
+    return Success;
+  }
+  Action undo_, redo_, end_;
+};
+
+TEST_F(CommandStackTest, aCommandMayChangeTheStackWhileItIsUndoneOrRedone) {
+  const struct {
+    const char* name;
+    std::function<void(CommandStack&)> change;
+    const char* pictureBehind;
+  } rows[] = {
+      {"clear", [](CommandStack& own) { own.Clear(); }, ""},
+      {"keep none", [](CommandStack& own) { own.MaximumSize(0); }, ""},
+      {"keep one", [](CommandStack& own) { own.MaximumSize(1); }, "M"},
+      {"do another", [this](CommandStack& own) { own.Do(Make("N")); }, "<N"},
+  };
+  for (const auto& row : rows) {
+    for (const bool isRedo : {false, true}) {
+      CommandStack own(100);
+      const auto change = [&] { row.change(own); };
+      own.Do(Make("X"));
+      own.Do(std::make_shared<Meddling>(isRedo ? nullptr : Meddling::Action(change), change));
+      EXPECT_EQ(Success, own.Undo()) << row.name;
+      EXPECT_EQ(Success, isRedo ? own.Redo() : Success) << row.name;
+      std::string picture;
+      for (const auto& command : own) {
+        ASSERT_NE(nullptr, command) << row.name;
+        if (command == own.UndoCommand()) picture += '<';
+        picture += command->Key().ToNarrow(65001);
+      }
+      EXPECT_EQ(0u, picture.find(row.pictureBehind)) << row.name << isRedo << picture;
+      EXPECT_EQ(*row.pictureBehind == '\0', picture.empty()) << row.name << isRedo;
+      own.Do(Make("Y"));
+      EXPECT_EQ(own.MaximumSize() > 0, own.Undoable()) << row.name;
+    }
+  }
+  stack.Do(std::make_shared<Meddling>([this] { stack.Undo(); }));
+  EXPECT_EQ(ErrorOf([&] { stack.Undo(); }), "CommandStack:236:Cannot undo invalid command.");
+  EXPECT_TRUE(stack.Undoable());
+}
+
+TEST_F(CommandStackTest, destructorsSeeAWholeStackAndMayChangeIt) {
+  int ended = 0;
+  const auto look = [&] {
+    ++ended;
+    std::size_t seen = 0;
+    for (const auto& command : stack) {
+      EXPECT_NE(nullptr, command);
+      ++seen;
+    }
+    EXPECT_EQ(stack.size(), seen);
+    stack.UndoLabel();
+    stack.RedoLabel();
+  };
+  const auto fill = [&](int count) {
+    for (int i = 0; i < count; ++i) stack.Do(std::make_shared<Meddling>(nullptr, nullptr, look));
+  };
+  stack.MaximumSize(8);
+  fill(13);
+  EXPECT_EQ(5, ended);
+  stack.Clear();
+  EXPECT_EQ(13, ended);
+  fill(5);
+  for (int i = 0; i < 3; ++i) stack.Undo();
+  fill(1);
+  EXPECT_EQ(16, ended);
+  stack.MaximumSize(1);
+  EXPECT_EQ(18, ended);
+  stack.MaximumSize(8);
+  Do("A");
+  stack.Do(std::make_shared<Meddling>(nullptr, nullptr, [&] { stack.Clear(); }));
+  stack.Undo();
+  Do("B");
+  EXPECT_EQ("<B", Picture());
+}
+
+/// A command that takes over others of its kind.
+class Typing : public SimpleCommand {
+public:
+  Typing(std::string& text, std::string letters)
+      : SimpleCommand(L"Type"), text_(text), letters_(std::move(letters)) {}
+
+private:
+  StatusCode DoImpl() override {
+    text_ += letters_;
+    return Success;
+  }
+  StatusCode UndoImpl() override {
+    text_.resize(text_.size() - letters_.size());
+    return Success;
+  }
+  bool MergeImpl(const Command& newer) override {
+    const auto* const typing = dynamic_cast<const Typing*>(&newer);
+    if (typing == nullptr || typing->letters_ == " ") return false;
+    letters_ += typing->letters_;
+    return true;
+  }
+  std::string& text_;
+  std::string letters_;
+};
+
+TEST_F(CommandStackTest, commandsThatMergeAreOneButNeverAcrossTheCleanMark) {
+  std::string text;
+  const auto type = [&](const char* letters) {
+    for (const char* letter = letters; *letter != '\0'; ++letter) {
+      stack.Do(std::make_shared<Typing>(text, std::string(1, *letter)));
+    }
+  };
+  type("an old");
+  EXPECT_EQ(2u, stack.size());
+  stack.SetClean();
+  type("er");
+  EXPECT_EQ(3u, stack.size());
+  type(" map");
+  stack.Undo();
+  EXPECT_EQ("an older", text);
+  stack.Undo();
+  EXPECT_EQ("an old", text);
+  EXPECT_TRUE(stack.IsClean());
+  stack.Redo();
+  EXPECT_EQ("an older", text);
+  type("s");  // drops what was undone
+  EXPECT_EQ(3u, stack.size());
+  EXPECT_FALSE(stack.Redoable());
+  stack.Undo();
+  EXPECT_EQ("an old", text);
+}
+
+TEST_F(CommandStackTest, theCleanMarkFollowsTheDocumentAndChangesAreNoticed) {
+  std::string seen;
+  stack.OnChange([&] { seen += stack.IsClean() ? 'c' : 'd'; });
+  EXPECT_TRUE(stack.IsClean());
+  Do("A");
+  stack.SetClean();
+  stack.SetClean();
+  Do("B");
+  stack.Undo();
+  EXPECT_EQ("dcdc", seen);
+  stack.Undo();
+  Do("C");  // the way back to A is gone
+  EXPECT_FALSE(stack.IsClean());
+  stack.Undo();
+  EXPECT_FALSE(stack.IsClean());
+  EXPECT_EQ("dcdcddd", seen);
+  stack.SetClean();
+  stack.ResetClean();
+  EXPECT_FALSE(stack.IsClean());
+  stack.SetClean();
+  stack.Clear();
+  EXPECT_TRUE(stack.IsClean());
+  stack.Clear();
+  EXPECT_EQ("dcdcdddcdcc", seen);
+  const Handle failing = Make("F");
+  failing->status = Failure;
+  stack.Do(failing);
+  stack.OnChange(nullptr);
+  Do("G");
+  EXPECT_EQ("dcdcdddcdcc", seen);
+}
+
 /// The stack by indices into a vector, newest first; NONE is the end.
 class Model {
 public:
@@ -220,22 +401,32 @@ TEST(CommandStack, agreesWithAModelOfPlainIndices) {
   std::mt19937 random(SEED);
   CommandStack stack(8);
   Model model;
+  // The document is the commands that are done; those that a smaller maximum dropped are in it,
+  // too.
+  std::vector<int> document, saved;
   for (int step = 0; step < 20000; ++step) {
     const unsigned action = random() % 16;
     if (action < 6) {
       stack.Do(std::make_shared<RecordingCommand>(std::to_string(step)));
       model.Do(step);
+      document.push_back(step);
     } else if (action < 11 && stack.Undoable()) {
       stack.Undo();
       model.Undo();
+      document.pop_back();
     } else if (action < 15 && stack.Redoable()) {
       stack.Redo();
+      document.push_back(model.At(model.redo));
       model.Redo();
     } else if (random() % 8 == 0) {
       const std::size_t maximum = random() % 12;
       stack.MaximumSize(maximum);
       model.SetMaximum(maximum);
+    } else if (action == 15 && random() % 4 == 0) {
+      stack.SetClean();
+      saved = document;
     }
+    ASSERT_EQ(stack.IsClean(), document == saved) << "step " << step;
     std::vector<int> held;
     for (const auto& command : stack) held.push_back(IdOf(command));
     ASSERT_EQ(held, model.names) << "seed " << SEED << ", step " << step;

@@ -159,5 +159,33 @@ TEST(ParamList, namesAreCaseSensitiveAndCopiesIndependent) {
   EXPECT_EQ(TextOf(list, L"name"), L"2");
 }
 
+TEST(ParamList, isEnumeratedRemovedFromCopiedAndCleared) {
+  CParamList list;
+  list.Set(L"b", 2);
+  list.Set(L"a", L"");
+  list.SetN(L"Color", 3, L"Red");
+  std::wstring seen;
+  for (const auto& [name, text] : list) seen += name.String() + L"=" + text.String() + L";";
+  EXPECT_EQ(L"Color3=Red;a=;b=2;", seen);
+  EXPECT_EQ((std::vector<GString>{L"Color3", L"a", L"b"}), list.Names());
+  EXPECT_TRUE(list.Contains(L"a"));
+  EXPECT_FALSE(list.Contains(L"A"));
+
+  CParamList other;
+  other.Set(L"b", L"old");
+  other.Set(L"z", true);
+  other.CopyFrom(list);
+  list.CopyFrom(list);
+  EXPECT_EQ(4u, other.size());
+  EXPECT_EQ(L"2", TextOf(other, L"b"));
+
+  EXPECT_TRUE(list.Remove(L"a"));
+  EXPECT_FALSE(list.Remove(L"a"));
+  EXPECT_EQ(2u, list.size());
+  list.Clear();
+  EXPECT_TRUE(list.empty());
+  EXPECT_EQ(L"(absent)", TextOf(list, L"b"));
+}
+
 }  // namespace
 }  // namespace shr
