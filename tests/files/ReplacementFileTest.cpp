@@ -109,7 +109,7 @@ TEST(ReplacementFile, ofSeveralWritersTheLastCommitStays) {
           file.Write(std::string(static_cast<std::size_t>(1000 + id), static_cast<char>('a' + id)));
           file.Commit();
         });
-        EXPECT_EQ(L"(nothing)", failure);
+        EXPECT_EQ(L"(nothing)", failure) << failure;
       }
     });
   }

@@ -173,9 +173,11 @@ bool FileReplacement::State::TakeName(const std::string& candidate, mode_t permi
   fstat(made.Get(), &status);
   newFileMode = status.st_mode & PERMISSION_BITS;
   fchmod(made.Get(), PRIVATE_PERMISSIONS);
-  flock(made.Get(), LOCK_EX | LOCK_NB);
+  // Another writer may be about to remove the file, or has done so.
+  const bool taken = flock(made.Get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  const bool mine = !taken && HasName(folder.Get(), candidate, made.Get());
   errno = EEXIST;
-  if (!HasName(folder.Get(), candidate, made.Get())) return false;
+  if (!mine) return false;
   file.Swap(made);
   temporary = candidate;
   return true;
