@@ -35,6 +35,23 @@ function(shared_host_headers target folder)
   target_include_directories(${target} SYSTEM INTERFACE "${link_folder}")
 endfunction()
 
+# shared_header_only(<target> <folder> <package>): a header-only library of the host as an interface target.
+function(shared_header_only target folder package)
+  if(TARGET ${target})
+    return()
+  endif()
+  add_library(${target} INTERFACE)
+  find_path(SHARED_${folder}_INCLUDE_DIR ${folder} HINTS /usr/include NO_CMAKE_FIND_ROOT_PATH)
+  if(NOT SHARED_${folder}_INCLUDE_DIR)
+    message(FATAL_ERROR "${folder} is missing: install ${package} or set SHARED_${folder}_INCLUDE_DIR")
+  endif()
+  if(CMAKE_CROSSCOMPILING)
+    shared_host_headers(${target} ${folder})
+  else()
+    target_include_directories(${target} SYSTEM INTERFACE "${SHARED_${folder}_INCLUDE_DIR}")
+  endif()
+endfunction()
+
 # Boost is used header-only.
 function(shared_find_boost)
   if(TARGET Shared_boost)

@@ -72,6 +72,7 @@ endfunction()
 
 # shared_bench(<folder> <source> ... [PEERS <library> ...]): the program <folder>_bench from files of
 # bench/<folder>. PEERS are linked to it; the library itself never sees them. Without sources nothing is made.
+# On Windows the peers must be header-only; a file of stand-ins takes the place of the others.
 function(shared_bench folder)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "PEERS")
   set(sources ${arg_UNPARSED_ARGUMENTS})
@@ -83,8 +84,7 @@ function(shared_bench folder)
   add_executable(${program} ${sources})
   shared_compile_settings(${program})
   target_include_directories(${program} PRIVATE "${PROJECT_SOURCE_DIR}")
-  target_link_libraries(${program} PRIVATE Shared::Shared benchmark::benchmark
-                        benchmark::benchmark_main ${arg_PEERS})
+  target_link_libraries(${program} PRIVATE Shared::Shared Shared_benchmark ${arg_PEERS})
   target_compile_definitions(${program} PRIVATE
     SHARED_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data"
     SHARED_EXAMPLE_DATA_DIR="${PROJECT_SOURCE_DIR}/examples/data")

@@ -3,8 +3,10 @@
 # Copyright (c) 2026 The Shared authors
 #
 # Usage: tools/bench.sh [REGEX]
-# Builds the benchmarks with optimisation, runs those whose name matches and prints ours beside the fastest peer.
-# The table is also written to build/bench/table.tsv, the raw figures to build/bench/json/.
+# Builds the benchmarks with optimisation, runs those whose name matches and prints ours beside the fastest peer and
+# beside our time in the Windows build (under Wine). The table is also written to build/bench/table.tsv, the raw figures
+# to build/bench/json/. In the environment: REPETITIONS (5), MIN_TIME of each in seconds (0.1), WINDOWS=0 to leave that
+# build out.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 rows=${1:-.}
@@ -19,23 +21,29 @@ fi
 
 cmake --preset bench
 cmake --build --preset bench
+measure() { # FOLDER PROGRAM [OPTION...]
+  local folder=$1 program=$2
+  shift 2
+  python3 tools/bench_run.py --rows "$rows" --out "$folder" --repetitions "${REPETITIONS:-5}" \
+    --min-time "${MIN_TIME:-0.1}" "$@" "$program" || [ $? -eq 3 ]
+}
+windows=${WINDOWS:-1}
+if [ "$windows" = 1 ]; then
+  cmake --preset bench-windows
+  cmake --build --preset bench-windows
+fi
 rm -rf "$json"
-mkdir -p "$json"
+mkdir -p "$json/windows"
 for program in build/bench/bin/*_bench; do
-  "$program" --benchmark_list_tests --benchmark_filter="$rows" 2>/dev/null | grep -q . || continue
-  echo "Running $program"
-  name=$json/$(basename "$program")
-  # Several repetitions in mixed order, of which the table takes the median: what disturbs the machine for a while
-  # then hits all contenders alike.
-  if ! "$program" --benchmark_filter="$rows" --benchmark_repetitions="${REPETITIONS:-5}" \
-      --benchmark_min_time="${MIN_TIME:-0.1}" --benchmark_enable_random_interleaving=true \
-      --benchmark_out="$name.json" --benchmark_out_format=json >"$name.log" 2>&1; then
-    tail -n 20 "$name.log" >&2
-    exit 1
-  fi
+  measure "$json" "$program"
+  # The same program of the other target comes next, while the machine is in the same state.
+  [ "$windows" = 1 ] || continue
+  measure "$json/windows" "build/bench-windows/bin/$(basename "$program").exe" --ours-only --runner cmake/wine-run.sh
 done
 if ! compgen -G "$json/*.json" >/dev/null; then
   echo "No benchmark matches '$rows'." >&2
   exit 1
 fi
-python3 tools/bench_table.py --cache build/bench/CMakeCache.txt --out build/bench/table.tsv "$json"/*.json
+shopt -s nullglob
+python3 tools/bench_table.py --cache build/bench/CMakeCache.txt --out build/bench/table.tsv "$json"/*.json \
+  --windows "$json"/windows/*.json

@@ -1,12 +1,14 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
-"""Makes one table of benchmark results: bench_table.py [--cache CMakeCache.txt] [--out table.tsv] RESULT.json...
+"""Makes one table: bench_table.py [--cache CMakeCache.txt] [--out table.tsv] RESULT.json... [--windows RESULT.json...]
 
 Benchmarks are named subsystem/task/contender/size. The contender is `ours`, a peer, or a limit whose name begins with
-an underscore (what the memory alone would take, say). A row of the table is one work at one size: our time beside
+an underscore (what the memory alone would take, say). The ending "@alone" of a contender that has processes of its own
+(tools/bench_run.py) is no part of its name. A row of the table is one work at one size: our time beside
 that of the fastest peer, the median of all repetitions in CPU seconds. The ratio is peer time / our time, above 1
-where ours is ahead. The exponent says how our time grows over the sizes of a work: 1 is linear.
+where ours is ahead. The exponent says how our time grows over the sizes of a work: 1 is linear. The column `windows`
+is our time on the same row in the Windows build; rows where it is over WINDOWS_GOAL of ours are listed below the table.
 """
 
 import argparse
@@ -18,7 +20,9 @@ import statistics
 import sys
 
 UNITS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
-COLUMNS = ["row", "size", "ours", "peer_time", "peer", "ratio", "exponent"]
+COLUMNS = ["row", "size", "ours", "peer_time", "peer", "ratio", "exponent", "windows"]
+ALONE = "@alone"
+WINDOWS_GOAL = 1.15
 # What Google Benchmark adds to a name for settings of a run.
 SETTING = re.compile(r"^(iterations|min_time|min_warmup_time|repeats|process_time|real_time|manual_time|threads)(:|$)")
 
@@ -31,7 +35,7 @@ def split_name(name):
         size = int(parts.pop().split(":")[-1])
     if len(parts) < 3:
         return None
-    return "/".join(parts[:-1]), parts[-1], size
+    return "/".join(parts[:-1]), parts[-1].removesuffix(ALONE), size
 
 
 def read_times(documents):
@@ -65,8 +69,8 @@ def growth(points):
     return sum((x - mean_x) * (y - mean_y) for x, y in points) / sum((x - mean_x) ** 2 for x, _ in points)
 
 
-def make_rows(times):
-    """Returns the rows as dictionaries by COLUMNS; what a row lacks is None.
+def make_rows(times, windows=None):
+    """Returns the rows as dictionaries by COLUMNS; what a row lacks is None. `windows` are the times of that build.
 
     The keys "slower" and "limits" hold the times of the other peers and of the limits.
     """
@@ -80,6 +84,7 @@ def make_rows(times):
         rows.append({
             "row": row, "size": size, "ours": ours, "peer_time": peers.get(peer), "peer": peer,
             "ratio": peers[peer] / ours if peer and ours else None, "exponent": slope,
+            "windows": (windows or {}).get((row, size), {}).get("ours"),
             "limits": {name: time for name, time in contenders.items() if name[0] == "_"},
             "slower": {name: time for name, time in peers.items() if name != peer},
         })
@@ -126,19 +131,31 @@ def lines_of(path):
         return []
 
 
+def load(paths):
+    documents = []
+    for path in paths:
+        with open(path, encoding="utf-8") as stream:
+            documents.append(json.load(stream))
+    return documents
+
+
+def slow_on_windows(rows):
+    """The rows over the goal, worst first."""
+    slow = [row for row in rows if row["windows"] and row["ours"] and row["windows"] > WINDOWS_GOAL * row["ours"]]
+    return sorted(slow, key=lambda row: -row["windows"] / row["ours"])
+
+
 def main():
     parser = argparse.ArgumentParser(description="Makes one table of benchmark results.")
     parser.add_argument("--cache", help="CMakeCache.txt of the build, for the compiler and its flags")
     parser.add_argument("--out", help="where the tab-separated table goes")
     parser.add_argument("results", nargs="+", help="JSON files of Google Benchmark")
+    parser.add_argument("--windows", nargs="*", default=[], help="the same of the Windows build")
     options = parser.parse_args()
 
-    documents = []
-    for path in options.results:
-        with open(path, encoding="utf-8") as stream:
-            documents.append(json.load(stream))
+    documents = load(options.results)
     times, left_out = read_times(documents)
-    rows = make_rows(times)
+    rows = make_rows(times, read_times(load(options.windows))[0])
     lines = [[text_of(row[column]) for column in COLUMNS] for row in rows]
 
     print_banner(documents, options.cache, sys.stdout)
@@ -150,6 +167,10 @@ def main():
         if others:
             print()
             print_table([title, "size", "contender", "time", "ratio"], others, sys.stdout)
+    slow = [[row["row"], text_of(row["size"]), text_of(row["windows"] / row["ours"])] for row in slow_on_windows(rows)]
+    if slow:
+        print()
+        print_table([f"Windows over {WINDOWS_GOAL} of Linux", "size", "quotient"], slow, sys.stdout)
     for name in left_out:
         print(f"not in the table, its name is not subsystem/task/contender/size: {name}")
     if options.out:

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
-"""Writes shared/text/PowersOfFive.inc, the 128-bit powers of five of the number parser.
+"""Writes shared/text/PowersOfFive.inc, the 128-bit powers of five of the parser and the formatter of numbers.
 
 Every power 5**q is scaled by a power of two into [2**127, 2**128). Powers that do not fit exactly are cut off,
 except for the negative exponents whose power 5**-q fits 64 bits: their reciprocal is rounded up, so that a

@@ -18,8 +18,9 @@ packages_of() {
     demo) echo "${build[@]}" "${examples[@]}" ;;
     test) echo "${build[@]}" "${examples[@]}" "${windows[@]}" wine wine64 googletest clang-format tidy \
                python3 pkg-config ;;
-    bench) echo "${build[@]}" libbenchmark-dev libcereal-dev libfast-float-dev libgeos++-dev \
-                libgeos-dev libgmp-dev libmpfr-dev libpolyclipping-dev python3 ;;
+    bench) echo "${build[@]}" libbenchmark-dev libcereal-dev libfast-float-dev libfmt-dev \
+                libgeos++-dev libgeos-dev libgmp-dev libmpfr-dev libpolyclipping-dev python3 \
+                "${windows[@]}" wine wine64 ;;
     fuzz) echo "${build[@]}" "${clang[@]}" ;;
     tsan) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest tidy ;;
     coverage) echo "${build[@]}" "${examples[@]}" googletest gcovr tidy ;;

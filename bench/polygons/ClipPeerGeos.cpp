@@ -52,6 +52,10 @@ struct GeosShape::Geometry {
   std::unique_ptr<gg::Geometry> shape;
 };
 
+std::unique_ptr<GeosShape> GeosShape::Make(std::span<const Vec2d> points, Kind kind) {
+  return std::make_unique<GeosShape>(points, kind);
+}
+
 GeosShape::GeosShape(std::span<const Vec2d> points, Kind kind)
     : geometry_(std::make_unique<Geometry>()) {
   geometry_->shape = MakeGeometry(points, kind);

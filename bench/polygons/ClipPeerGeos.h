@@ -18,6 +18,8 @@ namespace shr::bench {
 class GeosShape {
 public:
   enum class Kind { LINE, POLYGON };
+  /// Returns nothing where GEOS is absent.
+  static std::unique_ptr<GeosShape> Make(std::span<const Vec2d> points, Kind kind);
   GeosShape(std::span<const Vec2d> points, Kind kind);
   ~GeosShape();
 

@@ -56,7 +56,8 @@ const Workload& GetWorkload(std::size_t segments) {
   if (!isNew) return workload;
   workload.coast = MakeCoast(VERTICES);
   workload.ends = MakeSegments(segments);
-  workload.geos = std::make_unique<GeosShape>(workload.coast, GeosShape::Kind::POLYGON);
+  workload.geos = GeosShape::Make(workload.coast, GeosShape::Kind::POLYGON);
+  if (workload.geos == nullptr) return workload;
   std::vector<GLine2> pieces;
   ClipOurs(workload, pieces);
   double length = 0.0;

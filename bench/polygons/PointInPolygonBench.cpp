@@ -82,11 +82,12 @@ const Workload& GetWorkload(std::size_t size) {
   Workload& workload = entry->second;
   if (!isNew) return workload;
   workload.contour = MAKE(size);
-  workload.geos = std::make_unique<GeosShape>(workload.contour, GeosShape::Kind::POLYGON);
+  workload.geos = GeosShape::Make(workload.contour, GeosShape::Kind::POLYGON);
   const std::span few = std::span(Cloud()).first(FEW);
   const auto expected = static_cast<double>(Plain::Count(workload.contour, few));
   DemandSame(static_cast<double>(Ours::Count(workload.contour, few)), expected, "PointInPolygon");
   DemandSame(static_cast<double>(OursIndexed::Count(workload.contour, few)), expected, "the index");
+  if (workload.geos == nullptr) return workload;
   DemandSame(static_cast<double>(workload.geos->CountInside(few)), expected, "the points inside");
   return workload;
 }

@@ -22,6 +22,7 @@ class BenchTable(unittest.TestCase):
             ("text/parse/wide/ours/10/iterations:3", ("text/parse/wide", "ours", 10)),
             ("text/parse/_memcpy/size:10/real_time", ("text/parse", "_memcpy", 10)),
             ("text/parse/std17", ("text/parse", "std17", 0)),
+            ("text/parse/geos@alone/10", ("text/parse", "geos", 10)),
             ("parse/ours", None),
         ]:
             with self.subTest(name):
@@ -40,6 +41,17 @@ class BenchTable(unittest.TestCase):
         self.assertAlmostEqual(small["exponent"], 1.0)
         self.assertEqual(list(small["limits"]), ["_memcpy"])
         self.assertIsNone(large["ratio"])
+
+    def test_windows_times_stand_beside_ours_and_rows_over_the_goal_are_told(self):
+        times, _ = bench_table.read_times([{"benchmarks": [
+            *result("t/w/ours/10", 10), *result("t/w/ours/100", 10), *result("t/x/ours", 10)]}])
+        windows, _ = bench_table.read_times([{"benchmarks": [
+            *result("t/w/ours/10", 11, 90, 10), *result("t/w/ours/100", 12), *result("t/x/ours", 20)]}])
+        rows = bench_table.make_rows(times, windows)
+        for row, expected in zip(rows, (0.011, 0.012, 0.02)):
+            self.assertAlmostEqual(row["windows"], expected)
+        self.assertEqual([row["row"] for row in bench_table.slow_on_windows(rows)], ["t/x", "t/w"])
+        self.assertIsNone(bench_table.make_rows(times)[0]["windows"])
 
     def test_a_failed_benchmark_ends_the_table(self):
         with self.assertRaises(SystemExit):
