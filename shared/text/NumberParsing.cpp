@@ -30,7 +30,7 @@
 #include <string_view>
 
 #include "shared/text/DigitChunk.h"
-#include "shared/text/Multiply128.h"
+#include "shared/text/PowersOfFive.h"
 #include "shared/text/StringUtility.h"
 #include "shared/text/WhiteSpace.h"
 
@@ -42,8 +42,6 @@ namespace {
 constexpr int MANTISSA_BITS = 52;
 constexpr int INFINITE_POWER = 0x7FF;
 constexpr int EXPONENT_BIAS = 1023;
-constexpr int SMALLEST_POWER_OF_TEN = -342;
-constexpr int LARGEST_POWER_OF_TEN = 308;
 
 /// Decimal digits that always fit 64 bits.
 constexpr std::ptrdiff_t SHORT_DIGITS = 19;
@@ -53,10 +51,6 @@ constexpr std::ptrdiff_t MAX_DIGITS = 780;
 
 /// Exponents are held to this while they are read; no text is long enough to make up for it.
 constexpr std::int64_t EXPONENT_LIMIT = 1'000'000'000'000'000;
-
-constexpr Product128 POWERS_OF_FIVE[] = {
-#include "shared/text/PowersOfFive.inc"
-};
 
 constexpr double EXACT_POWERS_OF_TEN[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                           1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
@@ -74,7 +68,7 @@ constexpr std::uint64_t INFINITY_BITS = std::uint64_t{INFINITE_POWER} << MANTISS
 
 /// The leading 128 bits of w * 5^q, w having its highest bit set.
 Product128 MultiplyByPowerOfFive(std::uint64_t w, int q) {
-  const Product128& power = POWERS_OF_FIVE[q - SMALLEST_POWER_OF_TEN];
+  const Product128& power = PowerOfFive(q);
   // The bits below the 54 that are rounded and the leading one that may be zero.
   constexpr std::uint64_t SPARE_BITS = ~std::uint64_t{0} >> (MANTISSA_BITS + 3);
   Product128 product = Multiply128(w, power.high);
@@ -84,11 +78,6 @@ Product128 MultiplyByPowerOfFive(std::uint64_t w, int q) {
     if (product.low < lower.high) ++product.high;
   }
   return product;
-}
-
-/// floor(log2(10^q)) for every q of the table.
-constexpr int BinaryExponent(int q) {
-  return (217706 * q) >> 16;
 }
 
 /// Rounds 55 bits that stand `1 - power` places too high to a subnormal number.

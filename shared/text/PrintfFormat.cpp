@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Every conversion is first turned into three narrow pieces (sign or prefix, leading zeros, digits)
-// by the locale-free `std::to_chars`, then padded here. The C runtime's formatters are not used:
-// they disagree about "%s" in wide formats, the I prefixes, exponent digits, infinities, rounding
-// of ties and pointers, and read the decimal point from the process locale.
+// Every conversion is first turned into three narrow pieces (sign or prefix, leading zeros,
+// digits), then padded here. The digits of common numbers come from shared/text/DecimalDigits.h,
+// others from the locale-free `std::to_chars`. The C runtime's formatters are not used: they
+// disagree about
+// "%s" in wide formats, the I prefixes, exponent digits, infinities, rounding of ties and pointers,
+// and read the decimal point from the process locale.
+//
+// The result grows in a buffer on the stack, as long as a result may be, and is handed over when it
+// is complete: a string that is used again allocates nothing.
 //
 // Widths and precisions are held to FORMAT_RESULT_LIMIT while they are parsed: nothing larger can
 // succeed, and nothing larger is ever allocated.
@@ -16,10 +21,13 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
 #include "shared/platform/CodePages.h"
+#include "shared/text/DecimalDigits.h"
 #include "shared/text/StringUtility.h"
 
 namespace shr {
@@ -151,6 +159,91 @@ private:
   char* end_ = buffer_;
 };
 
+/// Writes the digits of most numbers into a small buffer.
+class QuickDigits {
+public:
+  /// Returns false when the quick ways do not serve the number.
+  bool Write(double magnitude, const Conversion& conversion) {
+    const std::size_t digits = conversion.precision == NONE ? 6 : conversion.precision;
+    if (conversion.alternate || digits > MAX_QUICK_SIGNIFICANT) return false;
+    const int count = static_cast<int>(digits);
+    switch (conversion.type) {
+      case 'f':
+      case 'F':
+        return WriteFixed(magnitude, count);
+      case 'e':
+      case 'E':
+        return count < MAX_QUICK_SIGNIFICANT && WriteScientific(magnitude, count, conversion.type);
+      case 'g':
+      case 'G':
+        return WriteGeneral(magnitude, std::max(count, 1),
+                            static_cast<char>(conversion.type - 'g' + 'e'));
+      default:
+        return false;
+    }
+  }
+
+  std::string_view Text() const { return {begin_, static_cast<std::size_t>(end_ - begin_)}; }
+
+private:
+  bool WriteFixed(double magnitude, int decimals) {
+    FixedDecimal number;
+    if (!RoundToDecimals(magnitude, decimals, number)) return false;
+    end_ = buffer_ + MANTISSA_SIZE;
+    begin_ = TakeDigits(number.fraction, decimals, end_);
+    if (decimals > 0) *--begin_ = '.';
+    begin_ = TakeDigits(number.whole, CountDigits(number.whole), begin_);
+    return true;
+  }
+
+  bool WriteScientific(double magnitude, int decimals, char mark) {
+    SignificantDecimal number;
+    if (!RoundToSignificant(magnitude, decimals + 1, number)) return false;
+    WriteMantissa(number.digits, decimals);
+    WriteExponent(number.exponent, mark);
+    return true;
+  }
+
+  /// As many significant digits as asked for, but no zeros at the end of the decimals.
+  bool WriteGeneral(double magnitude, int count, char mark) {
+    SignificantDecimal number;
+    if (!RoundToSignificant(magnitude, count, number)) return false;
+    const bool isFixed = number.exponent >= -4 && number.exponent < count;
+    int decimals = isFixed ? count - 1 - number.exponent : count - 1;
+    while (decimals > 0 && number.digits % 10 == 0) {
+      number.digits /= 10;
+      --decimals;
+    }
+    WriteMantissa(number.digits, decimals);
+    if (!isFixed) WriteExponent(number.exponent, mark);
+    return true;
+  }
+
+  /// digits / 10^decimals
+  void WriteMantissa(std::uint64_t digits, int decimals) {
+    end_ = buffer_ + MANTISSA_SIZE;
+    begin_ = TakeDigits(digits, decimals, end_);
+    if (decimals > 0) *--begin_ = '.';
+    begin_ = TakeDigits(digits, CountDigits(digits), begin_);
+  }
+
+  void WriteExponent(int exponent, char mark) {
+    *end_++ = mark;
+    *end_++ = exponent < 0 ? '-' : '+';
+    auto power = static_cast<std::uint64_t>(std::abs(exponent));
+    const int count = power < 100 ? 2 : 3;
+    end_ += count;
+    TakeDigits(power, count, end_);
+  }
+
+  /// The longest mantissa: a whole number of 64 bits, a point and the decimals.
+  static constexpr std::size_t MANTISSA_SIZE = 20 + 1 + MAX_QUICK_DECIMALS;
+  static constexpr std::size_t EXPONENT_SIZE = 5;
+  char buffer_[MANTISSA_SIZE + EXPONENT_SIZE];
+  char* begin_ = buffer_;
+  char* end_ = buffer_;
+};
+
 /// Length of a terminated text, looking at no more than `limit` units.
 template <typename Char>
 std::size_t BoundedLength(const Char* text, std::size_t limit) {
@@ -174,10 +267,8 @@ public:
   using View = std::basic_string_view<Char>;
   using OtherChar = std::conditional_t<std::is_same_v<Char, char>, wchar_t, char>;
 
-  Formatter(String& result, const Char* format, va_list arguments)
-      : result_(result), next_(format) {
+  Formatter(const Char* format, va_list arguments) : next_(format) {
     va_copy(arguments_, arguments);
-    result_.clear();
   }
   ~Formatter() { va_end(arguments_); }
   Formatter(const Formatter&) = delete;
@@ -199,6 +290,8 @@ public:
     }
     return true;
   }
+
+  View Result() const { return {buffer_, static_cast<std::size_t>(end_ - buffer_)}; }
 
 private:
   // Parsing.
@@ -246,19 +339,25 @@ private:
   }
 
   void ParseFlags(Conversion& conversion) {
-    for (;; ++next_) {
-      if (*next_ == '-') {
-        conversion.leftAlign = true;
-      } else if (*next_ == '+') {
-        conversion.plus = true;
-      } else if (*next_ == ' ') {
-        conversion.space = true;
-      } else if (*next_ == '#') {
-        conversion.alternate = true;
-      } else if (*next_ == '0') {
-        conversion.zeroFill = true;
-      } else {
-        return;
+    for (; *next_ <= '0'; ++next_) {
+      switch (*next_) {
+        case '-':
+          conversion.leftAlign = true;
+          break;
+        case '+':
+          conversion.plus = true;
+          break;
+        case ' ':
+          conversion.space = true;
+          break;
+        case '#':
+          conversion.alternate = true;
+          break;
+        case '0':
+          conversion.zeroFill = true;
+          break;
+        default:
+          return;
       }
     }
   }
@@ -306,17 +405,32 @@ private:
   }
 
   Length ParseLength() {
-    if (Accept("hh")) return Length::Char;
-    if (Accept("h")) return Length::Short;
-    if (Accept("ll") || Accept("I64")) return Length::LongLong;
-    if (Accept("l")) return Length::Long;
-    if (Accept("I32")) return Length::Default;
-    if (Accept("I") || Accept("z")) return Length::Size;
-    if (Accept("t")) return Length::Difference;
-    if (Accept("j")) return Length::IntMax;
-    if (Accept("L")) return Length::LongDouble;
-    if (Accept("w")) return Length::Wide;
-    return Length::Default;
+    switch (*next_) {
+      case 'h':
+        return Accept("hh") ? Length::Char : Take(Length::Short);
+      case 'l':
+        return Accept("ll") ? Length::LongLong : Take(Length::Long);
+      case 'I':
+        if (Accept("I64")) return Length::LongLong;
+        return Accept("I32") ? Length::Default : Take(Length::Size);
+      case 'z':
+        return Take(Length::Size);
+      case 't':
+        return Take(Length::Difference);
+      case 'j':
+        return Take(Length::IntMax);
+      case 'L':
+        return Take(Length::LongDouble);
+      case 'w':
+        return Take(Length::Wide);
+      default:
+        return Length::Default;
+    }
+  }
+
+  Length Take(Length length) {
+    ++next_;
+    return length;
   }
 
   /// True when a text or character argument has the other width than the format.
@@ -356,12 +470,17 @@ private:
   bool FormatInteger(const Conversion& conversion, std::uint64_t magnitude, std::string_view prefix,
                      int base) {
     char buffer[24];
-    char* end = buffer;
-    if (magnitude != 0 || conversion.precision != 0) {
-      end = std::to_chars(buffer, buffer + sizeof buffer, magnitude, base).ptr;
+    char* begin = buffer;
+    char* end = buffer + sizeof buffer;
+    if (magnitude == 0 && conversion.precision == 0) {
+      end = buffer;
+    } else if (base == 10) {
+      begin = TakeDigits(magnitude, CountDigits(magnitude), end);
+    } else {
+      end = std::to_chars(buffer, end, magnitude, base).ptr;
     }
     if (conversion.type == 'X') MakeAsciiUpper(buffer, end);
-    NumberText number{prefix, 0, {buffer, static_cast<std::size_t>(end - buffer)}};
+    NumberText number{prefix, 0, {begin, static_cast<std::size_t>(end - begin)}};
     if (conversion.precision != NONE && conversion.precision > number.digits.size()) {
       number.zeros = conversion.precision - number.digits.size();
     }
@@ -423,16 +542,30 @@ private:
     const double value = conversion.length == Length::LongDouble
                              ? static_cast<double>(va_arg(arguments_, long double))
                              : va_arg(arguments_, double);
+    // A sign and the mark of hexadecimal digits.
     const char sign = SignOf(conversion, std::signbit(value));
-    std::string prefix(sign == '\0' ? 0 : 1, sign);
-    const bool upper = IsUpper(conversion.type);
-    if (std::isnan(value)) return PutNumber(conversion, {prefix, 0, upper ? "NAN" : "nan"}, false);
-    if (std::isinf(value)) return PutNumber(conversion, {prefix, 0, upper ? "INF" : "inf"}, false);
-    if (conversion.type == 'a') prefix += "0x";
-    if (conversion.type == 'A') prefix += "0X";
-    RealDigits digits;
-    if (!digits.Write(std::fabs(value), conversion)) return false;
+    const char marks[] = {sign, '0', static_cast<char>(conversion.type - 'a' + 'x')};
+    const bool isHexadecimal = conversion.type == 'a' || conversion.type == 'A';
+    const std::string_view prefix(marks + (sign == '\0' ? 1 : 0),
+                                  (sign == '\0' ? 0u : 1u) + (isHexadecimal ? 2u : 0u));
+    if (!std::isfinite(value)) return PutWord(conversion, value, prefix.substr(0, sign != '\0'));
+    QuickDigits digits;
+    if (!digits.Write(std::fabs(value), conversion)) {
+      return PutLongReal(conversion, std::fabs(value), prefix);
+    }
     return PutNumber(conversion, {prefix, 0, digits.Text()}, conversion.zeroFill);
+  }
+
+  bool PutWord(const Conversion& conversion, double value, std::string_view sign) {
+    const bool upper = IsUpper(conversion.type);
+    const char* const word = std::isnan(value) ? (upper ? "NAN" : "nan") : (upper ? "INF" : "inf");
+    return PutNumber(conversion, {sign, 0, word}, false);
+  }
+
+  bool PutLongReal(const Conversion& conversion, double magnitude, std::string_view prefix) {
+    RealDigits digits;
+    return digits.Write(magnitude, conversion) &&
+           PutNumber(conversion, {prefix, 0, digits.Text()}, conversion.zeroFill);
   }
 
   bool PutNumber(const Conversion& conversion, NumberText number, bool zeroFill) {
@@ -479,39 +612,66 @@ private:
 
   // Bounded output.
 
-  bool HasRoom(std::size_t count) const { return count < FORMAT_RESULT_LIMIT - result_.size(); }
+  bool HasRoom(std::size_t count) const {
+    return count < static_cast<std::size_t>(buffer_ + FORMAT_RESULT_LIMIT - end_);
+  }
 
   bool Append(View text) {
     if (!HasRoom(text.size())) return false;
-    result_.append(text);
+    end_ = std::copy(text.begin(), text.end(), end_);
     return true;
   }
 
   bool AppendAscii(std::string_view text) {
     if (!HasRoom(text.size())) return false;
-    result_.append(text.begin(), text.end());
+    for (const char ch : text) *end_++ = static_cast<Char>(ch);
     return true;
   }
 
   bool Fill(std::size_t count, char ch) {
     if (!HasRoom(count)) return false;
-    result_.append(count, static_cast<Char>(ch));
+    end_ = std::fill_n(end_, count, static_cast<Char>(ch));
     return true;
   }
 
-  String& result_;
   const Char* next_;
   va_list arguments_;
+  Char* end_ = buffer_;
+  Char buffer_[FORMAT_RESULT_LIMIT];
 };
+
+template <typename Char>
+bool Format(std::basic_string<Char>& text, const Char* format, va_list arguments) {
+  Formatter<Char> formatter(format, arguments);
+  if (!formatter.Run()) return false;
+  text.assign(formatter.Result());
+  return true;
+}
+
+template <typename Char>
+bool AppendFormat(std::basic_string<Char>& text, const Char* format, va_list arguments) {
+  Formatter<Char> formatter(format, arguments);
+  if (!formatter.Run()) return false;
+  text.append(formatter.Result());
+  return true;
+}
 
 }  // namespace
 
-bool PrintfFormat(std::string& result, const char* format, va_list arguments) {
-  return Formatter<char>(result, format, arguments).Run();
+bool PrintfFormat(std::string& text, const char* format, va_list arguments) {
+  return Format(text, format, arguments);
 }
 
-bool PrintfFormat(std::wstring& result, const wchar_t* format, va_list arguments) {
-  return Formatter<wchar_t>(result, format, arguments).Run();
+bool PrintfFormat(std::wstring& text, const wchar_t* format, va_list arguments) {
+  return Format(text, format, arguments);
+}
+
+bool PrintfAppend(std::string& text, const char* format, va_list arguments) {
+  return AppendFormat(text, format, arguments);
+}
+
+bool PrintfAppend(std::wstring& text, const wchar_t* format, va_list arguments) {
+  return AppendFormat(text, format, arguments);
 }
 
 }  // namespace shr

@@ -16,10 +16,13 @@
 
 namespace shr {
 
-/// Formats into `result`, which is overwritten and unspecified on failure. Returns false when the
-/// format is malformed or the result reaches `FORMAT_RESULT_LIMIT` units. Owns: `arguments` is
-/// copied; the caller ends its own list.
-bool PrintfFormat(std::string& result, const char* format, va_list arguments);
-bool PrintfFormat(std::wstring& result, const wchar_t* format, va_list arguments);
+/// Replace (`PrintfFormat`) or extend (`PrintfAppend`) `text` with the result; arguments may point
+/// into it. They return false and leave it unchanged when the format is malformed or the result
+/// reaches `FORMAT_RESULT_LIMIT` units. Owns: `arguments` is copied; the caller ends its own list.
+/// Cost: no allocation when `text` can hold the result.
+bool PrintfFormat(std::string& text, const char* format, va_list arguments);
+bool PrintfFormat(std::wstring& text, const wchar_t* format, va_list arguments);
+bool PrintfAppend(std::string& text, const char* format, va_list arguments);
+bool PrintfAppend(std::wstring& text, const wchar_t* format, va_list arguments);
 
 }  // namespace shr

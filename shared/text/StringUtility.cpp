@@ -57,24 +57,6 @@ void MakeUpperImpl(String& text) {
   for (auto& ch : text) ch = UpperAscii(ch);
 }
 
-// Formatting.
-
-template <typename String>
-bool FormatImpl(String& text, const typename String::value_type* format, va_list arguments) {
-  String result;
-  if (!PrintfFormat(result, format, arguments)) return false;
-  text = std::move(result);
-  return true;
-}
-
-template <typename String>
-bool AppendFormatImpl(String& text, const typename String::value_type* format, va_list arguments) {
-  String result;
-  if (!PrintfFormat(result, format, arguments)) return false;
-  text += result;
-  return true;
-}
-
 // Words.
 
 template <typename Char>
@@ -159,7 +141,7 @@ std::wstring ToUpper(std::wstring_view text) {
 bool FormatString(std::string& text, const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  const bool done = FormatImpl(text, format, arguments);
+  const bool done = PrintfFormat(text, format, arguments);
   va_end(arguments);
   return done;
 }
@@ -167,23 +149,23 @@ bool FormatString(std::string& text, const char* format, ...) {
 bool FormatString(std::wstring& text, const wchar_t* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  const bool done = FormatImpl(text, format, arguments);
+  const bool done = PrintfFormat(text, format, arguments);
   va_end(arguments);
   return done;
 }
 
 bool FormatStringVA(std::string& text, const char* format, va_list arguments) {
-  return FormatImpl(text, format, arguments);
+  return PrintfFormat(text, format, arguments);
 }
 
 bool FormatStringVA(std::wstring& text, const wchar_t* format, va_list arguments) {
-  return FormatImpl(text, format, arguments);
+  return PrintfFormat(text, format, arguments);
 }
 
 bool AppendFormatString(std::string& text, const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  const bool done = AppendFormatImpl(text, format, arguments);
+  const bool done = PrintfAppend(text, format, arguments);
   va_end(arguments);
   return done;
 }
@@ -191,17 +173,17 @@ bool AppendFormatString(std::string& text, const char* format, ...) {
 bool AppendFormatString(std::wstring& text, const wchar_t* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  const bool done = AppendFormatImpl(text, format, arguments);
+  const bool done = PrintfAppend(text, format, arguments);
   va_end(arguments);
   return done;
 }
 
 bool AppendFormatStringVA(std::string& text, const char* format, va_list arguments) {
-  return AppendFormatImpl(text, format, arguments);
+  return PrintfAppend(text, format, arguments);
 }
 
 bool AppendFormatStringVA(std::wstring& text, const wchar_t* format, va_list arguments) {
-  return AppendFormatImpl(text, format, arguments);
+  return PrintfAppend(text, format, arguments);
 }
 
 std::string ToString(const char* text) {

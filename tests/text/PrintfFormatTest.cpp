@@ -9,9 +9,12 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <iterator>
 #include <limits>
 #include <locale>
 #include <random>
@@ -205,6 +208,61 @@ TEST(PrintfFormat, extremeValuesAndDigitsAgreeWithTheRuntime) {
       EXPECT_EQ(Both(format, value), Runtime(format, value)) << format;
     }
   }
+}
+
+/// Numbers that are hard to round: any bits, halves of a decimal place that a double can be,
+/// decimals ending in 5 that it cannot be, and the neighbours of powers of ten and two.
+double HardToRound(std::mt19937_64& random) {
+  const auto below = [&random](std::uint64_t count) { return static_cast<int>(random() % count); };
+  const auto neighbour = [&](double value) {
+    const int step = below(3) - 1;
+    return step == 0 ? value : std::nextafter(value, step * 1e308);
+  };
+  switch (random() % 6) {
+    case 0:
+      return std::fabs(std::bit_cast<double>(random()));
+    case 1:
+      return std::ldexp(static_cast<double>(random() >> (11 + below(52))), -below(70));
+    case 2:
+      return neighbour(std::pow(10.0, below(631) - 323));
+    case 3:
+      return neighbour(std::ldexp(1.0, below(140) - 70));
+    case 4:
+      return neighbour((static_cast<double>(random() % 1'000'000'000) + 0.5) /
+                       std::pow(10.0, below(19)));
+    default:
+      return static_cast<double>(random() % 10'000) * std::pow(10.0, -below(25));
+  }
+}
+
+TEST(PrintfFormat, hardRoundingsAgreeWithToChars) {
+  std::mt19937_64 random(4713);
+  const std::chars_format notations[] = {std::chars_format::fixed, std::chars_format::scientific,
+                                         std::chars_format::general};
+  for (int i = 0; i < 60000; ++i) {
+    const double value = HardToRound(random);
+    if (!std::isfinite(value)) continue;
+    const auto kind = static_cast<std::size_t>(i % 3);
+    const int precision = static_cast<int>(random() % 21);
+    char expected[400];
+    const auto end = std::to_chars(expected, std::end(expected), value, notations[kind], precision);
+    std::wstring text;
+    ASSERT_TRUE(FormatString(text,
+                             kind == 0   ? L"%.*f"
+                             : kind == 1 ? L"%.*e"
+                                         : L"%.*g",
+                             precision, value));
+    ASSERT_EQ(text, WideAscii(std::string(expected, end.ptr)))
+        << "conversion " << kind << " of " << std::hexfloat << value << ", precision " << precision;
+  }
+}
+
+TEST(PrintfFormat, textThatCanHoldTheResultIsUsedAgain) {
+  std::wstring text(100, L'x');
+  const wchar_t* const place = text.data();
+  ASSERT_TRUE(FormatString(text, L"%d %.6f %s", 1, 2.5, L"three"));
+  EXPECT_EQ(text, L"1 2.500000 three");
+  EXPECT_EQ(text.data(), place);
 }
 
 TEST(PrintfFormat, resultsOf8192UnitsFail) {
