@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "shared/platform/posix/ProfileText.h"
+#include "shared/platform/ProfileText.h"
 
 namespace {
 

@@ -34,6 +34,16 @@ bool ParseUnsigned(const GString& text, std::uint64_t& value) {
   return true;
 }
 
+/// Returns a name or value without the blanks around it, which systems keep or drop when they
+/// write. It ends at its first zero unit.
+GString Trimmed(const GString& name) {
+  constexpr std::wstring_view BLANKS = L" \t\v\f";
+  const std::wstring_view text = name.c_str();
+  const std::size_t first = text.find_first_not_of(BLANKS);
+  if (first == std::wstring_view::npos) return GString();
+  return GString(std::wstring(text.substr(first, text.find_last_not_of(BLANKS) - first + 1)));
+}
+
 }  // namespace
 
 CConfigFile::CConfigFile(const GString& fileName) {
@@ -47,7 +57,8 @@ CConfigFile::CConfigFile(const GString& fileName) {
 
 bool CConfigFile::Read(const GString& section, const GString& key, GString& value) const {
   wchar_t buffer[VALUE_UNITS];
-  const std::size_t length = platform::ReadProfileValue(path_, section, key, buffer);
+  const std::size_t length =
+      platform::ReadProfileValue(path_, Trimmed(section), Trimmed(key), buffer);
   // A value that fills the buffer may have been cut.
   if (length >= VALUE_UNITS - 1) ThrowInternalError(SHARED_MODULE, UNIT, __LINE__);
   value = GString(std::wstring(buffer, length));
@@ -82,7 +93,9 @@ void CConfigFile::Write(const GString& section, const GString& key, const char* 
 }
 
 void CConfigFile::Write(const GString& section, const GString& key, const wchar_t* value) const {
-  Require(platform::SetProfileValue(path_, section, key, value));
+  const GString trimmed = value == nullptr ? GString() : Trimmed(value);
+  Require(platform::SetProfileValue(path_, Trimmed(section), Trimmed(key),
+                                    value == nullptr ? nullptr : trimmed.c_str()));
 }
 
 void CConfigFile::Write(const GString& section, const GString& key, int value) const {
@@ -100,19 +113,20 @@ void CConfigFile::Write(const GString& section, const GString& key, double value
 }
 
 void CConfigFile::RemoveEntry(const GString& section, const GString& key) const {
-  Require(platform::SetProfileValue(path_, section, key, nullptr));
+  Require(platform::SetProfileValue(path_, Trimmed(section), Trimmed(key), nullptr));
 }
 
 void CConfigFile::RemoveSection(const GString& section) const {
-  Require(platform::SetProfileSection(path_, section, nullptr));
+  Require(platform::SetProfileSection(path_, Trimmed(section), nullptr));
 }
 
 bool CConfigFile::ReadSection(const GString& section, std::vector<GString>& entries) const {
+  const GString name = Trimmed(section);
   std::wstring buffer(SECTION_UNITS, L'\0');
-  std::size_t length = platform::ReadProfileSection(path_, section, buffer);
+  std::size_t length = platform::ReadProfileSection(path_, name, buffer);
   while (length >= buffer.size() - 2) {
     buffer.resize(2 * buffer.size());
-    length = platform::ReadProfileSection(path_, section, buffer);
+    length = platform::ReadProfileSection(path_, name, buffer);
   }
   for (std::size_t pos = 0; pos < length;) {
     const std::wstring line(buffer.c_str() + pos);
@@ -126,7 +140,7 @@ void CConfigFile::WriteSection(const GString& section, const std::vector<GString
   std::wstring lines;
   for (const GString& entry : entries) lines.append(entry.c_str()).append(1, L'\0');
   lines.append(1, L'\0');
-  Require(platform::SetProfileSection(path_, section, lines.c_str()));
+  Require(platform::SetProfileSection(path_, Trimmed(section), lines.c_str()));
 }
 
 void CConfigFile::Require(bool written) const {

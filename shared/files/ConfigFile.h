@@ -30,6 +30,10 @@ namespace shr {
 /// A section or key is found in any letter case and without the blanks around it; of several of one
 /// name the first one counts. Text ends at its first zero unit.
 ///
+/// Text that the active ANSI page cannot hold makes an unmarked file UTF-16 as a whole, so nothing
+/// is stored as question marks. A writer that finds the lock of the folder (Linux) or of the
+/// session (Windows) taken waits for it at most five seconds.
+///
 /// A file that is missing or cannot be read has no entries. Errors of everything that changes the
 /// file: an `Exception` "Unable to write '%s'.\n%s" of unit "ConfigFile" with the full path and the
 /// system's text; the file is then as it was.

@@ -24,7 +24,7 @@ namespace {
 
 using namespace std::string_literals;
 
-/// Returns ASCII text as UTF-16LE without a mark.
+/// Returns text in Latin-1 as UTF-16LE without a mark.
 std::string Utf16(std::string_view text) {
   std::string bytes;
   for (const char c : text) (bytes += c) += '\0';
@@ -197,9 +197,40 @@ const WriteRow WRITE_ROWS[] = {
      [](const CConfigFile& f) { f.Write(L"s", L"k", L"v"); }, "[s\r\n[s]\r\nk=v\r\n"},
     {"two lines", "[s]\r\n", [](const CConfigFile& f) { f.Write(L"s", L"k", L"v\r\nl=w"); },
      "[s]\r\nk=v\r\nl=w\r\n"},
-    {"ANSI", "[s]\r\n",
-     [](const CConfigFile& f) { f.Write(L"s", L"\u00E9", L"\u20AC\u0416\uFF21"); },
-     "[s]\r\n\xE9=\x80?A\r\n"},
+    {"ANSI", "[s]\r\n", [](const CConfigFile& f) { f.Write(L"s", L"\u00E9", L"\u20AC"); },
+     "[s]\r\n\xE9=\x80\r\n"},
+    {"a value beyond ANSI makes the file UTF-16", "; c\r\n[s]\r\na=\x80\r\n",
+     [](const CConfigFile& f) { f.Write(L"s", L"k", L"\u6771\u4EAC"); },
+     UTF16_MARK + Utf16("; c\r\n[s]\r\na=") + "\xAC\x20\r\0\n\0k\0=\0\x71\x67\xAC\x4E\r\0\n\0"s},
+    {"and all other lines stay", "\n[ s ] ; x\n\n  a = 1\nk\n[t]",
+     [](const CConfigFile& f) { f.Write(L"s", L"k", L"\u0416"); },
+     UTF16_MARK + Utf16("\n[ s ] ; x\n\n  a = 1\nk=") + "\x16\x04" + Utf16("\n[t]")},
+    {"a likeness is not enough", "[s]\r\n",
+     [](const CConfigFile& f) { f.Write(L"s", L"k", L"\uFF21"); },
+     UTF16_MARK + Utf16("[s]\r\nk=") + "\x21\xFF\r\0\n\0"s},
+    {"a character of two units", "",
+     [](const CConfigFile& f) { f.Write(L"s", L"k", L"\U0001F600"); },
+     UTF16_MARK + Utf16("[s]\r\nk=") + "\x3D\xD8\x00\xDE\r\0\n\0"s},
+    {"a key beyond ANSI", "", [](const CConfigFile& f) { f.Write(L"s", L"\u0416", 1); },
+     UTF16_MARK + Utf16("[s]\r\n") + "\x16\x04" + Utf16("=1\r\n")},
+    {"a section beyond ANSI", "[s]\r\n",
+     [](const CConfigFile& f) { f.WriteSection(L"\u0416", {L"k=\u00E9"}); },
+     UTF16_MARK + Utf16("[s]\r\n[") + "\x16\x04" + Utf16("]\r\nk=\xE9\r\n")},
+    {"what is removed needs no room", "[s]\r\n",
+     [](const CConfigFile& f) {
+       f.RemoveEntry(L"s", L"\u0416");
+       f.RemoveSection(L"\u0416");
+     },
+     "[s]\r\n"},
+    {"blanks around section names", "[s]\r\n",
+     [](const CConfigFile& f) {
+       f.Write(L" t\t", L"\v k ", L" v ");
+       f.WriteSection(L" u ", {L"a=1"});
+       f.RemoveSection(L"\f s ");
+       f.Write(L"t ", L"l\t", L"w");
+       f.RemoveEntry(L" t", L" l");
+     },
+     "[t]\r\nk=v\r\n[u]\r\na=1\r\n"},
     {"narrow text", "[s]\r\n", [](const CConfigFile& f) { f.Write(L"s", L"k", "\xE9"); },
      "[s]\r\nk=\xE9\r\n"},
     {"UTF-8", UTF8_MARK + "[s]\r\n", [](const CConfigFile& f) { f.Write(L"s", L"k", L"\u0416"); },
@@ -282,6 +313,19 @@ TEST_F(ConfigFileTest, aMissingFileIsEmptyUntilItIsWritten) {
   file.Write(L"s", L"k", L"v");
   EXPECT_TRUE(file.Read(L"s", L"k", value));
   EXPECT_EQ(test::ReadBytes(file.GetFileName()), "[s]\r\nk=v\r\n");
+}
+
+TEST_F(ConfigFileTest, textBeyondAnsiIsReadAsItWasWritten) {
+  GString value;
+  file.Write(L"s", L"k", L"\u6771\u4EAC");
+  EXPECT_EQ(test::ReadBytes(file.GetFileName()),
+            UTF16_MARK + Utf16("[s]\r\nk=") + "\x71\x67\xAC\x4E\r\0\n\0"s);
+  EXPECT_TRUE(file.Read(L"s", L"k", value));
+  EXPECT_EQ(value, L"\u6771\u4EAC");
+  file.Write(L" s ", L"l", L"\u0416");
+  EXPECT_TRUE(file.Read(L"s\t", L"l ", value));
+  EXPECT_EQ(value, L"\u0416");
+  EXPECT_EQ(folder.Names().size(), 1u);
 }
 
 TEST_F(ConfigFileTest, valuesAreReadUpToTheirLongestLength) {

@@ -168,6 +168,14 @@ TEST_F(RegistryTest, keysWithSubkeysAreNotDeleted) {
   EXPECT_EQ(Open(L"\\A!"), RegistryStatus::Success);
 }
 
+TEST_F(RegistryTest, rootsAreNotDeleted) {
+  RegistryKey root;
+  ASSERT_EQ(root.Open(HKEY_CURRENT_USER, L"", RegistryAccess::ReadWrite), RegistryStatus::Success);
+  EXPECT_NE(root.RemoveKey(L""), RegistryStatus::Success);
+  EXPECT_EQ(Open(L""), RegistryStatus::Success) << "and everything below is there";
+  EXPECT_EQ(root.Open(HKEY_CURRENT_USER, L"", RegistryAccess::Read), RegistryStatus::Success);
+}
+
 TEST_F(RegistryTest, aKeyDeletedWhileOpenIsToldApart) {
   ASSERT_EQ(other.Create(HKEY_CURRENT_USER, sandbox.Key(L"Gone")), RegistryStatus::Success);
   EXPECT_EQ(other.RemoveKey(L""), RegistryStatus::Success);

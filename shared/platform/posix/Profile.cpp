@@ -5,9 +5,10 @@
 
 #include <algorithm>
 #include <string_view>
-#include <vector>
 
-#include "shared/platform/posix/NativePath.h"
+#include "shared/platform/NameCase.h"
+#include "shared/platform/ProfileChange.h"
+#include "shared/platform/posix/NameFold.h"
 #include "shared/platform/posix/ProfileFile.h"
 
 namespace shr::platform {
@@ -45,21 +46,18 @@ std::size_t ReadProfileSection(const GString& path, const GString& section,
 bool SetProfileValue(const GString& path, const GString& section, const GString& key,
                      const wchar_t* value) {
   return ChangeProfile(path, [&](const ProfileText& text) {
-    return value == nullptr ? text.WithoutEntry(section.c_str(), key.c_str())
-                            : text.WithValue(section.c_str(), key.c_str(), value);
+    return ChangeProfileValue(text, section.c_str(), key.c_str(), value);
   });
 }
 
 bool SetProfileSection(const GString& path, const GString& section, const wchar_t* lines) {
   return ChangeProfile(path, [&](const ProfileText& text) {
-    if (lines == nullptr) return text.WithoutSection(section.c_str());
-    std::vector<std::wstring_view> list;
-    for (const wchar_t* line = lines; *line != L'\0';) {
-      list.emplace_back(line);
-      line += list.back().size() + 1;
-    }
-    return text.WithSection(section.c_str(), list);
+    return ChangeProfileSection(text, section.c_str(), lines);
   });
+}
+
+wchar_t UpperCaseOfWide(wchar_t unit) {
+  return FoldNameUnit(unit);
 }
 
 }  // namespace shr::platform

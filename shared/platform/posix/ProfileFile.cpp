@@ -15,7 +15,6 @@
 #include "shared/platform/posix/ProfileFile.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -26,9 +25,10 @@
 #include <mutex>
 #include <utility>
 
-#include "shared/platform/Paths.h"
+#include "shared/platform/FileReplacement.h"
 #include "shared/platform/RawFile.h"
 #include "shared/platform/posix/Descriptor.h"
+#include "shared/platform/posix/FileLock.h"
 #include "shared/platform/posix/NativePath.h"
 #include "shared/platform/posix/ShareLocks.h"
 
@@ -42,7 +42,6 @@ constexpr auto FINE_TICK = std::chrono::milliseconds(50);
 /// Longer than the tick of any file system: the coarsest one counts two seconds.
 constexpr auto COARSE_TICK = std::chrono::milliseconds(2500);
 constexpr std::size_t CACHED_FILES = 8;
-constexpr mode_t NEW_FILE_PERMISSIONS = 0666;
 
 bool IsRegular(const struct stat& status) {
   if (S_ISREG(status.st_mode)) return true;
@@ -147,37 +146,12 @@ ProfileText* Load(const std::string& path, int descriptor) {
   return &Cache().front().text;
 }
 
-/// Waits until no other writer of the library is at work in the folder. Returns false where the
-/// file system has no such locks.
-bool LockFolder(int folder) {
-  int result = -1;
-  do {
-    result = flock(folder, LOCK_EX);
-  } while (result != 0 && errno == EINTR);
-  return result == 0;
-}
-
-/// Returns the name of the file that becomes the new target. Under the lock it is always the same,
-/// so that killed processes leave one file at most.
-std::string TemporaryName(const std::string& target, bool locked) {
-  const std::size_t name = target.rfind('/') + 1;
-  const std::string suffix = locked ? ".new" : '.' + std::to_string(getpid());
-  return target.substr(0, name) + '~' + target.substr(name) + suffix;
-}
-
-/// Writes the new content to `temporary` and puts that in the place of the target.
-bool Replace(const std::string& target, const std::string& temporary, const std::string& bytes) {
-  unlink(temporary.c_str());
-  Descriptor file(OpenFile(temporary, O_WRONLY | O_CREAT | O_EXCL, NEW_FILE_PERMISSIONS));
-  if (!file.IsOpen()) return false;
-  const bool written = WriteDescriptor(file.Get(), bytes.data(), bytes.size()) &&
-                       FlushDescriptor(file.Get()) && file.Close() &&
-                       ReplaceExistingFile(FromNativePath(temporary), FromNativePath(target));
-  if (written) return true;
-  const int error = errno;
-  unlink(temporary.c_str());
-  errno = error;
-  return false;
+/// Puts the new content in the place of the file.
+bool Replace(const GString& path, const std::string& bytes) {
+  FileReplacement replacement;
+  return replacement.Begin(path) &&
+         WriteDescriptor(replacement.GetDescriptor(), bytes.data(), bytes.size()) &&
+         replacement.Commit();
 }
 
 /// Opens the target as one that would write it in place, since a rename alone would not mind a
@@ -212,25 +186,27 @@ bool ReadProfile(const GString& path, const std::function<void(ProfileText&)>& r
 }
 
 bool ChangeProfile(const GString& path,
-                   const std::function<std::optional<std::string>(const ProfileText&)>& change) {
+                   const std::function<ProfileResult(const ProfileText&)>& change) {
   if (!IsUsable(path)) return false;
-  const std::string target = ToNativePath(ResolveLinks(path));
-  const std::lock_guard guard(ProfileMutex());
+  const std::string target = ResolveNativeLinks(ToNativePath(path));
+  const std::size_t name = target.rfind('/') + 1;
   const Descriptor folder(
-      OpenFile(target.substr(0, target.rfind('/') + 1), O_RDONLY | O_DIRECTORY));
-  if (!folder.IsOpen()) return false;
-  const bool locked = LockFolder(folder.Get());
+      OpenFile(name == 0 ? "." : target.substr(0, name), O_RDONLY | O_DIRECTORY));
+  // Waited for outside the mutex, so that other threads can read meanwhile.
+  if (!folder.IsOpen() || TakeLock(folder.Get()) == LockResult::TimedOut) return false;
+  const std::lock_guard guard(ProfileMutex());
   const Descriptor file(OpenFile(target, O_RDWR | O_NONBLOCK));
   if (!OpenForChange(file.Get())) return false;
-  std::optional<std::string> bytes;
+  ProfileResult result;
   if (file.IsOpen()) {
     const ProfileText* const text = Load(target, file.Get());
     if (text == nullptr) return false;
-    bytes = change(*text);
+    result = change(*text);
   } else {
-    bytes = change(ProfileText(std::string()));
+    result = change(ProfileText(std::string()));
   }
-  return !bytes || Replace(target, TemporaryName(target, locked), *bytes);
+  if (!result.possible) errno = EILSEQ;
+  return result.possible && (!result.bytes || Replace(path, *result.bytes));
 }
 
 }  // namespace shr::platform

@@ -4,9 +4,10 @@
 /// @file
 /// Configuration files on the disk: reading them through a cache, and replacing them under a lock.
 ///
-/// A change reads the file, makes the new bytes, writes them to a file beside it, hands that to the
-/// disk and renames it over the old one. Writers of this library, in any process, take turns by a
-/// lock on the folder. Readers need no lock, since they see the old file or the whole new one.
+/// A change reads the file, makes the new bytes and replaces the file by them
+/// (shared/platform/FileReplacement.h). Writers of this library, in any process, take turns by a
+/// lock on the folder, for which they wait a few seconds and then give up. Readers need no lock,
+/// since they see the old file or the whole new one.
 ///
 ///     ReadProfile(path, [&](ProfileText& text) { title = text.FindValue(L"Map", L"Title"); });
 ///
@@ -15,10 +16,8 @@
 #pragma once
 
 #include <functional>
-#include <optional>
-#include <string>
 
-#include "shared/platform/posix/ProfileText.h"
+#include "shared/platform/ProfileChange.h"
 #include "shared/text/GString.h"
 
 namespace shr::platform {
@@ -28,9 +27,9 @@ namespace shr::platform {
 bool ReadProfile(const GString& path, const std::function<void(ProfileText&)>& read);
 
 /// Hands the text, the empty one of a missing file, to `change`, which returns the new bytes, or
-/// nothing to leave the file alone. Returns false, with `errno` telling why and the file as it was,
+/// none to leave the file alone. Returns false, with `errno` telling why and the file as it was,
 /// when that failed.
 bool ChangeProfile(const GString& path,
-                   const std::function<std::optional<std::string>(const ProfileText&)>& change);
+                   const std::function<ProfileResult(const ProfileText&)>& change);
 
 }  // namespace shr::platform

@@ -12,6 +12,7 @@
 #include <string>
 #include <system_error>
 
+#include "shared/platform/posix/FileLock.h"
 #include "shared/platform/posix/NativePath.h"
 #include "shared/platform/posix/ShareLocks.h"
 
@@ -207,6 +208,9 @@ void ClearLastError() {
 }
 
 GString FormatSystemErrorMsg(std::uint32_t code) {
+  if (code == static_cast<std::uint32_t>(LOCK_TIMED_OUT)) {
+    return L"Another writer keeps the lock; it was waited for.";
+  }
   return FromNativePath(std::system_category().message(static_cast<int>(code)));
 }
 

@@ -4,7 +4,6 @@
 #include "shared/platform/posix/RegistryFile.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -16,8 +15,10 @@
 #include <string_view>
 #include <utility>
 
+#include "shared/platform/FileReplacement.h"
 #include "shared/platform/RawFile.h"
 #include "shared/platform/posix/Descriptor.h"
+#include "shared/platform/posix/FileLock.h"
 #include "shared/platform/posix/NativePath.h"
 
 namespace shr::platform {
@@ -199,19 +200,12 @@ private:
   }
 
   RegistryStatus WriteFile(const std::string& bytes) {
-    // Only the holder of the lock writes, so the name is free, or left over from a killed process.
-    const std::string temporary = path_ + ".new";
-    Descriptor file(OpenFile(temporary, O_WRONLY | O_CREAT | O_TRUNC, FILE_PERMISSIONS));
-    if (!file.IsOpen()) return ReportSystem(L"Unable to create", temporary);
+    FileReplacement replacement;
     struct stat status = {};
-    const bool written = WriteDescriptor(file.Get(), bytes.data(), bytes.size()) &&
-                         fsync(file.Get()) == 0 && fstat(file.Get(), &status) == 0 && file.Close();
-    if (!written || rename(temporary.c_str(), path_.c_str()) != 0) {
-      const RegistryStatus failure = ReportSystem(L"Unable to write", temporary);
-      unlink(temporary.c_str());
-      return failure;
-    }
-    SyncFolder(folder_);
+    const bool written = replacement.Begin(FromNativePath(path_), NewFileRights::OwnerOnly) &&
+                         WriteDescriptor(replacement.GetDescriptor(), bytes.data(), bytes.size()) &&
+                         fstat(replacement.GetDescriptor(), &status) == 0 && replacement.Commit();
+    if (!written) return ReportSystem(L"Unable to write", path_);
     identity_ = IdentityOf(status, std::string_view(bytes).substr(0, RegistryStore::HEADER_SIZE));
     return RegistryStatus::Success;
   }
@@ -242,15 +236,6 @@ RegistryStatus ReportNoFolder() {
   return RegistryStatus::IoFailed;
 }
 
-/// Waits for the lock that makes this process the only one that changes a root.
-bool Lock(const Descriptor& lock) {
-  int result = -1;
-  do {
-    result = flock(lock.Get(), LOCK_EX);
-  } while (result != 0 && errno == EINTR);
-  return result == 0;
-}
-
 }  // namespace
 
 RegistryStatus ReadHive(const char* hive,
@@ -272,7 +257,9 @@ RegistryStatus ChangeHive(
   const std::string lockPath = folder + '/' + hive + ".lock";
   // Closing the descriptor releases the lock, also when the process is killed.
   const Descriptor lock(OpenFile(lockPath, O_RDWR | O_CREAT, FILE_PERMISSIONS));
-  if (!lock.IsOpen() || !Lock(lock)) return ReportSystem(L"Unable to lock", lockPath);
+  if (!lock.IsOpen() || TakeLock(lock.Get()) != LockResult::Held) {
+    return ReportSystem(L"Unable to lock", lockPath);
+  }
   Hive& held = GetHive(folder, hive);
   RegistryStatus status = held.LoadForChange();
   if (status != RegistryStatus::Success) return status;

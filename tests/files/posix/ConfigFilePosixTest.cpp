@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -203,6 +204,41 @@ TEST_F(ConfigFilePosix, linksAndPermissionsStay) {
   struct stat status = {};
   ASSERT_EQ(stat(Native().c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777u, 0640u);
+}
+
+TEST_F(ConfigFilePosix, ownersStayAndLinksAreFollowedToWhatIsMissing) {
+  const CConfigFile link(folder.Path(L"link.ini"));
+  std::filesystem::create_symlink("settings.ini", test::ToFilesystemPath(link.GetFileName()));
+  link.Write(L"s", L"k", L"1");
+  EXPECT_EQ(Value(L"s", L"k"), L"1");
+  EXPECT_TRUE(std::filesystem::is_symlink(test::ToFilesystemPath(link.GetFileName())));
+  const uid_t owner = geteuid() == 0 ? 1234 : getuid();
+  ASSERT_EQ(chown(Native().c_str(), owner, getgid()), 0);
+  link.Write(L"s", L"k", L"\u6771\u4EAC");
+  struct stat status = {};
+  ASSERT_EQ(stat(Native().c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, owner);
+}
+
+TEST_F(ConfigFilePosix, theLongestNamesCanBeWritten) {
+  for (const std::size_t letters : {125u, 127u}) {  // of two bytes each, beside one of one byte
+    const CConfigFile longName(folder.Path(L"n" + std::wstring(letters, L'\u00E9')));
+    EXPECT_EQ(test::Failure([&] { longName.Write(L"s", L"k", L"v"); }), L"(nothing)") << letters;
+  }
+}
+
+TEST_F(ConfigFilePosix, aLockThatIsNotGivenBackIsWaitedForForABoundedTime) {
+  file.Write(L"s", L"k", L"1");
+  const std::string native = test::ToFilesystemPath(folder.Path()).string();
+  const int stopped = open(native.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  ASSERT_EQ(flock(stopped, LOCK_EX), 0);
+  std::thread reader([this] { EXPECT_EQ(Value(L"s", L"k"), L"1") << "readers need no lock"; });
+  const GString failure = test::Failure([this] { file.Write(L"s", L"k", L"2"); });
+  reader.join();
+  EXPECT_NE(failure.find(L"Another writer keeps the lock"), GString::npos) << failure;
+  close(stopped);
+  file.Write(L"s", L"k", L"3");
+  EXPECT_EQ(Value(L"s", L"k"), L"3");
 }
 
 TEST_F(ConfigFilePosix, writersInSeveralProcessesLoseNothing) {

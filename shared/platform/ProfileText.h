@@ -5,7 +5,7 @@
 /// The text of a configuration file: its lines, finding entries in it, and the bytes that it has
 /// after a change (docs/configuration-files.md).
 ///
-/// Knows nothing of files; that is shared/platform/posix/ProfileFile.h. Any bytes are a text:
+/// Knows nothing of files; those are the business of each platform. Any bytes are a text:
 /// what is neither a header nor an entry is a line that nobody asks for.
 ///
 ///     ProfileText text("[Map]\r\nTitle=Lakes\r\n");
@@ -50,6 +50,13 @@ public:
   /// blanks around their parts and keep their quotation marks.
   void VisitLines(std::wstring_view section,
                   const std::function<void(std::wstring_view line)>& visit) const;
+
+  /// Returns whether the encoding has all of `text`, so that it would be read as it was written.
+  bool CanHold(std::wstring_view text) const;
+
+  /// Returns the bytes of the whole text as UTF-16, little endian, with its mark; nothing when the
+  /// text has bytes that mean nothing in its encoding and would be lost.
+  std::optional<std::string> AsUtf16() const;
 
   // Changes. All return the bytes of the changed text, or nothing when it need not change. Lines
   // that are not concerned stay as they are, byte for byte.

@@ -14,14 +14,14 @@
 // - A zero unit ends a name or a value, the rest up to the "=" or the line's end is passed over.
 // - One pair of equal quotation marks around a value is taken off when it is read.
 
-#include "shared/platform/posix/ProfileText.h"
+#include "shared/platform/ProfileText.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "shared/platform/CodePages.h"
 #include "shared/platform/LibraryCodePages.h"
-#include "shared/platform/posix/NameFold.h"
+#include "shared/platform/NameCase.h"
 
 namespace shr::platform {
 namespace {
@@ -76,7 +76,7 @@ std::wstring_view Unquoted(std::wstring_view value) {
 
 bool EqualNames(std::wstring_view a, std::wstring_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](wchar_t left, wchar_t right) {
-    return left == right || FoldNameUnit(left) == FoldNameUnit(right);
+    return left == right || UpperCaseOfName(left) == UpperCaseOfName(right);
   });
 }
 
@@ -103,7 +103,7 @@ std::size_t ProfileText::NameHash::operator()(std::wstring_view name) const noex
   constexpr std::uint64_t PRIME = 0x100000001B3;
   std::uint64_t hash = 0xCBF29CE484222325;
   for (const wchar_t unit : name) {
-    hash = (hash ^ static_cast<std::uint64_t>(FoldNameUnit(unit))) * PRIME;
+    hash = (hash ^ static_cast<std::uint64_t>(UpperCaseOfName(unit))) * PRIME;
   }
   return static_cast<std::size_t>(hash ^ hash >> 32);
 }
@@ -238,6 +238,24 @@ void ProfileText::VisitLines(std::wstring_view section,
     if (line.kind == LineKind::Entry) (entry += L'=') += line.value;
     if (!entry.empty()) visit(entry);
   }
+}
+
+bool ProfileText::CanHold(std::wstring_view text) const {
+  if (encoding_ != ProfileEncoding::Ansi) return true;
+  std::wstring again;
+  AppendWide(ANSI_PAGE, Encode(text), again);
+  return again == text;
+}
+
+std::optional<std::string> ProfileText::AsUtf16() const {
+  const std::string_view content = std::string_view(bytes_).substr(content_);
+  std::wstring text;
+  AppendWide(MarkOf(encoding_).page, content, text);
+  if (Encode(text) != content) return std::nullopt;
+  const Mark& mark = MarkOf(ProfileEncoding::Utf16LittleEndian);
+  std::string bytes(mark.bytes);
+  AppendNarrow(mark.page, text, bytes);
+  return bytes;
 }
 
 std::optional<std::string> ProfileText::WithValue(std::wstring_view section, std::wstring_view key,
