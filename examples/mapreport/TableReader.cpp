@@ -39,6 +39,7 @@ GString NumberText(double value) {
 LineReader::LineReader(const GString& path, const TextFormat& format) : path_(path) {
   file_.Open(path, L"rb", CEncodedBufferedFile::ShareRead, format.encoding, format.codePage, true,
              false);
+  file_.SetWholeLines(true);
 }
 
 bool LineReader::Next(GString& line) {

@@ -203,9 +203,14 @@ void CBufferedFile::TurnTo(Direction direction) {
   direction_ = direction;
 }
 
-/// Throws when the last reading call ended by a failure and not by the end of the file.
+/// Throws when the last reading call ended by a failure and not by the end of the file. The end,
+/// which some runtimes remember in the stream and some in the descriptor, is forgotten: what others
+/// append is there for the next call.
 void CBufferedFile::CheckRead(int line) {
   if (std::ferror(stream_) != 0) ThrowStreamError(line, L"Unable to read '%s'.\n%s");
+  if (std::feof(stream_) == 0) return;
+  std::clearerr(stream_);
+  platform::SeekStream(stream_, 0, platform::FileOrigin::Current);
 }
 
 void CBufferedFile::Flush() {

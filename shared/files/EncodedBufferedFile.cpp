@@ -109,7 +109,7 @@ CEncodedBufferedFile::CEncodedBufferedFile(const GString& path, const GString& m
 }
 
 CEncodedBufferedFile::CEncodedBufferedFile(const CEncodedBufferedFile& other)
-    : codePage_(other.codePage_) {}
+    : codePage_(other.codePage_), isInWholeLines_(other.isInWholeLines_) {}
 
 CEncodedBufferedFile::CEncodedBufferedFile(CEncodedBufferedFile&& other) noexcept {
   *this = std::move(other);
@@ -119,6 +119,7 @@ CEncodedBufferedFile& CEncodedBufferedFile::operator=(const CEncodedBufferedFile
   if (this == &other) return *this;
   Close();
   codePage_ = other.codePage_;
+  isInWholeLines_ = other.isInWholeLines_;
   return *this;
 }
 
@@ -131,6 +132,7 @@ CEncodedBufferedFile& CEncodedBufferedFile::operator=(CEncodedBufferedFile&& oth
   stream_ = std::move(other.stream_);
   encoding_ = other.encoding_;
   codePage_ = other.codePage_;
+  isInWholeLines_ = other.isInWholeLines_;
   markSize_ = other.markSize_;
   lineBuffer_ = std::exchange(other.lineBuffer_, GString());
   cursor_ = std::exchange(other.cursor_, 0);
@@ -193,7 +195,9 @@ bool CEncodedBufferedFile::TryOpen(const GString& path, const GString& modeText,
     return false;
   }
 
-  Detect(*head, *mode, request);
+  // A file that may not be read has no mark that is known; what is in it stays its only head.
+  const bool isNew = mode->options.create && platform::GetDescriptorLength(descriptor) == 0;
+  Detect(*head, *mode, request, isNew);
   codePage_ = request.codePage;
   removeWhenAbandoned_ = request.removeWhenAbandoned;
   isReadable_ = mode->options.read;
@@ -201,12 +205,13 @@ bool CEncodedBufferedFile::TryOpen(const GString& path, const GString& modeText,
   cursor_ = 0;
   const bool isTranslated = mode->isText && platform::TextModeTranslatesLineEnds();
   const TextFormat format = {encoding_, codePage_,
-                             isTranslated ? LineEnds::CarriageReturnLineFeed : LineEnds::AsStored};
+                             isTranslated ? LineEnds::CarriageReturnLineFeed : LineEnds::AsStored,
+                             isInWholeLines_};
   stream_ = std::make_unique<TextStream>(
       descriptor, path, format, mode->options.append ? WritePlace::AtEnd : WritePlace::AtPosition);
   if (isContentKept) {
     stream_->Preload(*head, markSize_);
-  } else if (head->empty()) {
+  } else if (isNew) {
     stream_->WriteBytes(MarkOf(encoding_));
   } else if (isReadable_) {
     stream_->Seek(static_cast<std::int64_t>(markSize_));
@@ -216,8 +221,8 @@ bool CEncodedBufferedFile::TryOpen(const GString& path, const GString& modeText,
 
 /// Sets the encoding in force and the size of the mark that the file has, or will have once its
 /// head is written.
-void CEncodedBufferedFile::Detect(const std::string& head, const Mode& mode,
-                                  const Request& request) {
+void CEncodedBufferedFile::Detect(const std::string& head, const Mode& mode, const Request& request,
+                                  bool isNew) {
   const ByteOrderMark mark = FindByteOrderMark(head);
   encoding_ = request.encoding;
   if (mode.isReading) {
@@ -227,7 +232,6 @@ void CEncodedBufferedFile::Detect(const std::string& head, const Mode& mode,
   } else if (encoding_ != EncodingANSI && mark.size != 0) {
     encoding_ = mark.encoding;
   }
-  const bool isNew = mode.options.create && head.empty();
   markSize_ = isNew ? MarkOf(encoding_).size() : mark.size;
   if (encoding_ == EncodingANSI) markSize_ = 0;
 }
@@ -370,6 +374,11 @@ std::int64_t CEncodedBufferedFile::GetLength() const {
 void CEncodedBufferedFile::SetCodePage(unsigned codePage) {
   codePage_ = codePage;
   if (stream_ && encoding_ == EncodingANSI) stream_->SetCodePage(codePage);
+}
+
+void CEncodedBufferedFile::SetWholeLines(bool isInWholeLines) {
+  isInWholeLines_ = isInWholeLines;
+  if (stream_) stream_->SetWholeLines(isInWholeLines);
 }
 
 }  // namespace shr

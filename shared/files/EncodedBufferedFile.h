@@ -40,7 +40,12 @@ class TextStream;
 /// - A bad sequence of UTF-8 and half a unit at the end of UTF-16 give one U+FFFD each. Zeros are
 ///   kept. On Linux surrogate pairs of UTF-16 are joined; surrogates without partner survive
 ///   reading and writing UTF-16, and become U+FFFD in UTF-8.
-/// - In multi-byte code pages a line is converted in pieces of up to 255 bytes, each by itself.
+/// - In multi-byte code pages a line is converted in pieces of up to 255 bytes, each by itself:
+///   WARNING: in a longer line a character that two pieces share is lost, and so is the shift state
+///   of pages like 50220. `SetWholeLines(true)` converts each line as one; programs that need no
+///   compatibility with older readers should set it.
+/// - What others append while the file is read is read, too: the end is where the file ends at the
+///   time of the call.
 /// - Any length goes: files are read in blocks, only the line at hand is in memory.
 ///
 /// Errors: "Unable to open '%s'.\n%s", and likewise "read", "write", "seek" and "close", with the
@@ -60,10 +65,11 @@ public:
   CEncodedBufferedFile(const GString& path, const GString& mode, Sharing sharing,
                        TextEncoding encoding, unsigned codePage, bool keepEncoding,
                        bool removeWhenAbandoned);
-  /// A copy of a file holds no file, only the code page: two objects never share a stream.
+  /// A copy of a file holds no file, only the code page and the choice of whole lines: two objects
+  /// never share a stream.
   CEncodedBufferedFile(const CEncodedBufferedFile& other);
   CEncodedBufferedFile(CEncodedBufferedFile&& other) noexcept;
-  /// Closes the own file, with its errors, and takes the code page.
+  /// Closes the own file, with its errors, and takes the code page and the choice of whole lines.
   CEncodedBufferedFile& operator=(const CEncodedBufferedFile& other);
   /// Abandons the own file and takes the other one over.
   CEncodedBufferedFile& operator=(CEncodedBufferedFile&& other) noexcept;
@@ -101,7 +107,7 @@ public:
   wchar_t UnGetc(wchar_t unit);
   /// Appends the rest of the current line, or else the next line, to `line`, without its line end:
   /// a line feed or a carriage return and line feed. Returns false when there was nothing to read;
-  /// `line` is then unchanged.
+  /// `line` is then unchanged. In page 52936 (HZ) a line that ends in a tilde goes on in the next.
   /// Cost: no allocation when `line` has room.
   bool ReadString(std::wstring& line);
   /// Returns true when nothing is left to read. In a file that is only written: true at its end.
@@ -137,12 +143,18 @@ public:
   void SetCodePage(unsigned codePage);
   unsigned GetCodePage() const noexcept { return codePage_; }
 
+  /// Chooses how lines of a multi-byte code page are converted from now on: in pieces of 255 bytes
+  /// (false, the default) or each as one. The choice outlives `Close` and is copied and moved with
+  /// the object. Other encodings are not affected. Cost: a line longer than 128 KiB is copied once.
+  void SetWholeLines(bool isInWholeLines);
+  bool GetWholeLines() const noexcept { return isInWholeLines_; }
+
 private:
   struct Mode;
   struct Request;
 
   bool TryOpen(const GString& path, const GString& mode, const Request& request, GString& reason);
-  void Detect(const std::string& head, const Mode& mode, const Request& request);
+  void Detect(const std::string& head, const Mode& mode, const Request& request, bool isNew);
   bool FillInputBuffer();
   void TakeBuffered(std::wstring& line);
   TextStream& CheckedStream();
@@ -153,6 +165,7 @@ private:
   std::unique_ptr<TextStream> stream_;
   TextEncoding encoding_ = EncodingANSI;
   unsigned codePage_ = 0;
+  bool isInWholeLines_ = false;
   std::size_t markSize_ = 0;
   GString lineBuffer_;  ///< a line of which a part was read
   std::size_t cursor_ = 0;

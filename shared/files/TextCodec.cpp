@@ -46,6 +46,8 @@ constexpr size_t PIECE_BYTES = 255;
 constexpr size_t ENCODED_UNITS = 1024;
 /// Pages up to this number are names for pages that the user's settings choose.
 constexpr std::uint32_t LAST_ALIAS_PAGE = 3;
+/// The page in which a tilde at the end of a line joins it to the next.
+constexpr std::uint32_t HZ_PAGE = 52936;
 
 bool IsHighSurrogate(wchar_t unit) noexcept {
   return unit >= 0xD800 && unit <= 0xDBFF;
@@ -95,7 +97,8 @@ std::shared_ptr<const SingleByteTable> MakeTable(std::uint32_t codePage) {
   return std::equal(pairs.begin(), pairs.end(), wide.begin(), matches) ? table : nullptr;
 }
 
-std::shared_ptr<const SingleByteTable> TableOf(std::uint32_t codePage) {
+std::shared_ptr<const SingleByteTable> TableOf(std::uint32_t number) {
+  const std::uint32_t codePage = platform::ActualCodePage(number);
   if (codePage <= LAST_ALIAS_PAGE) return MakeTable(codePage);
   static std::mutex mutex;
   static std::map<std::uint32_t, std::shared_ptr<const SingleByteTable>> tables;
@@ -325,10 +328,10 @@ void AppendDecoded(const Input& input, TextEncoding encoding, const SingleByteTa
 }
 
 /// Appends text of a multi-byte page.
-void AppendPieces(string_view bytes, std::uint32_t codePage, std::wstring& text) {
+void AppendPieces(string_view bytes, const TextFormat& format, std::wstring& text) {
   while (!bytes.empty()) {
-    const string_view piece = bytes.substr(0, PIECE_BYTES);
-    platform::AppendWide(codePage, piece, text);
+    const string_view piece = bytes.substr(0, format.isInWholeLines ? NPOS : PIECE_BYTES);
+    platform::AppendWide(format.codePage, piece, text);
     bytes.remove_prefix(piece.size());
   }
 }
@@ -349,11 +352,13 @@ Taken TextDecoder::Take(string_view bytes, size_t searched, TakenText what, std:
     if (what == TakenText::Line) return {};
     size = what == TakenText::Rest ? bytes.size() : HeadLength(bytes);
   }
+  const size_t begin = text.size();
   if (IsInPieces()) {
     AppendInPieces(bytes.substr(0, size), text);
-    return {size, isLine};
+    const bool hasLineEnd = text.size() > begin && text.back() == L'\n';
+    const bool isContinued = isLine && format_.codePage == HZ_PAGE && !hasLineEnd;
+    return {size, isLine && !isContinued, isContinued};
   }
-  const size_t begin = text.size();
   const Input input = {bytes.data(), bytes.data() + size, bytes.data() + bytes.size()};
   AppendDecoded(input, format_.encoding, table_.get(), text);
   if (format_.lineEnds == LineEnds::CarriageReturnLineFeed) JoinLineEnd(text, begin);
@@ -369,11 +374,11 @@ size_t TextDecoder::HeadLength(string_view bytes) const noexcept {
 
 void TextDecoder::AppendInPieces(string_view bytes, std::wstring& text) const {
   if (format_.lineEnds == LineEnds::AsStored || !bytes.ends_with("\r\n")) {
-    return AppendPieces(bytes, format_.codePage, text);
+    return AppendPieces(bytes, format_, text);
   }
   std::string joined(bytes.substr(0, bytes.size() - 2));
   joined.push_back('\n');
-  AppendPieces(joined, format_.codePage, text);
+  AppendPieces(joined, format_, text);
 }
 
 void TextEncoder::Append(std::wstring_view text, std::string& bytes) {

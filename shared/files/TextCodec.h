@@ -36,6 +36,7 @@ struct TextFormat {
   TextEncoding encoding = EncodingANSI;
   std::uint32_t codePage = 0;  ///< for `EncodingANSI`
   LineEnds lineEnds = LineEnds::AsStored;
+  bool isInWholeLines = false;  ///< a line of a multi-byte page is converted as one
 };
 
 /// What is taken of bytes in which no line ends.
@@ -48,7 +49,8 @@ enum class TakenText {
 /// What was taken.
 struct Taken {
   std::size_t bytes = 0;
-  bool isLine = false;  ///< a line end was reached
+  bool isLine = false;       ///< a line end was reached
+  bool isContinued = false;  ///< one that the text does not have: the next line belongs to this one
 };
 
 /// What each byte of a code page stands for, where every byte stands for one unit of its own.
@@ -64,6 +66,9 @@ public:
 
   /// Returns false when this target cannot convert the code page; nothing is decoded then.
   bool IsUsable() const noexcept { return isUsable_; }
+
+  /// Returns true when a line must be handed over whole, whatever its length.
+  bool TakesWholeLines() const noexcept { return IsInPieces() && format_.isInWholeLines; }
 
   /// Appends the first line of `bytes`, its line end included, to `text`; when no line ends in
   /// `bytes`, what `what` says.

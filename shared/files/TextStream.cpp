@@ -78,21 +78,46 @@ bool TextStream::Refill() {
   return got > 0;
 }
 
-bool TextStream::AppendLongLine(std::wstring& text) {
+/// Goes on with a line of which `taken` was appended.
+bool TextStream::AppendLongLine(std::wstring& text, Taken taken) {
   FinishWriting();
-  bool isAny = false;
-  std::size_t searched = end_ - next_;
-  while (Refill()) {
-    const TakenText what = end_ == BLOCK_BYTES ? TakenText::Head : TakenText::Line;
-    const Taken taken = decoder_.Take(Unread(), searched, what, text);
+  bool isAny = taken.bytes != 0;
+  while (true) {
+    std::size_t searched = 0;
+    if (!taken.isContinued) {
+      searched = end_ - next_;
+      if (!Refill()) break;
+    }
+    const bool isFull = end_ - next_ == BLOCK_BYTES;
+    if (isFull && decoder_.TakesWholeLines()) {
+      taken = TakeWholeLine(text, searched);
+      if (!taken.isContinued) return true;
+      isAny = true;
+      continue;
+    }
+    taken = decoder_.Take(Unread(), searched, isFull ? TakenText::Head : TakenText::Line, text);
     Consume(taken.bytes);
     if (taken.isLine) return true;
     isAny = isAny || taken.bytes != 0;
-    searched = end_ - next_;
   }
-  const Taken rest = decoder_.Take(Unread(), searched, TakenText::Rest, text);
+  const Taken rest = decoder_.Take(Unread(), end_ - next_, TakenText::Rest, text);
   Consume(rest.bytes);
   return isAny || rest.bytes != 0;
+}
+
+/// Takes a line that does not fit into the block and must be decoded as one.
+Taken TextStream::TakeWholeLine(std::wstring& text, std::size_t searched) {
+  std::string line;
+  std::size_t feed = std::string_view::npos;
+  do {
+    const std::string_view unread = Unread();
+    feed = unread.find('\n', searched);
+    const std::size_t size = feed == std::string_view::npos ? unread.size() : feed + 1;
+    line.append(unread.substr(0, size));
+    Consume(size);
+    searched = 0;
+  } while (feed == std::string_view::npos && Refill());
+  return decoder_.Take(line, 0, TakenText::Rest, text);
 }
 
 bool TextStream::IsAtEnd() {
@@ -161,6 +186,11 @@ void TextStream::SetCodePage(std::uint32_t codePage) {
   format_.codePage = codePage;
   decoder_ = TextDecoder(format_);
   encoder_ = TextEncoder(format_);
+}
+
+void TextStream::SetWholeLines(bool isInWholeLines) {
+  format_.isInWholeLines = isInWholeLines;
+  decoder_ = TextDecoder(format_);
 }
 
 void TextStream::Seek(std::int64_t position) {

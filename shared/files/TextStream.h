@@ -64,6 +64,8 @@ public:
 
   /// Reads and writes in another code page from the position on.
   void SetCodePage(std::uint32_t codePage);
+  /// Converts lines of a multi-byte page as one, or in pieces, from the position on.
+  void SetWholeLines(bool isInWholeLines);
 
   /// Goes to an offset; from there on reading and writing start anew.
   void Seek(std::int64_t position);
@@ -80,7 +82,8 @@ private:
     position_ += static_cast<std::int64_t>(count);
   }
   bool Refill();
-  bool AppendLongLine(std::wstring& text);
+  bool AppendLongLine(std::wstring& text, Taken taken);
+  Taken TakeWholeLine(std::wstring& text, std::size_t searched);
   void CheckCodePage(const wchar_t* format) const;
   void StartWriting();
   void FinishWriting();
@@ -108,7 +111,7 @@ inline bool TextStream::AppendLine(std::wstring& text) {
   // While output is pending the block is empty, so that this leads to the slow way.
   const Taken taken = decoder_.Take(Unread(), 0, TakenText::Line, text);
   Consume(taken.bytes);
-  return taken.isLine || AppendLongLine(text);
+  return taken.isLine || AppendLongLine(text, taken);
 }
 
 }  // namespace shr

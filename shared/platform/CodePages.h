@@ -20,6 +20,10 @@
 
 namespace shr::platform {
 
+/// Returns the page that the numbers of the active pages (0 to 3) stand for at this time, a number
+/// of that range where there is none. Other numbers come back as they are.
+SHARED_API std::uint32_t ActualCodePage(std::uint32_t codePage);
+
 /// Returns true when text in `codePage` can be converted on this target.
 SHARED_API bool IsCodePageServed(std::uint32_t codePage);
 

@@ -7,7 +7,8 @@
 ///
 /// These are the Unicode pages (1200, 1201, 65001) and the pages that the Windows interface may
 /// refuse: the national EBCDIC, ISO and telex sets, and 29593 and 29595 for the ISO pages 28593 and
-/// 28595. Part of the tables is data of Unicode, Inc. (tools/codepages/README.md). Threads: all functions may be called on any thread.
+/// 28595. Part of the tables is data of Unicode, Inc. (tools/codepages/README.md). Threads: all
+/// functions may be called on any thread.
 
 #pragma once
 

@@ -14,6 +14,7 @@
 
 #include "shared/diagnostics/Exception.h"
 #include "shared/diagnostics/ThrowError.h"
+#include "shared/files/BufferedFile.h"
 #include "shared/files/TextCodec.h"
 #include "shared/platform/CodePages.h"
 #include "shared/platform/TextMode.h"
@@ -180,6 +181,91 @@ TEST(EncodedBufferedFile, multiBytePagesAreConvertedInPiecesOf255Bytes) {
   EXPECT_EQ(ReadLines(shortLine.Path(), {L"rt", EncodingANSI, true, 932}), Lines{L"\x3042\x3044"});
 }
 
+TEST(EncodedBufferedFile, wholeLinesOfMultiBytePagesLoseNothing) {
+  const std::wstring sentence = L"ab\x4E2D\x6587";
+  for (const unsigned page : {932u, 936u, 949u, 50220u, 52936u}) {
+    Lines lines;
+    std::string bytes;
+    for (const std::size_t count : {1u, 60u, 200u, 70'000u, 2u}) {
+      lines.push_back({});
+      for (std::size_t i = 0; i < count; ++i) lines.back() += sentence;
+      platform::AppendNarrow(page, lines.back(), bytes);
+      bytes += '\n';
+    }
+    lines.push_back(sentence);
+    platform::AppendNarrow(page, sentence, bytes);
+    const ScratchFile file(bytes);
+    CEncodedBufferedFile in;
+    in.SetWholeLines(true);
+    in.Open(file.Path(), L"rb", CEncodedBufferedFile::ShareAll, EncodingANSI, page, true, false);
+    EXPECT_TRUE(ReadLines(in) == lines) << page;
+    EXPECT_EQ(in.GetPosition(), static_cast<std::int64_t>(bytes.size())) << page;
+    in.SeekToBegin();
+    in.SetWholeLines(false);
+    EXPECT_FALSE(ReadLines(in) == lines) << page;
+    const CEncodedBufferedFile copy(in);
+    EXPECT_FALSE(copy.GetWholeLines());
+  }
+}
+
+TEST(EncodedBufferedFile, aTildeAtTheEndOfALineOfHzJoinsTheNext) {
+  const struct {
+    const char* name;
+    std::string bytes;
+    Lines lines;
+  } rows[] = {
+      {"alone", "one\n~\ntwo\n", {L"one", L"two"}},
+      {"many, then the end", "one\n~\n~\n~\n", {L"one"}},
+      {"behind text", "one~\ntwo\nthree", {L"onetwo", L"three"}},
+      {"two are one tilde", "one~~\ntwo\n", {L"one~", L"two"}},
+      {"behind a long line",
+       std::string(140'000, 'x') + "~\ny\n",
+       {std::wstring(140'000, L'x') + L"y"}},
+  };
+  for (const auto& row : rows) {
+    const ScratchFile file(row.bytes);
+    for (const bool isWhole : {false, true}) {
+      CEncodedBufferedFile in = OpenText(file.Path(), {L"rb", EncodingANSI, true, 52936});
+      in.SetWholeLines(isWhole);
+      EXPECT_EQ(ReadLines(in), row.lines) << row.name;
+      EXPECT_EQ(in.GetPosition(), in.GetLength()) << row.name;
+    }
+  }
+}
+
+TEST(EncodedBufferedFile, theEndOfAGrowingFileMovesAlikeInBothClasses) {
+  for (const wchar_t* const mode : {L"rb", L"rt"}) {
+    const ScratchFile file("one\ntw");
+    CEncodedBufferedFile wide = OpenText(file.Path(), {mode, EncodingANSI, true});
+    CBufferedFile narrow(file.Path(), mode, CBufferedFile::ShareAll, false);
+    const auto expectBoth = [&](const char* expected) {
+      std::wstring wideLine;
+      std::string narrowLine;
+      EXPECT_EQ(wide.ReadString(wideLine), narrow.ReadString(narrowLine)) << expected;
+      EXPECT_EQ(narrowLine, expected);
+      EXPECT_EQ(wideLine, std::wstring(narrowLine.begin(), narrowLine.end()));
+      EXPECT_EQ(wide.EndOfFile(), narrow.EndOfFile()) << expected;
+    };
+    expectBoth("one");
+    expectBoth("tw");
+    expectBoth("");
+    CBufferedFile more(file.Path(), L"ab", CBufferedFile::ShareAll, false);
+    more.WriteString("o\nthree\n");
+    more.Flush();
+    expectBoth("o");
+    EXPECT_EQ(wide.Getc(), L't');
+    EXPECT_EQ(narrow.Getc(), 't');
+    expectBoth("hree");
+    EXPECT_EQ(narrow.Getc(), -1);
+    EXPECT_EQ(wide.Getc(), CEncodedBufferedFile::END_OF_TEXT);
+    more.WriteString("four");
+    more.Flush();
+    EXPECT_FALSE(wide.EndOfFile());
+    EXPECT_FALSE(narrow.EndOfFile());
+    expectBoth("four");
+  }
+}
+
 TEST(EncodedBufferedFile, readStringAppendsAndTellsEmptyLinesFromTheEnd) {
   const ScratchFile file("one\n\ntwo");
   CEncodedBufferedFile in = OpenText(file.Path(), {});
@@ -276,6 +362,18 @@ TEST(EncodedBufferedFile, newFilesGetTheirMarkAndOldOnesKeepTheirEncoding) {
     out.Close();
     EXPECT_EQ(file.GetBytes(), row.after) << row.name;
   }
+}
+
+TEST(EncodedBufferedFile, aFileThatCannotBeReadGetsNoSecondMark) {
+  const std::string old = "\xEF\xBB\xBFo";
+  const ScratchFile file(old);
+  CBufferedFile denying(file.Path(), L"ab", CBufferedFile::ShareWrite, false);
+  CEncodedBufferedFile out(file.Path(), L"ab", CEncodedBufferedFile::ShareWrite, EncodingUTF8, 0,
+                           false, false);
+  out.WriteString(L"x");
+  out.Close();
+  denying.Close();
+  EXPECT_EQ(file.GetBytes(), old + "x");
 }
 
 TEST(EncodedBufferedFile, theMarkIsWrittenEvenAlone) {

@@ -122,6 +122,10 @@ std::uint32_t ResolvePage(std::uint32_t codePage) {
 
 }  // namespace
 
+std::uint32_t ActualCodePage(std::uint32_t codePage) {
+  return ResolvePage(codePage);
+}
+
 bool IsCodePageServed(std::uint32_t codePage) {
   const std::uint32_t page = ResolvePage(codePage);
   return IsUtfPage(page) || page == UTF7_PAGE || IsShiftedPage(page) || ServerOf(page).Serves();

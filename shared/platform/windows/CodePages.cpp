@@ -99,6 +99,15 @@ std::size_t PartLength(std::wstring_view text) {
   return IS_HIGH_SURROGATE(text[LONGEST_PART - 1]) ? LONGEST_PART - 1 : LONGEST_PART;
 }
 
+/// Returns the page that a locale names, `fallback` where it names none.
+std::uint32_t PageOfLocale(LCID locale, LCTYPE kind, std::uint32_t fallback) {
+  DWORD page = 0;
+  const int units = sizeof(page) / sizeof(wchar_t);
+  const int got =
+      GetLocaleInfoW(locale, kind | LOCALE_RETURN_NUMBER, reinterpret_cast<wchar_t*>(&page), units);
+  return got == units && page > CP_THREAD_ACP ? page : fallback;
+}
+
 /// Asks for the size, then converts. Returns false when the system refuses the page.
 bool AppendPart(std::uint32_t codePage, std::string_view bytes, std::wstring& wide) {
   const int size = static_cast<int>(bytes.size());
@@ -141,6 +150,21 @@ bool AppendByPlatform(std::uint32_t codePage, Source source, Target& target) {
 }
 
 }  // namespace
+
+std::uint32_t ActualCodePage(std::uint32_t codePage) {
+  switch (codePage) {
+    case CP_ACP:
+      return GetACP();
+    case CP_OEMCP:
+      return GetOEMCP();
+    case CP_MACCP:
+      return PageOfLocale(LOCALE_SYSTEM_DEFAULT, LOCALE_IDEFAULTMACCODEPAGE, codePage);
+    case CP_THREAD_ACP:
+      return PageOfLocale(GetThreadLocale(), LOCALE_IDEFAULTANSICODEPAGE, codePage);
+    default:
+      return codePage;
+  }
+}
 
 bool IsCodePageServed(std::uint32_t codePage) {
   return IsUtfPage(codePage) || IsShiftedPage(codePage) || StandInTable(codePage) != nullptr ||

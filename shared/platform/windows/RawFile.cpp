@@ -145,7 +145,11 @@ std::ptrdiff_t ReadDescriptor(int descriptor, void* buffer, std::size_t count) {
         _read(descriptor, static_cast<char*>(buffer) + done, static_cast<unsigned>(piece));
     if (got < 0) return done > 0 ? static_cast<std::ptrdiff_t>(done) : -1;
     done += static_cast<std::size_t>(got);
-    if (static_cast<std::size_t>(got) < piece) break;
+    if (static_cast<std::size_t>(got) < piece) {
+      // A runtime may remember the end; positioning makes it look again when the file has grown.
+      _lseeki64(descriptor, 0, SEEK_CUR);
+      break;
+    }
   }
   return static_cast<std::ptrdiff_t>(done);
 }
