@@ -8,7 +8,7 @@
 namespace shr {
 namespace {
 
-constexpr const wchar_t* TEMPLATES[] = {L"%%.%de", L"%%.%df", L"%%.%dg"};
+constexpr const wchar_t* TEMPLATES[] = {L"%%.%ue", L"%%.%uf", L"%%.%ug"};
 
 }  // namespace
 
@@ -19,7 +19,7 @@ void NumberFormatSpec::SetType(Type type) {
 GString NumberFormatSpec::GetFormat() const {
   const Type type = type_ <= TypeGeneral ? type_ : TypeGeneral;
   GString format;
-  format.FormatString(TEMPLATES[type], static_cast<int>(digits_));
+  format.FormatString(TEMPLATES[type], digits_);
   return format;
 }
 

@@ -48,6 +48,8 @@ TEST(NumberFormatSpec, digitsThatNoFormatHoldsFailWhenUsed) {
   EXPECT_FALSE(text.FormatString(
       NumberFormatSpec(NumberFormatSpec::TypeFixed, ~0u).GetFormat().c_str(), 1.0));
   EXPECT_EQ(text, L"old");
+  EXPECT_EQ(NumberFormatSpec(NumberFormatSpec::TypeFixed, 4000000000).GetFormat(),
+            L"%.4000000000f");
 }
 
 }  // namespace
