@@ -7,6 +7,11 @@
 ///
 /// Names are narrow text compared by byte; nothing folds case.
 ///
+/// A name can come twice in two cases: `Get` without `commit` gives the same name again, and the
+/// number of a name whose base was new is forgotten, as every new base starts at 1. So behind
+/// `Add("Layer_2")` or `Get("Layer_2", true)`, `Get("Layer", true)` gives Layer_2 once more. Names
+/// of one base should therefore begin with the bare one.
+///
 ///     UniqueNameGenerator names;
 ///     names.Add("Layer");
 ///     std::string next = names.Get("Layer", true);     // Layer_2

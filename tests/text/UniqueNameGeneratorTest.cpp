@@ -80,6 +80,20 @@ TEST(UniqueNameGenerator, nameThatIsOnlyASuffixIsItsOwnBase) {
   EXPECT_EQ(names.Get("_6", false), "_6");
 }
 
+TEST(UniqueNameGenerator, givesTheNumberOfANewBaseOnceMore) {
+  UniqueNameGenerator added;
+  added.Add("Layer_2");
+  EXPECT_EQ(added.Get("Layer", true), "Layer_2");
+  EXPECT_EQ(added.Get("Layer", true), "Layer_3");
+  UniqueNameGenerator taken;
+  EXPECT_EQ(taken.Get("Layer_2", true), "Layer_2");
+  EXPECT_EQ(taken.Get("Layer", true), "Layer_2");
+  UniqueNameGenerator begunBare;
+  begunBare.Add("Layer");
+  begunBare.Add("Layer_2");
+  EXPECT_EQ(begunBare.Get("Layer", true), "Layer_3");
+}
+
 TEST(UniqueNameGenerator, refusesToWrapAround) {
   UniqueNameGenerator names;
   names.Add("a");
