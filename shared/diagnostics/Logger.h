@@ -25,6 +25,7 @@
 #include "shared/Export.h"
 #include "shared/diagnostics/RemoteLogger.h"
 #include "shared/text/GString.h"
+#include "shared/text/PrintfArguments.h"
 
 struct _EXCEPTION_POINTERS;
 
@@ -87,13 +88,24 @@ public:
   void Send(int kind, const GString& line);
 
   /// Formats like `GString::FormatString` and writes the line when the logger is enabled and
-  /// `kind` shares a bit with the mask; otherwise costs a load and a branch. A text that does not
-  /// fit the formatter is replaced by the bare format. Arguments are plain values and pointers.
+  /// `kind` shares a bit with the mask; otherwise costs a load and a branch. A text that the
+  /// formatter refuses is replaced by the bare format.
   template <typename... Arguments>
-  void SendVA(int kind, const wchar_t* format, Arguments... arguments) {
-    static_assert((std::is_scalar_v<Arguments> && ...), "pass the text of strings: c_str()");
+  requires(std::is_scalar_v<Arguments>&&...) &&
+      (!FormatObjects<Arguments...>)void SendVA(int kind, const wchar_t* format,
+                                                Arguments... arguments) {
     if ((passing_.load(std::memory_order_relaxed) & kind) == 0) return;
     SendFormatted(kind, format, arguments...);
+  }
+  template <typename... Arguments>
+  requires FormatObjects<Arguments...>
+  void SendVA(int kind, const wchar_t* format, const Arguments&... arguments) {
+    if ((passing_.load(std::memory_order_relaxed) & kind) == 0) return;
+    if (!FormatTakes(format, FormatKind::WideText, {FormatKindOf<Arguments>...})) {
+      Send(kind, GString(format));
+    } else {
+      SendFormatted(kind, format, CArgument(ToFormatArgument(arguments))...);
+    }
   }
 
   /// Writes an empty line unless the last one was empty, then, for a title that is not empty, the

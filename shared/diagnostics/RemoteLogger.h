@@ -18,6 +18,7 @@
 
 #include "shared/Export.h"
 #include "shared/text/GString.h"
+#include "shared/text/PrintfArguments.h"
 
 namespace shr {
 
@@ -40,6 +41,15 @@ public:
   bool Send(const GString& line);
   /// Formats like `GString::FormatString` and sends the result; false also when formatting fails.
   bool SendVA(const wchar_t* format, ...);
+  template <typename... Arguments>
+  requires FormatObjects<Arguments...>
+  bool SendVA(const wchar_t* format, const Arguments&... arguments) {
+    return FormatTakes(format, FormatKind::WideText, {FormatKindOf<Arguments>...}) &&
+           SendVA(format, CArgument(ToFormatArgument(arguments))...);
+  }
+  template <typename Format, typename... Arguments>
+  requires NoFormatObjects<Arguments...>
+  bool SendVA(const Format& format, const Arguments&... arguments) = delete;
 
   void Enable(bool enable) noexcept { enabled_ = enable; }
   /// Returns true when the logger is enabled and holds a socket.

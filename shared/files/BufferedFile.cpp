@@ -340,6 +340,11 @@ int CBufferedFile::Printf(const char* format, ...) {
   return count;
 }
 
+void CBufferedFile::CheckFormat(const char* format, std::initializer_list<FormatKind> arguments) {
+  if (format == nullptr || FormatTakes(format, FormatKind::NarrowText, arguments)) return;
+  ThrowErrorImpl(UNIT, __LINE__, INVALID_PARAMETER_TEXT);
+}
+
 std::int64_t CBufferedFile::Seek(std::int64_t offset, Origin origin) {
   if (HoldsNothing()) return -1;
   if (!FitsInt32(offset)) {

@@ -18,12 +18,14 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <initializer_list>
 #include <memory>
 #include <string>
 
 #include "shared/Export.h"
 #include "shared/files/MemoryFile.h"
 #include "shared/text/GString.h"
+#include "shared/text/PrintfArguments.h"
 
 namespace shr {
 
@@ -108,6 +110,17 @@ public:
   /// what it means to `FormatString` (shared/text/StringUtility.h). A longer result than
   /// `FormatString` can hold is left to the runtime's printf on streams, and is an error in memory.
   int Printf(const char* format, ...);
+  /// The same with text objects. Errors: "Invalid parameter passed to subroutine or function" when
+  /// the format does not take them.
+  template <typename... Arguments>
+  requires FormatObjects<Arguments...>
+  int Printf(const char* format, const Arguments&... arguments) {
+    CheckFormat(format, {FormatKindOf<Arguments>...});
+    return Printf(format, CArgument(ToFormatArgument(arguments))...);
+  }
+  template <typename Format, typename... Arguments>
+  requires NoFormatObjects<Arguments...>
+  int Printf(const Format& format, const Arguments&... arguments) = delete;
 
   /// Moves the position and returns it; -1 when it does not fit in signed 32 bits, and with nothing
   /// open. Errors: "out of range" when `offset` does not fit in signed 32 bits.
@@ -136,6 +149,8 @@ public:
   void SetFilePath(const wchar_t* path) { path_ = path; }
 
 private:
+  /// Raises the error of a format that does not take the text objects among its arguments.
+  static void CheckFormat(const char* format, std::initializer_list<FormatKind> arguments);
   enum class Direction { None, Reading, Writing };
 
   bool HoldsNothing() const noexcept { return stream_ == nullptr && memory_ == nullptr; }

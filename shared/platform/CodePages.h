@@ -27,6 +27,11 @@ SHARED_API std::uint32_t ActualCodePage(std::uint32_t codePage);
 /// Returns true when text in `codePage` can be converted on this target.
 SHARED_API bool IsCodePageServed(std::uint32_t codePage);
 
+/// Sets the page behind the number 0 for the program and returns true. Returns false, changing
+/// nothing, for a page that is not served, UTF-16 and UTF-7, and where the system sets it, unless
+/// it is that page.
+SHARED_API bool SetActiveCodePage(std::uint32_t codePage);
+
 /// Appends the conversion of `bytes` to `wide`. Returns false, leaving `wide` unchanged, when the
 /// page is not served.
 SHARED_API bool AppendWide(std::uint32_t codePage, std::string_view bytes, std::wstring& wide);

@@ -13,8 +13,6 @@
 namespace shr {
 namespace {
 
-constexpr std::uint32_t ANSI_CODE_PAGE = 0;
-
 template <typename Char>
 std::unique_ptr<Char[]> Terminated(std::basic_string_view<Char> text) {
   std::unique_ptr<Char[]> copy(new Char[text.size() + 1]);
@@ -30,7 +28,7 @@ std::unique_ptr<wchar_t[]> Widen(const char* text, std::uint32_t codePage) {
   return Terminated<wchar_t>(wide);
 }
 
-std::string Narrow(const wchar_t* text, std::uint32_t codePage) {
+std::string Narrow(std::wstring_view text, std::uint32_t codePage) {
   std::string narrow;
   platform::AppendNarrow(codePage, text, narrow);
   return narrow;
@@ -39,10 +37,18 @@ std::string Narrow(const wchar_t* text, std::uint32_t codePage) {
 std::unique_ptr<wchar_t[]> FormatAndWiden(const char* format, va_list arguments) {
   std::string text;
   if (!FormatStringVA(text, format, arguments)) text.clear();
-  return Widen(text.c_str(), ANSI_CODE_PAGE);
+  return Widen(text.c_str(), CODE_PAGE_ANSI);
 }
 
 }  // namespace
+
+bool SetDefaultCodePage(std::uint32_t codePage) {
+  return platform::SetActiveCodePage(codePage);
+}
+
+std::uint32_t GetDefaultCodePage() {
+  return platform::ActualCodePage(CODE_PAGE_ANSI);
+}
 
 AtoW::AtoW(const char* text, std::uint32_t codePage) : text_(Widen(text, codePage)) {}
 
@@ -50,6 +56,14 @@ AtoW::AtoW(const std::string& text, std::uint32_t codePage) : AtoW(text.c_str(),
 
 WtoA::WtoA(const wchar_t* text, std::uint32_t codePage) {
   if (text != nullptr) text_ = Terminated<char>(Narrow(text, codePage));
+}
+
+WtoA::WtoA(std::wstring_view text, std::uint32_t codePage)
+    : text_(Terminated<char>(Narrow(text, codePage))) {}
+
+const char* AtoWV::Checked(const char* format, std::initializer_list<FormatKind> arguments) {
+  if (format == nullptr || FormatTakes(format, FormatKind::NarrowText, arguments)) return format;
+  return "%";
 }
 
 AtoWV::AtoWV(const char* format, ...) {
@@ -63,7 +77,7 @@ AtoWV::AtoWV(const char* format, ...) {
 WtoAArray::WtoAArray() : bytes_(1, '\0') {}
 
 void WtoAArray::SetArray(const wchar_t* text) {
-  const std::string narrow = text == nullptr ? std::string() : Narrow(text, ANSI_CODE_PAGE);
+  const std::string narrow = text == nullptr ? std::string() : Narrow(text, CODE_PAGE_ANSI);
   bytes_.assign(narrow.c_str(), narrow.c_str() + narrow.size() + 1);
 }
 

@@ -6,7 +6,7 @@
 /// for calls that take C strings. Counted text is for shared/platform/CodePages.h, held text for
 /// `GString`.
 ///
-///     std::fputs(WtoA(name, 65001), stream);
+///     std::fputs(WtoA(name, CODE_PAGE_UTF8), stream);
 ///     SetTitle(AtoWV("%d points", count));
 ///
 /// The text lives as long as the object: until the end of the full expression for a temporary.
@@ -15,13 +15,30 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "shared/Export.h"
+#include "shared/text/CodePage.h"
+#include "shared/text/PrintfArguments.h"
 
 namespace shr {
+
+/// Sets the page behind `CODE_PAGE_ANSI` for the whole program where the system has none of its own
+/// (Linux), in place of what the environment variable SHARED_ACP names, and returns true. UTF-8
+/// and every page of one or two bytes that can be converted will do; UTF-16, UTF-7 and pages of
+/// shifts (ISO-2022, HZ) will not.
+///
+/// Returns false and changes nothing for another page, and on Windows, where the page is the
+/// system's, unless it is that very page. Threads: may be called on any thread; text that is
+/// converted meanwhile is converted by one of the two pages. Best called first of all in `main`.
+SHARED_API bool SetDefaultCodePage(std::uint32_t codePage);
+
+/// Returns the number of the page behind `CODE_PAGE_ANSI`, never 0.
+SHARED_API std::uint32_t GetDefaultCodePage();
 
 /// Narrow text of a code page as wide text.
 ///
@@ -49,6 +66,8 @@ private:
 class SHARED_API WtoA {
 public:
   WtoA(const wchar_t* text, std::uint32_t codePage);
+  /// Converts a `GString`, a standard string or a view, zero units in it, too.
+  WtoA(std::wstring_view text, std::uint32_t codePage);
   WtoA(const WtoA&) = delete;
   WtoA& operator=(const WtoA&) = delete;
 
@@ -65,12 +84,22 @@ private:
 class SHARED_API AtoWV {
 public:
   AtoWV(const char* format, ...);
+  template <typename... Arguments>
+  requires FormatObjects<Arguments...> AtoWV(const char* format, const Arguments&... arguments)
+      : AtoWV(Checked(format, {FormatKindOf<Arguments>...}),
+              CArgument(ToFormatArgument(arguments))...) {}
+  template <typename Format, typename... Arguments>
+  requires NoFormatObjects<Arguments...> AtoWV(const Format& format, const Arguments&... arguments)
+  = delete;
   AtoWV(const AtoWV&) = delete;
   AtoWV& operator=(const AtoWV&) = delete;
 
   operator const wchar_t*() const noexcept { return text_.get(); }
 
 private:
+  /// Returns a format that is refused in place of one that does not take the arguments.
+  static const char* Checked(const char* format, std::initializer_list<FormatKind> arguments);
+
   std::unique_ptr<wchar_t[]> text_;
 };
 

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "shared/diagnostics/ThrowError.h"
+#include "shared/platform/CodePages.h"
 #include "shared/text/StringCompare.h"
 
 namespace shr {
@@ -227,6 +228,14 @@ GString CodePageInfo::GetNameByIndex(std::size_t index) const {
 
 std::uint32_t CodePageInfo::GetPageNumberByIndex(std::size_t index) const {
   return EntryAt(index).number;
+}
+
+bool CodePageInfo::IsServed(std::uint32_t number) {
+  return platform::IsCodePageServed(number);
+}
+
+bool CodePageInfo::IsServedByIndex(std::size_t index) const {
+  return IsServed(EntryAt(index).number);
 }
 
 bool CodePageInfo::GetIndexFromPageNumber(std::uint32_t number, std::size_t& index) const {

@@ -5,11 +5,13 @@
 /// The catalogue of code pages that applications offer, and the language-driver bytes of dBASE
 /// files.
 ///
-/// The catalogue names pages whether or not this target can convert them; `IsCodePageServed` of
-/// shared/platform/CodePages.h tells. Converting is for shared/text/CodePageConversion.h.
+/// The catalogue names pages whether or not this machine can convert them; `IsServed` tells.
+/// Converting is for shared/text/CodePageConversion.h.
 ///
 ///     CodePageInfo pages;
-///     for (std::size_t i = 0; i < pages.GetCount(); ++i) chooser.Add(pages.GetNameByIndex(i));
+///     for (std::size_t i = 0; i < pages.GetCount(); ++i) {
+///       chooser.Add(pages.GetNameByIndex(i), pages.IsServedByIndex(i));
+///     }
 ///     std::uint32_t chosen = pages.GetPageNumberByIndex(chooser.Selection());
 ///
 /// Threads: const calls may run together; a change needs the object alone.
@@ -53,6 +55,12 @@ public:
   std::size_t GetCount() const noexcept { return entries_.size(); }
   GString GetNameByIndex(std::size_t index) const;
   std::uint32_t GetPageNumberByIndex(std::size_t index) const;
+
+  /// Returns true when text in the page can be converted on this machine; for any number, listed or
+  /// not. Choosers leave out or grey out the others. The first question about a page may load its
+  /// tables.
+  static bool IsServed(std::uint32_t number);
+  bool IsServedByIndex(std::size_t index) const;
 
   /// Find the entry of a number, or of a name without regard to case. They return false, and set
   /// `index` to 0, when there is none. Cost: linear.

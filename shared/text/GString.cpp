@@ -8,12 +8,11 @@
 
 #include "shared/platform/CodePages.h"
 #include "shared/text/StringUtility.h"
+#include "shared/text/Utf.h"
+#include "shared/text/WideTextWriter.h"
 
 namespace shr {
 namespace {
-
-constexpr std::uint32_t ANSI_CODE_PAGE = 0;
-constexpr std::uint32_t UTF8_CODE_PAGE = 65001;
 
 std::wstring Widen(std::string_view text, std::uint32_t codePage) {
   std::wstring wide;
@@ -21,13 +20,35 @@ std::wstring Widen(std::string_view text, std::uint32_t codePage) {
   return wide;
 }
 
+std::wstring WidenUtf8(std::string_view text) {
+  std::wstring wide(text.size(), L'\0');
+  wide.resize(Utf8ToWide(text, wide.data()));
+  return wide;
+}
+
+/// Where streams keep their `WideTextWriter`.
+int WriterIndex() {
+  static const int index = std::ios_base::xalloc();
+  return index;
+}
+
+std::string_view BytesOf(std::u8string_view text) {
+  return {reinterpret_cast<const char*>(text.data()), text.size()};
+}
+
 }  // namespace
 
 const GString::size_type GString::npos = std::wstring::npos;
 
-GString::GString(const char* text) : text_(Widen(text, ANSI_CODE_PAGE)) {}
+GString::GString(const char* text) : text_(Widen(text, CODE_PAGE_ANSI)) {}
 
-GString::GString(const std::string& text) : text_(Widen(text, ANSI_CODE_PAGE)) {}
+GString::GString(const std::string& text) : text_(Widen(text, CODE_PAGE_ANSI)) {}
+
+GString::GString(const char8_t* text) : text_(WidenUtf8(BytesOf(text))) {}
+
+GString::GString(const std::u8string& text) : text_(WidenUtf8(BytesOf(text))) {}
+
+GString::GString(std::u8string_view text) : text_(WidenUtf8(BytesOf(text))) {}
 
 GString& GString::operator=(const std::wstring& text) {
   text_ = text;
@@ -44,13 +65,18 @@ GString& GString::operator=(const wchar_t* text) {
   return *this;
 }
 
+GString& GString::operator=(std::wstring_view text) {
+  text_ = text;
+  return *this;
+}
+
 GString& GString::operator=(wchar_t ch) {
   text_ = ch;
   return *this;
 }
 
 GString& GString::operator=(char ch) {
-  text_ = Widen(std::string_view(&ch, 1), ANSI_CODE_PAGE);
+  text_ = Widen(std::string_view(&ch, 1), CODE_PAGE_ANSI);
   return *this;
 }
 
@@ -70,7 +96,7 @@ GString& GString::operator+=(wchar_t ch) {
 }
 
 GString& GString::operator+=(char ch) {
-  text_ += Widen(std::string_view(&ch, 1), ANSI_CODE_PAGE);
+  text_ += Widen(std::string_view(&ch, 1), CODE_PAGE_ANSI);
   return *this;
 }
 
@@ -89,8 +115,23 @@ GString& GString::append(size_type count, wchar_t ch) {
   return *this;
 }
 
+GString& GString::append(std::wstring_view text) {
+  text_.append(text);
+  return *this;
+}
+
 GString& GString::assign(const wchar_t* text, size_type count) {
   text_.assign(text, count);
+  return *this;
+}
+
+GString& GString::assign(size_type count, wchar_t ch) {
+  text_.assign(count, ch);
+  return *this;
+}
+
+GString& GString::assign(std::wstring_view text) {
+  text_.assign(text);
   return *this;
 }
 
@@ -108,12 +149,26 @@ std::string GString::ToNarrow(std::uint32_t codePage) const {
   return narrow;
 }
 
+GString GString::FromUtf8(std::string_view text) {
+  return GString(WidenUtf8(text));
+}
+
+std::string GString::ToUtf8() const {
+  std::string utf8(text_.size() * UTF8_BYTES_PER_UNIT, '\0');
+  utf8.resize(WideToUtf8(text_, utf8.data()));
+  return utf8;
+}
+
 void GString::FromWide(const wchar_t* text, std::uint32_t /*codePage*/) {
   text_ = text;
 }
 
-const std::wstring& GString::ToWide(std::uint32_t /*codePage*/) const {
+const std::wstring& GString::ToWide(std::uint32_t /*codePage*/) const& {
   return text_;
+}
+
+std::wstring GString::ToWide(std::uint32_t /*codePage*/) && {
+  return std::move(text_);
 }
 
 std::string GString::WtoAForDiagnostics() const {
@@ -137,12 +192,83 @@ GString& GString::erase(size_type pos, size_type count) {
   return *this;
 }
 
+GString& GString::insert(size_type pos, std::wstring_view text) {
+  text_.insert(pos, text);
+  return *this;
+}
+
+GString& GString::insert(size_type pos, size_type count, wchar_t ch) {
+  text_.insert(pos, count, ch);
+  return *this;
+}
+
+GString& GString::replace(size_type pos, size_type count, std::wstring_view text) {
+  text_.replace(pos, count, text);
+  return *this;
+}
+
+GString& GString::replace(size_type pos, size_type count, size_type newCount, wchar_t ch) {
+  text_.replace(pos, count, newCount, ch);
+  return *this;
+}
+
+GString& GString::replace(const_iterator first, const_iterator last, std::wstring_view text) {
+  text_.replace(first, last, text);
+  return *this;
+}
+
 GString::size_type GString::find(const GString& text, size_type pos) const noexcept {
   return text_.find(text.text_, pos);
 }
 
+GString::size_type GString::rfind(std::wstring_view text, size_type pos) const noexcept {
+  return text_.rfind(text, pos);
+}
+
+GString::size_type GString::rfind(wchar_t ch, size_type pos) const noexcept {
+  return text_.rfind(ch, pos);
+}
+
+GString::size_type GString::find_first_of(std::wstring_view units, size_type pos) const noexcept {
+  return text_.find_first_of(units, pos);
+}
+
+GString::size_type GString::find_first_of(wchar_t ch, size_type pos) const noexcept {
+  return text_.find_first_of(ch, pos);
+}
+
+GString::size_type GString::find_first_not_of(std::wstring_view units,
+                                              size_type pos) const noexcept {
+  return text_.find_first_not_of(units, pos);
+}
+
+GString::size_type GString::find_first_not_of(wchar_t ch, size_type pos) const noexcept {
+  return text_.find_first_not_of(ch, pos);
+}
+
+GString::size_type GString::find_last_of(std::wstring_view units, size_type pos) const noexcept {
+  return text_.find_last_of(units, pos);
+}
+
 GString::size_type GString::find_last_of(wchar_t ch, size_type pos) const noexcept {
   return text_.find_last_of(ch, pos);
+}
+
+GString::size_type GString::find_last_not_of(std::wstring_view units,
+                                             size_type pos) const noexcept {
+  return text_.find_last_not_of(units, pos);
+}
+
+GString::size_type GString::find_last_not_of(wchar_t ch, size_type pos) const noexcept {
+  return text_.find_last_not_of(ch, pos);
+}
+
+bool GString::contains(std::wstring_view text) const noexcept {
+  return text_.find(text) != text_.npos;
+}
+
+int GString::compare(size_type pos, size_type count, std::wstring_view text) const {
+  return text_.compare(pos, count, text);
 }
 
 GString GString::substr(size_type pos, size_type count) const {
@@ -203,7 +329,7 @@ bool GString::FormatStringVA(const wchar_t* format, va_list arguments) {
 }
 
 bool GString::FormatStringVA(const char* format, va_list arguments) {
-  return shr::FormatStringVA(text_, Widen(format, ANSI_CODE_PAGE).c_str(), arguments);
+  return shr::FormatStringVA(text_, Widen(format, CODE_PAGE_ANSI).c_str(), arguments);
 }
 
 bool GString::AppendFormatString(const wchar_t* format, ...) {
@@ -218,13 +344,13 @@ bool GString::AppendFormatString(const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
   const bool done =
-      shr::AppendFormatStringVA(text_, Widen(format, ANSI_CODE_PAGE).c_str(), arguments);
+      shr::AppendFormatStringVA(text_, Widen(format, CODE_PAGE_ANSI).c_str(), arguments);
   va_end(arguments);
   return done;
 }
 
 bool GString::WildCmp(const GString& pattern, bool caseSensitive) const {
-  return shr::WildCmp(pattern.c_str(), c_str(), caseSensitive);
+  return shr::WildCmp(pattern.text_, text_, caseSensitive);
 }
 
 GString GString::ParseToken(size_type& pos, wchar_t delimiter) const {
@@ -255,8 +381,17 @@ std::wostream& operator<<(std::wostream& out, const GString& text) {
   return out << text.String();
 }
 
+void SetWideTextWriter(std::ios_base& stream, const WideTextWriter* writer) {
+  stream.pword(WriterIndex()) = const_cast<WideTextWriter*>(writer);
+}
+
 std::ostream& operator<<(std::ostream& out, const GString& text) {
-  const std::string utf8 = text.ToNarrow(UTF8_CODE_PAGE);
+  const auto* writer = static_cast<const WideTextWriter*>(out.pword(WriterIndex()));
+  if (writer != nullptr) {
+    writer->write(out, text);
+    return out;
+  }
+  const std::string utf8 = text.ToUtf8();
   return out.write(utf8.data(), static_cast<std::streamsize>(utf8.size()));
 }
 

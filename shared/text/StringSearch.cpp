@@ -35,15 +35,19 @@ bool MatchesUnit(Char pattern, Char unit, bool caseSensitive) {
 }
 
 template <typename Char>
-bool WildCmpImpl(const Char* pattern, const Char* text, bool caseSensitive) {
-  if (pattern == nullptr || text == nullptr) return false;
+bool WildCmpImpl(std::basic_string_view<Char> patternText, std::basic_string_view<Char> wholeText,
+                 bool caseSensitive) {
+  const Char* pattern = patternText.data();
+  const Char* const patternEnd = pattern + patternText.size();
+  const Char* text = wholeText.data();
+  const Char* const textEnd = text + wholeText.size();
   const Char* afterStar = nullptr;
   const Char* starText = nullptr;
-  while (*text != Char()) {
-    if (*pattern == '*') {
+  while (text != textEnd) {
+    if (pattern != patternEnd && *pattern == '*') {
       afterStar = ++pattern;
       starText = text;
-    } else if (*pattern != Char() && MatchesUnit(*pattern, *text, caseSensitive)) {
+    } else if (pattern != patternEnd && MatchesUnit(*pattern, *text, caseSensitive)) {
       ++pattern;
       ++text;
     } else if (afterStar != nullptr) {
@@ -53,8 +57,8 @@ bool WildCmpImpl(const Char* pattern, const Char* text, bool caseSensitive) {
       return false;
     }
   }
-  while (*pattern == '*') ++pattern;
-  return *pattern == Char();
+  while (pattern != patternEnd && *pattern == '*') ++pattern;
+  return pattern == patternEnd;
 }
 
 template <typename Char>
@@ -133,10 +137,20 @@ std::size_t BreakImpl(const Char* text, std::vector<std::basic_string<Char>>& li
 }  // namespace
 
 bool WildCmp(const char* pattern, const char* text, bool caseSensitive) {
-  return WildCmpImpl(pattern, text, caseSensitive);
+  return pattern != nullptr && text != nullptr &&
+         WildCmp(std::string_view(pattern), std::string_view(text), caseSensitive);
 }
 
 bool WildCmp(const wchar_t* pattern, const wchar_t* text, bool caseSensitive) {
+  return pattern != nullptr && text != nullptr &&
+         WildCmp(std::wstring_view(pattern), std::wstring_view(text), caseSensitive);
+}
+
+bool WildCmp(std::string_view pattern, std::string_view text, bool caseSensitive) {
+  return WildCmpImpl(pattern, text, caseSensitive);
+}
+
+bool WildCmp(std::wstring_view pattern, std::wstring_view text, bool caseSensitive) {
   return WildCmpImpl(pattern, text, caseSensitive);
 }
 

@@ -28,6 +28,7 @@
 #include <vector>
 
 #include "shared/Export.h"
+#include "shared/text/PrintfArguments.h"
 
 namespace shr {
 
@@ -77,8 +78,14 @@ inline constexpr std::size_t FORMAT_RESULT_LIMIT = 8192;
 /// Units of value zero that `%c` makes are kept as part of the result. Arguments may point into
 /// `text`.
 ///
+/// Where wide text is taken, `GString`, `std::wstring` and `std::wstring_view` may be given in
+/// place of a pointer, where narrow text is taken, `std::string` and `std::string_view`; up to
+/// their first zero unit. Objects of other classes do not compile.
+///
 /// Errors: returns false, leaving `text` unchanged, when the result reaches `FORMAT_RESULT_LIMIT`
-/// units, or when the format is malformed: "%" at the end, an unknown conversion, or `%n`.
+/// units, when the format is malformed ("%" at the end, an unknown conversion, or `%n`), and, in
+/// calls with a text object, when an object stands where no text of its width is taken or an
+/// argument is missing.
 SHARED_API bool FormatString(std::string& text, const char* format, ...);
 SHARED_API bool FormatString(std::wstring& text, const wchar_t* format, ...);
 SHARED_API bool FormatStringVA(std::string& text, const char* format, va_list arguments);
@@ -87,6 +94,37 @@ SHARED_API bool AppendFormatString(std::string& text, const char* format, ...);
 SHARED_API bool AppendFormatString(std::wstring& text, const wchar_t* format, ...);
 SHARED_API bool AppendFormatStringVA(std::string& text, const char* format, va_list arguments);
 SHARED_API bool AppendFormatStringVA(std::wstring& text, const wchar_t* format, va_list arguments);
+
+template <typename... Arguments>
+requires FormatObjects<Arguments...>
+bool FormatString(std::string& text, const char* format, const Arguments&... arguments) {
+  return FormatTakes(format, FormatKind::NarrowText, {FormatKindOf<Arguments>...}) &&
+         FormatString(text, format, CArgument(ToFormatArgument(arguments))...);
+}
+template <typename... Arguments>
+requires FormatObjects<Arguments...>
+bool FormatString(std::wstring& text, const wchar_t* format, const Arguments&... arguments) {
+  return FormatTakes(format, FormatKind::WideText, {FormatKindOf<Arguments>...}) &&
+         FormatString(text, format, CArgument(ToFormatArgument(arguments))...);
+}
+template <typename... Arguments>
+requires FormatObjects<Arguments...>
+bool AppendFormatString(std::string& text, const char* format, const Arguments&... arguments) {
+  return FormatTakes(format, FormatKind::NarrowText, {FormatKindOf<Arguments>...}) &&
+         AppendFormatString(text, format, CArgument(ToFormatArgument(arguments))...);
+}
+template <typename... Arguments>
+requires FormatObjects<Arguments...>
+bool AppendFormatString(std::wstring& text, const wchar_t* format, const Arguments&... arguments) {
+  return FormatTakes(format, FormatKind::WideText, {FormatKindOf<Arguments>...}) &&
+         AppendFormatString(text, format, CArgument(ToFormatArgument(arguments))...);
+}
+template <typename Text, typename Format, typename... Arguments>
+requires NoFormatObjects<Arguments...>
+bool FormatString(Text& text, const Format& format, const Arguments&... arguments) = delete;
+template <typename Text, typename Format, typename... Arguments>
+requires NoFormatObjects<Arguments...>
+bool AppendFormatString(Text& text, const Format& format, const Arguments&... arguments) = delete;
 
 // Values to text.
 
@@ -145,9 +183,12 @@ SHARED_API std::wstring ParseToken(std::wstring_view text, std::size_t& pos, wch
 
 /// Returns true when the whole text matches the pattern: "*" stands for any run of units, also an
 /// empty one, "?" for any one unit. Without `caseSensitive` the ASCII letters fold. A null pointer
-/// gives false. Cost: at most length of pattern times length of text; no allocation, no recursion.
+/// gives false; a zero unit of counted text is a unit like any other. Cost: at most length of
+/// pattern times length of text; no allocation, no recursion.
 SHARED_API bool WildCmp(const char* pattern, const char* text, bool caseSensitive);
 SHARED_API bool WildCmp(const wchar_t* pattern, const wchar_t* text, bool caseSensitive);
+SHARED_API bool WildCmp(std::string_view pattern, std::string_view text, bool caseSensitive);
+SHARED_API bool WildCmp(std::wstring_view pattern, std::wstring_view text, bool caseSensitive);
 
 /// Returns true when both are non-empty and `part` occurs in `text`, case-sensitive.
 SHARED_API bool Contains(std::string_view text, std::string_view part);

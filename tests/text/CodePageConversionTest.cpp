@@ -7,6 +7,8 @@
 
 #include <string>
 
+#include "shared/text/GString.h"
+
 namespace {
 
 using shr::AtoW;
@@ -37,6 +39,25 @@ TEST(CodePageConversion, convertsTerminatedTextBothWays) {
     EXPECT_STREQ(AtoW(std::string(row.narrow), row.page), row.wide) << row.name;
     EXPECT_STREQ(WtoA(row.wide, row.page), row.narrow) << row.name;
   }
+}
+
+TEST(CodePageConversion, takesTextObjects) {
+  const std::wstring text(L"\x00E9\0b", 3);
+  const WtoA converted(shr::GString(text), shr::CODE_PAGE_UTF8);
+  EXPECT_EQ(std::string(converted, 4), std::string("\xC3\xA9\0b", 4));
+  EXPECT_STREQ(WtoA(text, shr::CODE_PAGE_WINDOWS_1252), "\xE9");
+  EXPECT_STREQ(WtoA(std::wstring_view(text).substr(0, 1), 0), "\xE9");
+}
+
+TEST(CodePageConversion, theDefaultPageIsOneThatCanBeConverted) {
+  const std::uint32_t page = shr::GetDefaultCodePage();
+  EXPECT_NE(page, shr::CODE_PAGE_ANSI);
+  EXPECT_TRUE(shr::SetDefaultCodePage(page));
+  for (const std::uint32_t other : {shr::CODE_PAGE_ANSI, shr::CODE_PAGE_OEM, shr::CODE_PAGE_UTF7,
+                                    shr::CODE_PAGE_UTF16LE, shr::CODE_PAGE_UTF16BE, UNKNOWN_PAGE}) {
+    EXPECT_FALSE(shr::SetDefaultCodePage(other)) << other;
+  }
+  EXPECT_EQ(shr::GetDefaultCodePage(), page);
 }
 
 TEST(CodePageConversion, nullStaysNull) {

@@ -12,6 +12,7 @@
 
 #include "shared/diagnostics/Exception.h"
 #include "shared/diagnostics/ThrowError.h"
+#include "shared/platform/CodePages.h"
 #include "shared/text/StringCompare.h"
 
 namespace {
@@ -46,6 +47,22 @@ TEST(CodePageInfo, everyOrderHoldsTheSamePagesOnce) {
   EXPECT_NE(NumbersOf(other), numbers);
   other.SetOrder(CodePageInfo::CPI_ORDER_BY_NUMBER);
   EXPECT_EQ(NumbersOf(other), numbers);
+}
+
+TEST(CodePageInfo, tellsWhichPagesAreServed) {
+  const CodePageInfo pages(CodePageInfo::CPI_ORDER_BY_NUMBER);
+  for (std::size_t i = 0; i < pages.GetCount(); ++i) {
+    const std::uint32_t number = pages.GetPageNumberByIndex(i);
+    EXPECT_EQ(pages.IsServedByIndex(i), CodePageInfo::IsServed(number)) << number;
+    std::string narrow;
+    EXPECT_EQ(pages.IsServedByIndex(i), shr::platform::AppendNarrow(number, L"A", narrow))
+        << number;
+  }
+  for (const std::uint32_t number : {0u, 1u, 437u, 932u, 1200u, 1252u, 20127u, 65001u}) {
+    EXPECT_TRUE(CodePageInfo::IsServed(number)) << number;
+  }
+  EXPECT_FALSE(CodePageInfo::IsServed(4711) || CodePageInfo::IsServed(70000));
+  EXPECT_THROW(pages.IsServedByIndex(PAGE_COUNT), shr::Exception);
 }
 
 TEST(CodePageInfo, commonPagesComeFirstAndTheRestByName) {

@@ -206,6 +206,24 @@ TEST(GString, refusesResultsOf8192Units) {
   EXPECT_EQ(text, longest);
 }
 
+TEST(GString, countsUnitsOfCharactersBeyondTheFirstPlane) {
+  constexpr bool hasPairs = sizeof(wchar_t) == 2;
+  const GString smile(L"\U0001F600");
+  EXPECT_EQ(smile.size(), hasPairs ? 2u : 1u);
+  EXPECT_TRUE(smile.WildCmp(hasPairs ? L"??" : L"?", true));
+  EXPECT_FALSE(smile.WildCmp(hasPairs ? L"?" : L"??", true));
+  GString text;
+  EXPECT_TRUE(text.FormatString(L"%3s", smile));
+  EXPECT_EQ(text, (hasPairs ? L" " : L"  ") + smile);
+  EXPECT_TRUE(text.FormatString(L"%.1s", smile));
+  EXPECT_EQ(text, smile.substr(0, 1));
+  EXPECT_EQ(text == smile, !hasPairs);
+  EXPECT_EQ(smile < L"\uE000", hasPairs);
+  EXPECT_EQ(smile < L"\uFFFD", hasPairs);
+  EXPECT_EQ(smile.ToUtf8(), "\xF0\x9F\x98\x80");
+  EXPECT_TRUE(smile.ToNarrow(CODE_PAGE_WINDOWS_1252).starts_with('?'));
+}
+
 TEST(GString, isAKeyOfOrderedAndHashedContainers) {
   std::map<GString, int> ordered = {{L"b", 2}, {L"B", 1}, {L"a", 3}};
   EXPECT_EQ(ordered.begin()->first, L"B") << "code-unit order";

@@ -18,6 +18,7 @@
 #include <random>
 #include <sstream>
 
+#include "shared/text/GString.h"
 #include "shared/text/WhiteSpace.h"
 
 namespace shr {
@@ -221,6 +222,18 @@ TEST(StringUtility, wildcardsFoldAsciiOnly) {
   EXPECT_TRUE(WildCmp(L"**", L"", true));
   EXPECT_FALSE(WildCmp(nullptr, L"a", true));
   EXPECT_FALSE(WildCmp("a", nullptr, true));
+}
+
+TEST(StringUtility, wildcardsTakeZeroUnitsOfCountedText) {
+  using namespace std::string_view_literals;
+  EXPECT_FALSE(WildCmp("a"sv, "a\0b"sv, true));
+  EXPECT_FALSE(WildCmp("a\0c"sv, "a\0b"sv, true));
+  EXPECT_TRUE(WildCmp("a?b"sv, "a\0b"sv, true));
+  EXPECT_TRUE(WildCmp(L"*b"sv, std::wstring(L"a\0b", 3), true));
+  EXPECT_TRUE(WildCmp(L"A\0*"sv, GString(L"a\0b", 3), false));
+  EXPECT_FALSE(GString(L"a\0b", 3).WildCmp(L"a", true));
+  EXPECT_TRUE(GString(L"a\0b", 3).WildCmp(GString(L"a\0*", 3), true));
+  EXPECT_TRUE(WildCmp(""sv, ""sv, true) && WildCmp("*"sv, ""sv, true));
 }
 
 TEST(StringUtility, manyStarsStayCheap) {

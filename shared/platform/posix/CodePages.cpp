@@ -3,6 +3,7 @@
 
 #include "shared/platform/CodePages.h"
 
+#include <atomic>
 #include <charconv>
 #include <cstdlib>
 #include <map>
@@ -98,6 +99,11 @@ Server ServerOf(std::uint32_t codePage) {
   return {ConverterTable(converter), nullptr};
 }
 
+/// Returns true when a page can stand behind the numbers of the active pages.
+bool CanBeActive(std::uint32_t page) {
+  return page == UTF8_PAGE || (!IsUtfPage(page) && ServerOf(page).Serves());
+}
+
 /// Returns the page that the environment variable names, `fallback` when it names none that can be
 /// active.
 std::uint32_t PageFromEnvironment(const char* variable, std::uint32_t fallback) {
@@ -108,22 +114,33 @@ std::uint32_t PageFromEnvironment(const char* variable, std::uint32_t fallback) 
   const char* end = number.data() + number.size();
   const auto parsed = std::from_chars(number.data(), end, page);
   if (parsed.ec != std::errc() || parsed.ptr != end) return fallback;
-  const bool canBeActive = page == UTF8_PAGE || (!IsUtfPage(page) && ServerOf(page).Serves());
-  return canBeActive ? page : fallback;
+  return CanBeActive(page) ? page : fallback;
 }
 
-/// Returns the page behind the numbers of the active pages. The environment is read once.
+/// The page behind the number 0. The environment is read once.
+std::atomic<std::uint32_t>& AnsiPage() {
+  static std::atomic<std::uint32_t> page = PageFromEnvironment("SHARED_ACP", DEFAULT_ANSI_PAGE);
+  return page;
+}
+
+/// Returns the page behind the numbers of the active pages.
 std::uint32_t ResolvePage(std::uint32_t codePage) {
   if (codePage > OEM_PAGE) return codePage;
-  static const std::uint32_t ansi = PageFromEnvironment("SHARED_ACP", DEFAULT_ANSI_PAGE);
+  if (codePage == ANSI_PAGE) return AnsiPage().load(std::memory_order_relaxed);
   static const std::uint32_t oem = PageFromEnvironment("SHARED_OEMCP", DEFAULT_OEM_PAGE);
-  return codePage == ANSI_PAGE ? ansi : oem;
+  return oem;
 }
 
 }  // namespace
 
 std::uint32_t ActualCodePage(std::uint32_t codePage) {
   return ResolvePage(codePage);
+}
+
+bool SetActiveCodePage(std::uint32_t codePage) {
+  if (!CanBeActive(codePage)) return false;
+  AnsiPage().store(codePage, std::memory_order_relaxed);
+  return true;
 }
 
 bool IsCodePageServed(std::uint32_t codePage) {

@@ -166,6 +166,10 @@ std::uint32_t ActualCodePage(std::uint32_t codePage) {
   }
 }
 
+bool SetActiveCodePage(std::uint32_t codePage) {
+  return codePage == GetACP();
+}
+
 bool IsCodePageServed(std::uint32_t codePage) {
   return IsUtfPage(codePage) || IsShiftedPage(codePage) || StandInTable(codePage) != nullptr ||
          PlatformServes(codePage);

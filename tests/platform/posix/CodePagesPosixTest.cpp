@@ -8,11 +8,13 @@
 #include <string>
 
 #include "shared/platform/CodePages.h"
+#include "shared/text/CodePageConversion.h"
 #include "shared/text/CodePageInfo.h"
+#include "shared/text/GString.h"
 
 namespace {
 
-using shr::CodePageInfo;
+using namespace shr;
 using shr::platform::AppendNarrow;
 using shr::platform::AppendWide;
 
@@ -60,6 +62,19 @@ TEST(CodePagesOnPosix, streamedPagesReplaceWhatIsBad) {
   std::wstring wide;
   ASSERT_TRUE(AppendWide(54936, "a\xFFz\x81", wide));
   EXPECT_EQ(wide, L"a?z?");
+}
+
+TEST(ActivePages, canBeSetByTheProgram) {
+  const std::uint32_t before = GetDefaultCodePage();
+  ASSERT_TRUE(SetDefaultCodePage(CODE_PAGE_WINDOWS_1251));
+  EXPECT_EQ(GString("\xE9"), L"\u0439");
+  EXPECT_EQ(GetDefaultCodePage(), CODE_PAGE_WINDOWS_1251);
+  ASSERT_TRUE(SetDefaultCodePage(CODE_PAGE_UTF8));
+  EXPECT_EQ(GString("\xC3\xA9"), L"\u00E9");
+  EXPECT_EQ(GString(L"\u00E9").ToNarrow(CODE_PAGE_ANSI), "\xC3\xA9");
+  EXPECT_FALSE(SetDefaultCodePage(CODE_PAGE_UTF16LE));
+  EXPECT_EQ(GetDefaultCodePage(), CODE_PAGE_UTF8);
+  ASSERT_TRUE(SetDefaultCodePage(before));
 }
 
 /// Runs once as it is and again under the environments that the build file names.
