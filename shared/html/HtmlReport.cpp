@@ -3,11 +3,15 @@
 
 #include "shared/html/HtmlReport.h"
 
+#include <array>
 #include <cstdint>
 #include <initializer_list>
 #include <locale>
 
 #include "shared/files/ReplacementFile.h"
+#include "shared/platform/CodePages.h"
+#include "shared/text/CodePage.h"
+#include "shared/text/WideTextWriter.h"
 
 namespace shr {
 namespace {
@@ -40,17 +44,93 @@ constexpr std::string_view HEAD_END =
 
 constexpr std::string_view DOCUMENT_END = "</BODY>\n</HTML>";
 
+/// An attribute of a group: its name and the member that holds its value.
+template <class Group>
 struct Attribute {
   std::string_view name;
-  const std::string& value;
+  std::string Group::*value;
 };
 
-void WriteAttributes(std::ostream& out, std::initializer_list<Attribute> attributes) {
-  for (const Attribute& attribute : attributes) {
-    if (attribute.value.empty()) continue;
+template <class Group, std::size_t COUNT>
+using Attributes = std::array<Attribute<Group>, COUNT>;
+
+/// Returns the attributes of `base`, as those of a group derived from its own, and then `added`.
+template <class Base, std::size_t BASE_COUNT, class Group, std::size_t COUNT>
+constexpr auto Extend(const Attributes<Base, BASE_COUNT>& base,
+                      const Attribute<Group> (&added)[COUNT]) {
+  Attributes<Group, BASE_COUNT + COUNT> all{};
+  for (std::size_t i = 0; i < BASE_COUNT; ++i) all[i] = {base[i].name, base[i].value};
+  for (std::size_t i = 0; i < COUNT; ++i) all[BASE_COUNT + i] = added[i];
+  return all;
+}
+
+/// The attributes of each group, in the order of output and of the arguments of its constructor.
+template <class Group>
+constexpr auto ATTRIBUTES = nullptr;
+
+template <>
+constexpr auto ATTRIBUTES<CoreAttrib> =
+    std::to_array<Attribute<CoreAttrib>>({{"ID", &CoreAttrib::ID},
+                                          {"CLASS", &CoreAttrib::CLASS},
+                                          {"STYLE", &CoreAttrib::STYLE},
+                                          {"TITLE", &CoreAttrib::TITLE}});
+
+template <>
+constexpr auto ATTRIBUTES<RowAttrib> =
+    Extend<CoreAttrib, 4, RowAttrib>(ATTRIBUTES<CoreAttrib>, {{"ALIGN", &RowAttrib::ALIGN},
+                                                              {"CHAR", &RowAttrib::CHAR},
+                                                              {"CHAROFF", &RowAttrib::CHAROFF},
+                                                              {"VALIGN", &RowAttrib::VALIGN}});
+
+template <>
+constexpr auto ATTRIBUTES<ColAttrib> = Extend<RowAttrib, 8, ColAttrib>(
+    ATTRIBUTES<RowAttrib>, {{"SPAN", &ColAttrib::SPAN}, {"WIDTH", &ColAttrib::WIDTH}});
+
+template <>
+constexpr auto ATTRIBUTES<CellAttrib> =
+    Extend<RowAttrib, 8, CellAttrib>(ATTRIBUTES<RowAttrib>, {{"ROWSPAN", &CellAttrib::ROWSPAN},
+                                                             {"COLSPAN", &CellAttrib::COLSPAN},
+                                                             {"HEADERS", &CellAttrib::HEADERS},
+                                                             {"ABBR", &CellAttrib::ABBR},
+                                                             {"SCOPE", &CellAttrib::SCOPE},
+                                                             {"AXIS", &CellAttrib::AXIS}});
+
+template <>
+constexpr auto ATTRIBUTES<ImageAttrib> = Extend<CoreAttrib, 4, ImageAttrib>(
+    ATTRIBUTES<CoreAttrib>, {{"SRC", &ImageAttrib::SRC},
+                             {"ALT", &ImageAttrib::ALT},
+                             {"LONGDESC", &ImageAttrib::LONGDESC},
+                             {"WIDTH", &ImageAttrib::WIDTH},
+                             {"HEIGHT", &ImageAttrib::HEIGHT},
+                             {"USEMAP", &ImageAttrib::USEMAP},
+                             {"ISMAP", &ImageAttrib::ISMAP}});
+
+template <>
+constexpr auto ATTRIBUTES<TableAttrib> = Extend<CoreAttrib, 4, TableAttrib>(
+    ATTRIBUTES<CoreAttrib>, {{"SUMMARY", &TableAttrib::SUMMARY},
+                             {"WIDTH", &TableAttrib::WIDTH},
+                             {"BORDER", &TableAttrib::BORDER},
+                             {"FRAME", &TableAttrib::FRAME},
+                             {"RULES", &TableAttrib::RULES},
+                             {"CELLSPACING", &TableAttrib::CELLSPACING},
+                             {"CELLPADDING", &TableAttrib::CELLPADDING}});
+
+/// Moves the values into the attributes of a group, in their order.
+template <class Group>
+void Take(Group& group, std::initializer_list<std::string*> values) {
+  auto value = values.begin();
+  for (const auto& attribute : ATTRIBUTES<Group>) group.*attribute.value = std::move(**value++);
+}
+
+template <class Group>
+std::ostream& WriteAttributes(std::ostream& out, const Group& group) {
+  for (const auto& attribute : ATTRIBUTES<Group>) {
+    const std::string& value = group.*attribute.value;
+    if (value.empty()) continue;
     WriteMarkup(WriteMarkup(WriteMarkup(out, " "), attribute.name), "=\"");
-    WriteMarkup(WriteMarkup(out, attribute.value), "\"");
+    WriteMarkup(WriteMarkup(out, value), "\"");
   }
+  return out;
 }
 
 constexpr bool IsHighSurrogate(char32_t unit) {
@@ -96,162 +176,99 @@ void AppendEscaped(std::string& out, char32_t character) {
   out += ';';
 }
 
+constexpr WideTextWriter ESCAPING_WRITER = {
+    [](std::ostream& out, std::wstring_view text) { WriteMarkup(out, HtmlEscape(text)); }};
+
 }  // namespace
 
-CoreAttrib::CoreAttrib() = default;
-
-CoreAttrib::CoreAttrib(std::string id, std::string className, std::string style, std::string title)
-    : ID(std::move(id)),
-      CLASS(std::move(className)),
-      STYLE(std::move(style)),
-      TITLE(std::move(title)) {}
+CoreAttrib::CoreAttrib(std::string id, std::string className, std::string style,
+                       std::string title) {
+  Take(*this, {&id, &className, &style, &title});
+}
 
 void CoreAttrib::clear() {
   *this = CoreAttrib();
 }
 
-RowAttrib::RowAttrib() = default;
+std::ostream& operator<<(std::ostream& out, const CoreAttrib& attributes) {
+  return WriteAttributes(out, attributes);
+}
 
 RowAttrib::RowAttrib(std::string id, std::string className, std::string style, std::string title,
                      std::string align, std::string alignChar, std::string charOffset,
-                     std::string vAlign)
-    : CoreAttrib(std::move(id), std::move(className), std::move(style), std::move(title)),
-      ALIGN(std::move(align)),
-      CHAR(std::move(alignChar)),
-      CHAROFF(std::move(charOffset)),
-      VALIGN(std::move(vAlign)) {}
+                     std::string vAlign) {
+  Take(*this, {&id, &className, &style, &title, &align, &alignChar, &charOffset, &vAlign});
+}
 
 void RowAttrib::clear() {
   *this = RowAttrib();
 }
 
-ColAttrib::ColAttrib() = default;
+std::ostream& operator<<(std::ostream& out, const RowAttrib& attributes) {
+  return WriteAttributes(out, attributes);
+}
 
 ColAttrib::ColAttrib(std::string id, std::string className, std::string style, std::string title,
                      std::string align, std::string alignChar, std::string charOffset,
-                     std::string vAlign, std::string span, std::string width)
-    : RowAttrib(std::move(id), std::move(className), std::move(style), std::move(title),
-                std::move(align), std::move(alignChar), std::move(charOffset), std::move(vAlign)),
-      SPAN(std::move(span)),
-      WIDTH(std::move(width)) {}
+                     std::string vAlign, std::string span, std::string width) {
+  Take(*this,
+       {&id, &className, &style, &title, &align, &alignChar, &charOffset, &vAlign, &span, &width});
+}
 
 void ColAttrib::clear() {
   *this = ColAttrib();
 }
 
-CellAttrib::CellAttrib() = default;
+std::ostream& operator<<(std::ostream& out, const ColAttrib& attributes) {
+  return WriteAttributes(out, attributes);
+}
 
 CellAttrib::CellAttrib(std::string id, std::string className, std::string style, std::string title,
                        std::string align, std::string alignChar, std::string charOffset,
                        std::string vAlign, std::string rowSpan, std::string colSpan,
-                       std::string headers, std::string abbr, std::string scope, std::string axis)
-    : RowAttrib(std::move(id), std::move(className), std::move(style), std::move(title),
-                std::move(align), std::move(alignChar), std::move(charOffset), std::move(vAlign)),
-      ROWSPAN(std::move(rowSpan)),
-      COLSPAN(std::move(colSpan)),
-      HEADERS(std::move(headers)),
-      ABBR(std::move(abbr)),
-      SCOPE(std::move(scope)),
-      AXIS(std::move(axis)) {}
+                       std::string headers, std::string abbr, std::string scope, std::string axis) {
+  Take(*this, {&id, &className, &style, &title, &align, &alignChar, &charOffset, &vAlign, &rowSpan,
+               &colSpan, &headers, &abbr, &scope, &axis});
+}
 
 void CellAttrib::clear() {
   *this = CellAttrib();
 }
 
-ImageAttrib::ImageAttrib() = default;
+std::ostream& operator<<(std::ostream& out, const CellAttrib& attributes) {
+  return WriteAttributes(out, attributes);
+}
 
 ImageAttrib::ImageAttrib(std::string id, std::string className, std::string style,
                          std::string title, std::string src, std::string alt, std::string longDesc,
                          std::string width, std::string height, std::string useMap,
-                         std::string isMap)
-    : CoreAttrib(std::move(id), std::move(className), std::move(style), std::move(title)),
-      SRC(std::move(src)),
-      ALT(std::move(alt)),
-      LONGDESC(std::move(longDesc)),
-      WIDTH(std::move(width)),
-      HEIGHT(std::move(height)),
-      USEMAP(std::move(useMap)),
-      ISMAP(std::move(isMap)) {}
+                         std::string isMap) {
+  Take(*this,
+       {&id, &className, &style, &title, &src, &alt, &longDesc, &width, &height, &useMap, &isMap});
+}
 
 void ImageAttrib::clear() {
   *this = ImageAttrib();
 }
 
-TableAttrib::TableAttrib() = default;
+std::ostream& operator<<(std::ostream& out, const ImageAttrib& attributes) {
+  return WriteAttributes(out, attributes);
+}
 
 TableAttrib::TableAttrib(std::string id, std::string className, std::string style,
                          std::string title, std::string summary, std::string width,
                          std::string border, std::string frame, std::string rules,
-                         std::string cellSpacing, std::string cellPadding)
-    : CoreAttrib(std::move(id), std::move(className), std::move(style), std::move(title)),
-      SUMMARY(std::move(summary)),
-      WIDTH(std::move(width)),
-      BORDER(std::move(border)),
-      FRAME(std::move(frame)),
-      RULES(std::move(rules)),
-      CELLSPACING(std::move(cellSpacing)),
-      CELLPADDING(std::move(cellPadding)) {}
+                         std::string cellSpacing, std::string cellPadding) {
+  Take(*this, {&id, &className, &style, &title, &summary, &width, &border, &frame, &rules,
+               &cellSpacing, &cellPadding});
+}
 
 void TableAttrib::clear() {
   *this = TableAttrib();
 }
 
-std::ostream& operator<<(std::ostream& out, const CoreAttrib& attributes) {
-  WriteAttributes(out, {{"ID", attributes.ID},
-                        {"CLASS", attributes.CLASS},
-                        {"STYLE", attributes.STYLE},
-                        {"TITLE", attributes.TITLE}});
-  return out;
-}
-
-std::ostream& operator<<(std::ostream& out, const RowAttrib& attributes) {
-  out << static_cast<const CoreAttrib&>(attributes);
-  WriteAttributes(out, {{"ALIGN", attributes.ALIGN},
-                        {"CHAR", attributes.CHAR},
-                        {"CHAROFF", attributes.CHAROFF},
-                        {"VALIGN", attributes.VALIGN}});
-  return out;
-}
-
-std::ostream& operator<<(std::ostream& out, const ColAttrib& attributes) {
-  out << static_cast<const RowAttrib&>(attributes);
-  WriteAttributes(out, {{"SPAN", attributes.SPAN}, {"WIDTH", attributes.WIDTH}});
-  return out;
-}
-
-std::ostream& operator<<(std::ostream& out, const CellAttrib& attributes) {
-  out << static_cast<const RowAttrib&>(attributes);
-  WriteAttributes(out, {{"ROWSPAN", attributes.ROWSPAN},
-                        {"COLSPAN", attributes.COLSPAN},
-                        {"HEADERS", attributes.HEADERS},
-                        {"ABBR", attributes.ABBR},
-                        {"SCOPE", attributes.SCOPE},
-                        {"AXIS", attributes.AXIS}});
-  return out;
-}
-
-std::ostream& operator<<(std::ostream& out, const ImageAttrib& attributes) {
-  out << static_cast<const CoreAttrib&>(attributes);
-  WriteAttributes(out, {{"SRC", attributes.SRC},
-                        {"ALT", attributes.ALT},
-                        {"LONGDESC", attributes.LONGDESC},
-                        {"WIDTH", attributes.WIDTH},
-                        {"HEIGHT", attributes.HEIGHT},
-                        {"USEMAP", attributes.USEMAP},
-                        {"ISMAP", attributes.ISMAP}});
-  return out;
-}
-
 std::ostream& operator<<(std::ostream& out, const TableAttrib& attributes) {
-  out << static_cast<const CoreAttrib&>(attributes);
-  WriteAttributes(out, {{"SUMMARY", attributes.SUMMARY},
-                        {"WIDTH", attributes.WIDTH},
-                        {"BORDER", attributes.BORDER},
-                        {"FRAME", attributes.FRAME},
-                        {"RULES", attributes.RULES},
-                        {"CELLSPACING", attributes.CELLSPACING},
-                        {"CELLPADDING", attributes.CELLPADDING}});
-  return out;
+  return WriteAttributes(out, attributes);
 }
 
 std::ostream& operator<<(std::ostream& out, const Preamble& element) {
@@ -282,18 +299,21 @@ std::ostream& operator<<(std::ostream& out, const VSpace& element) {
 
 CHtmlReport::CHtmlReport() {
   imbue(std::locale::classic());
+  SetWideTextWriter(*this, &ESCAPING_WRITER);
 }
 
 // The stream's virtual base has no move constructor: it begins afresh, and the stream then moves
-// its state.
+// its state, the writer of wide text with it.
 CHtmlReport::CHtmlReport(CHtmlReport&& other) : std::ios(), std::ostringstream(std::move(other)) {
   other.str({});
+  SetWideTextWriter(other, &ESCAPING_WRITER);
 }
 
 CHtmlReport& CHtmlReport::operator=(CHtmlReport&& other) {
   if (this == &other) return *this;
   std::ostringstream::operator=(std::move(other));
   other.str({});
+  SetWideTextWriter(other, &ESCAPING_WRITER);
   return *this;
 }
 
@@ -324,10 +344,9 @@ std::string HtmlEscape(std::wstring_view text) {
 }
 
 std::string HtmlEscape(std::string_view text) {
-  std::string result;
-  result.reserve(text.size() + text.size() / 8);
-  for (const char ch : text) AppendEscaped(result, static_cast<unsigned char>(ch));
-  return result;
+  std::wstring wide;
+  platform::AppendWide(CODE_PAGE_ANSI, text, wide);
+  return HtmlEscape(wide);
 }
 
 }  // namespace shr

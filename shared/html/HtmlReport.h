@@ -4,13 +4,14 @@
 /// @file
 /// `CHtmlReport` builds a self-contained HTML 4.01 document as narrow text declared as ISO-8859-1.
 ///
-/// Small element objects are streamed into the report, each writing one line of markup. Texts and
-/// attribute values are written exactly as given; pass what may hold "<", "&", a quote or a
-/// character above ASCII through `HtmlEscape` first.
+/// Small element objects are streamed into the report, each writing one line of markup. Narrow text
+/// is markup, written exactly as given; what in it may hold "<", "&", a quote or a byte above ASCII
+/// goes through `HtmlEscape` first. Wide text (`GString`, `std::wstring` and their kin) is text,
+/// escaped by the elements and by the report itself.
 ///
 ///     CHtmlReport report;
-///     report << Preamble("Events") << Heading(1, "Events") << TableBeg() << TRBeg();
-///     report << TD(HtmlEscape(placeName)) << TREnd() << TableEnd();
+///     report << Preamble("Events") << Heading(1, "Events &amp; places") << TableBeg() << TRBeg();
+///     report << TD(placeName) << TDBeg() << region << TDEnd() << TREnd() << TableEnd();
 ///     report.WriteToFile(L"report.html");
 ///
 /// Threads: one thread a report; elements and attribute groups are plain values.
@@ -27,8 +28,18 @@
 
 #include "shared/Export.h"
 #include "shared/text/GString.h"
+#include "shared/text/TextConcepts.h"
 
 namespace shr {
+
+/// Returns `text` as ASCII markup: "&", "<", ">" and the quotes as references, every character
+/// above ASCII as a decimal character reference (a surrogate pair is one character). Characters
+/// that HTML cannot hold (controls other than tab and line ends, unpaired surrogates) become the
+/// replacement character U+FFFD. Cost: O(length).
+SHARED_API std::string HtmlEscape(std::wstring_view text);
+
+/// The same for narrow text, read in the active ANSI code page like all narrow text of the library.
+SHARED_API std::string HtmlEscape(std::string_view text);
 
 // Attribute groups. The members bear the names of the attributes. An empty value means that the
 // attribute is absent; streaming a group writes every present one as a blank, its name, "=" and the
@@ -36,7 +47,7 @@ namespace shr {
 
 /// Attributes of every element.
 struct SHARED_API CoreAttrib {
-  CoreAttrib();
+  CoreAttrib() = default;
   CoreAttrib(std::string id, std::string className, std::string style, std::string title);
   /// Makes every attribute absent.
   void clear();
@@ -49,7 +60,7 @@ struct SHARED_API CoreAttrib {
 
 /// Attributes of table rows and row groups.
 struct SHARED_API RowAttrib : CoreAttrib {
-  RowAttrib();
+  RowAttrib() = default;
   RowAttrib(std::string id, std::string className, std::string style, std::string title,
             std::string align, std::string alignChar, std::string charOffset, std::string vAlign);
   void clear();
@@ -62,7 +73,7 @@ struct SHARED_API RowAttrib : CoreAttrib {
 
 /// Attributes of table columns and column groups.
 struct SHARED_API ColAttrib : RowAttrib {
-  ColAttrib();
+  ColAttrib() = default;
   ColAttrib(std::string id, std::string className, std::string style, std::string title,
             std::string align, std::string alignChar, std::string charOffset, std::string vAlign,
             std::string span, std::string width);
@@ -74,7 +85,7 @@ struct SHARED_API ColAttrib : RowAttrib {
 
 /// Attributes of table cells.
 struct SHARED_API CellAttrib : RowAttrib {
-  CellAttrib();
+  CellAttrib() = default;
   CellAttrib(std::string id, std::string className, std::string style, std::string title,
              std::string align, std::string alignChar, std::string charOffset, std::string vAlign,
              std::string rowSpan, std::string colSpan, std::string headers, std::string abbr,
@@ -91,7 +102,7 @@ struct SHARED_API CellAttrib : RowAttrib {
 
 /// Attributes of images. HTML demands SRC and ALT.
 struct SHARED_API ImageAttrib : CoreAttrib {
-  ImageAttrib();
+  ImageAttrib() = default;
   ImageAttrib(std::string id, std::string className, std::string style, std::string title,
               std::string src, std::string alt, std::string longDesc, std::string width,
               std::string height, std::string useMap, std::string isMap);
@@ -108,7 +119,7 @@ struct SHARED_API ImageAttrib : CoreAttrib {
 
 /// Attributes of tables.
 struct SHARED_API TableAttrib : CoreAttrib {
-  TableAttrib();
+  TableAttrib() = default;
   TableAttrib(std::string id, std::string className, std::string style, std::string title,
               std::string summary, std::string width, std::string border, std::string frame,
               std::string rules, std::string cellSpacing, std::string cellPadding);
@@ -159,6 +170,10 @@ template <TagName NAME, class Attributes>
 struct TextElement {
   explicit TextElement(std::string elementText, Attributes elementAttributes = {})
       : text(std::move(elementText)), attributes(std::move(elementAttributes)) {}
+  /// Escapes the text.
+  template <WideText Text>
+  explicit TextElement(const Text& elementText, Attributes elementAttributes = {})
+      : TextElement(HtmlEscape(std::wstring_view(elementText)), std::move(elementAttributes)) {}
 
   std::string text;
   Attributes attributes;
@@ -219,6 +234,10 @@ using DDEnd = EndTag<"DD">;
 struct Preamble {
   explicit Preamble(std::string documentTitle = {}, std::string extraStyle = {})
       : title(std::move(documentTitle)), style(std::move(extraStyle)) {}
+  /// Escapes the title.
+  template <WideText Text>
+  explicit Preamble(const Text& documentTitle, std::string extraStyle = {})
+      : Preamble(HtmlEscape(std::wstring_view(documentTitle)), std::move(extraStyle)) {}
 
   std::string title;
   std::string style;
@@ -231,6 +250,12 @@ struct Heading {
         text(std::move(headingText)),
         attributes(std::move(headingAttributes)) {}
 
+  /// Escapes the text.
+  template <WideText Text>
+  Heading(int headingLevel, const Text& headingText, CoreAttrib headingAttributes = {})
+      : Heading(headingLevel, HtmlEscape(std::wstring_view(headingText)),
+                std::move(headingAttributes)) {}
+
   int level;
   std::string text;
   CoreAttrib attributes;
@@ -242,6 +267,20 @@ struct Anchor {
       : reference(std::move(linkReference)),
         text(std::move(linkText)),
         attributes(std::move(linkAttributes)) {}
+
+  /// Escape what is wide. A reference is not percent-encoded.
+  template <WideText Text>
+  Anchor(std::string linkReference, const Text& linkText, CoreAttrib linkAttributes = {})
+      : Anchor(std::move(linkReference), HtmlEscape(std::wstring_view(linkText)),
+               std::move(linkAttributes)) {}
+  template <WideText Reference>
+  Anchor(const Reference& linkReference, std::string linkText, CoreAttrib linkAttributes = {})
+      : Anchor(HtmlEscape(std::wstring_view(linkReference)), std::move(linkText),
+               std::move(linkAttributes)) {}
+  template <WideText Reference, WideText Text>
+  Anchor(const Reference& linkReference, const Text& linkText, CoreAttrib linkAttributes = {})
+      : Anchor(HtmlEscape(std::wstring_view(linkReference)),
+               HtmlEscape(std::wstring_view(linkText)), std::move(linkAttributes)) {}
 
   std::string reference;
   std::string text;
@@ -261,7 +300,8 @@ SHARED_API std::ostream& operator<<(std::ostream& out, const Anchor& element);
 SHARED_API std::ostream& operator<<(std::ostream& out, const VSpace& element);
 
 /// A report under construction: an output stream that keeps its text. Numbers streamed into it are
-/// written in the classic locale whatever the program's locale is.
+/// written in the classic locale whatever the program's locale is, `GString` is escaped, also
+/// where the report is passed as a `std::ostream`.
 class SHARED_API CHtmlReport : public std::ostringstream {
 public:
   CHtmlReport();
@@ -278,15 +318,6 @@ public:
   /// `CReplacementFile`; an existing file is then as it was.
   void WriteToFile(const GString& path) const;
 };
-
-/// Returns `text` as ASCII markup: "&", "<", ">" and the quotes as references, every character
-/// above ASCII as a decimal character reference (a surrogate pair is one character). Characters
-/// that HTML cannot hold (controls other than tab and line ends, unpaired surrogates) become the
-/// replacement character U+FFFD. Cost: O(length).
-SHARED_API std::string HtmlEscape(std::wstring_view text);
-
-/// The same for narrow text, whose bytes are read as ISO-8859-1.
-SHARED_API std::string HtmlEscape(std::string_view text);
 
 // Implementation details follow.
 

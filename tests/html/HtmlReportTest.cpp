@@ -156,7 +156,46 @@ TEST(HtmlEscape, leavesAsciiThatIsSafeInTextAndValues) {
   };
   for (const auto& row : rows) EXPECT_EQ(HtmlEscape(row.text), row.expected) << row.name;
   EXPECT_EQ(HtmlEscape(GString(L"<\u00E9>")), "&lt;&#233;&gt;");
-  EXPECT_EQ(HtmlEscape(std::string("<\xE9>")), "&lt;&#233;&gt;");
+  EXPECT_EQ(HtmlEscape(std::string("<\xE9\x80>")), "&lt;&#233;&#8364;&gt;") << "page 1252";
+}
+
+TEST(HtmlReport, wideTextIsEscapedAndNarrowTextIsMarkup) {
+  const GString text(L"<\u00E9\u4E2D>");
+  const std::wstring string = text;
+  const std::string escaped = "&lt;&#233;&#20013;&gt;";
+  const struct {
+    const char* name;
+    std::string written;
+    std::string expected;
+  } rows[] = {
+      {"paragraph", Written(Paragraph(text)), "<P>" + escaped + "</P>\n"},
+      {"paragraph of a literal", Written(Paragraph(L"&")), "<P>&amp;</P>\n"},
+      {"cell with attributes", Written(TD(string, CellAttrib())), "<TD>" + escaped + "</TD>\n"},
+      {"narrow cell", Written(TD("<B>b</B>")), "<TD><B>b</B></TD>\n"},
+      {"heading", Written(Heading(1, std::wstring_view(string))), "<H1>" + escaped + "</H1>\n"},
+      {"anchor", Written(Anchor(L"a&b", text)), "<A HREF=\"a&amp;b\">" + escaped + "</A>\n"},
+      {"anchor to markup", Written(Anchor("#a", text)), "<A HREF=\"#a\">" + escaped + "</A>\n"},
+      {"anchor of markup", Written(Anchor(text, "<B>")), "<A HREF=\"" + escaped + "\"><B></A>\n"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(row.written, row.expected) << row.name;
+  EXPECT_NE(Written(Preamble(text, "P {}")).find("<TITLE>" + escaped + "</TITLE>"), GString::npos);
+
+  CHtmlReport report;
+  std::ostream& stream = report;
+  report << text << string << std::wstring_view(string) << "<B>" << TDBeg() << text;
+  stream << text;
+  EXPECT_EQ(report.str(), escaped + escaped + escaped + "<B><TD>\n" + escaped + escaped);
+  CHtmlReport moved(std::move(report));
+  CHtmlReport assigned;
+  assigned = std::move(moved);
+  report << text;  // NOLINT(bugprone-use-after-move): the state is promised
+  moved << text;   // NOLINT(bugprone-use-after-move)
+  assigned.str({});
+  assigned << text;
+  EXPECT_EQ(report.str() + moved.str() + assigned.str(), escaped + escaped + escaped);
+  std::ostringstream plain;
+  plain << text;
+  EXPECT_EQ(plain.str(), "<\xC3\xA9\xE4\xB8\xAD>");
 }
 
 }  // namespace
