@@ -76,7 +76,7 @@ void PrintFile(const GString& path, unsigned codePage) {
        {shr::EncodingANSI, shr::EncodingUTF8, shr::EncodingUTF16LE, shr::EncodingUTF16BE}) {
     const GString found = Describe(path, asked, codePage, false);
     const GString kept = Describe(path, asked, codePage, true);
-    text.AppendFormatString(L"  %-8s -> %s (%s)\n", NameOf(asked), found.c_str(), kept.c_str());
+    text.AppendFormatString(L"  %-8s -> %s (%s)\n", NameOf(asked), found, kept);
   }
   shr::platform::WriteText(stdout, text);
 }

@@ -3,17 +3,17 @@
 
 #include "shared/platform/Console.h"
 #include "shared/text/GString.h"
-#include "shared/text/StringUtility.h"
 
 int main() {
-  const std::wstring record = L" Reykjav\u00edk ; 64.1466 ; \"capital; port\" ";
-  std::size_t pos = 0;
-  const std::wstring name = shr::ParseToken(record, pos, L';');
+  const shr::GString record(u8" Reykjav\u00edk ; 64.1466 ; \"capital; port\" ");
+  shr::GString::size_type pos = 0;
+  const shr::GString name = record.ParseToken(pos, L';');
   double latitude = 0;
-  shr::StringToDouble(shr::ParseToken(record, pos, L';'), latitude);
-  const std::wstring note = shr::ParseToken(record, pos, L';');
+  record.ParseToken(pos, L';').ToDouble(latitude);
+  const shr::GString note = record.ParseToken(pos, L';');
 
-  shr::GString line(name);
-  line.AppendFormatString(L" lies at %.2f degrees: %s\n", latitude, note.c_str());
+  shr::GString line;
+  line.FormatString(L"%s lies at %.2f degrees: %s\n", name, latitude, note);
+  if (name.starts_with(L"Reyk")) line.replace(line.rfind(L"port"), 4, L"harbour");
   shr::platform::WriteText(stdout, line);
 }

@@ -30,7 +30,6 @@ using namespace shr;
 
 namespace {
 
-constexpr std::uint32_t UTF8_PAGE = 65001;
 constexpr double FULL_CIRCLE = 360;
 constexpr std::uint32_t BLOCK_SIZE = 1 << 16;
 constexpr std::string_view UTF8_MARK = "\xEF\xBB\xBF";
@@ -157,7 +156,7 @@ private:
 Area FindArea(const Model& model, const GString& text) {
   if (!text.empty() && text[0] == L'@') return ReadArea(text.substr(1));
   if (IsPolygonText(text) || (!text.empty() && text[0] == L'{')) {
-    return Area{L"a polygon", ParseRings(text.ToNarrow(UTF8_PAGE), Quoted(text))};
+    return Area{L"a polygon", ParseRings(text.ToUtf8(), Quoted(text))};
   }
   const GString name = text.ToLower();
   const auto country =

@@ -81,8 +81,7 @@ void ReadLayer(const wchar_t* label, const TextInput& input, Read read, Model& m
   const ScopedLogMessage scope(label);
   read(input, model);
   const Source& source = model.sources.back();
-  g_Logger.SendVA(LogInfo, L"%s: %s (%s)", input.path.c_str(), source.content.c_str(),
-                  source.encoding.c_str());
+  g_Logger.SendVA(LogInfo, L"%s: %s (%s)", input.path, source.content, source.encoding);
 }
 
 }  // namespace

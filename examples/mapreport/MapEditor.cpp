@@ -59,8 +59,8 @@ void MapEditor::TakeBackAndRedo(std::size_t count) {
 
 void MapEditor::Record(const wchar_t* action, const GString& label) {
   Step step{action, label, DescribeState(model_), Fingerprint(model_)};
-  g_Logger.SendVA(LogInfo | LogRemote, L"%s: %s (%s; state %s)", action, label.c_str(),
-                  step.outcome.c_str(), step.fingerprint.c_str());
+  g_Logger.SendVA(LogInfo | LogRemote, L"%s: %s (%s; state %s)", action, label, step.outcome,
+                  step.fingerprint);
   model_.history.push_back(std::move(step));
 }
 

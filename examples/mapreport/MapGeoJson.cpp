@@ -14,12 +14,11 @@ using namespace shr;
 
 namespace {
 
-constexpr std::uint32_t UTF8_PAGE = 65001;
 constexpr unsigned char FIRST_PLAIN = 0x20;
 
 std::string JsonText(const GString& text) {
   std::string json = "\"";
-  for (const char ch : text.ToNarrow(UTF8_PAGE)) {
+  for (const char ch : text.ToUtf8()) {
     if (ch == '"' || ch == '\\') json += '\\';
     json += static_cast<unsigned char>(ch) < FIRST_PLAIN ? ' ' : ch;
   }

@@ -19,7 +19,6 @@ using namespace shr;
 
 namespace {
 
-constexpr std::uint32_t UTF8_PAGE = 65001;
 constexpr int MOST_ROWS = 100000;
 
 constexpr const char* FOOTER =
@@ -29,9 +28,7 @@ constexpr const char* FOOTER =
     "Exit status: 0 success, 1 an input cannot be used, 2 wrong usage.";
 
 GString FromUtf8(const std::string& text) {
-  GString wide;
-  wide.FromNarrow(text, UTF8_PAGE);
-  return wide;
+  return GString::FromUtf8(text);
 }
 
 /// A build puts the data of the examples into a folder beside the program.
@@ -253,7 +250,7 @@ CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
   // The parser takes the arguments from the back.
   std::vector<std::string> reversed;
   for (std::size_t i = arguments.size(); i > 1; --i) {
-    reversed.push_back(arguments[i - 1].ToNarrow(UTF8_PAGE));
+    reversed.push_back(arguments[i - 1].ToUtf8());
   }
   try {
     app.parse(reversed);

@@ -11,8 +11,6 @@ using namespace shr;
 
 namespace {
 
-constexpr std::uint32_t UTF8_PAGE = 65001;
-
 /// XML 1.0, production 2 (Char), for single units; surrogates are the encoder's business.
 bool IsXmlUnit(wchar_t unit) {
   if (unit < 0x20) return unit == L'\t' || unit == L'\n' || unit == L'\r';
@@ -66,7 +64,7 @@ std::string XmlEscape(const GString& text) {
       escaped += IsXmlUnit(unit) ? unit : L'\xFFFD';
     }
   }
-  return escaped.ToNarrow(UTF8_PAGE);
+  return escaped.ToUtf8();
 }
 
 SvgWriter& SvgWriter::Begin(std::string_view name) {
