@@ -304,6 +304,51 @@ TEST(EncodedBufferedFile, unitsAreGivenBackAndReadAgain) {
   EXPECT_EQ(in.Getc(), L'!');
 }
 
+TEST(EncodedBufferedFile, aLineFeedGivenBackEndsALineOfItsOwn) {
+  const ScratchFile file("ab\ncd\nef");
+  CEncodedBufferedFile in = OpenText(file.Path(), {});
+  const auto next = [&in] {
+    std::wstring line;
+    return in.ReadString(line) ? line : L"(end)";
+  };
+  EXPECT_EQ(in.UnGetc(L'\n'), L'\n');
+  EXPECT_EQ(next(), L"");
+  EXPECT_EQ(next(), L"ab");
+  EXPECT_EQ(in.UnGetc(L'\n'), L'\n');
+  EXPECT_EQ(next(), L"") << "behind a line that was taken whole";
+  while (in.Getc() != L'\n') continue;
+  EXPECT_EQ(in.UnGetc(L'\n'), L'\n');
+  EXPECT_EQ(next(), L"") << "the line feed that was just read";
+  EXPECT_EQ(next(), L"ef");
+  EXPECT_EQ(in.UnGetc(L'\n'), L'\n');
+  EXPECT_EQ(next(), L"") << "at the end";
+  EXPECT_EQ(next(), L"(end)");
+}
+
+TEST(EncodedBufferedFile, whatWasGivenBackMovesAlong) {
+  const ScratchFile file("ab\ncd\nef");
+  CEncodedBufferedFile in = OpenText(file.Path(), {});
+  EXPECT_EQ(in.Getc(), L'a');
+  in.UnGetc(L'>');
+  CEncodedBufferedFile made(std::move(in));
+  std::wstring line;
+  EXPECT_TRUE(made.ReadString(line));
+  EXPECT_EQ(line, L">b");
+  while (made.Getc() != L'\n') continue;
+  made.UnGetc(L'+');
+  CEncodedBufferedFile assigned;
+  assigned = std::move(made);
+  line.clear();
+  EXPECT_TRUE(assigned.ReadString(line));
+  EXPECT_EQ(line, L"+ef") << "what stands for a line feed begins the next line";
+  // NOLINTBEGIN(bugprone-use-after-move): a file that was moved from holds nothing
+  for (CEncodedBufferedFile* const source : {&in, &made}) {
+    EXPECT_FALSE(source->IsOpen() || source->ReadString(line));
+    EXPECT_EQ(source->Getc(), CEncodedBufferedFile::END_OF_TEXT);
+  }
+  // NOLINTEND(bugprone-use-after-move)
+}
+
 TEST(EncodedBufferedFile, theLastCodePointOfThePlaneIsGivenBackToo) {
   const ScratchFile file(
       "\xFF\xFF"

@@ -97,6 +97,7 @@ const Row ROWS[] = {
      Utf16Bytes(L"\xFEFF" + PROSE, BIG),
      {BEM, A, BEM, BEM},
      {A, {EncodingUTF8, 2}, {EncodingUTF16LE, 2}, BEM}},
+    {"zeros behind a short text", std::string("abc\0\0", 5), {A, A, LE, BE}, {A, U8, LE, BE}},
     {"zeros", std::string(8, '\0'), {LE, LE, LE, LE}, {A, U8, LE, BE}},
 };
 

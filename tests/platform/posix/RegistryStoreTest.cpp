@@ -66,6 +66,16 @@ TEST(RegistryStore, writesTheDocumentedBytesAndReadsThemBack) {
   EXPECT_EQ(store.Write(serial), SAMPLE_FILE);
 }
 
+TEST(RegistryStore, keepsItsRoot) {
+  RegistryStore store;
+  EXPECT_EQ(store.RemoveKey(u""), RegistryStatus::AccessDenied);
+  EXPECT_TRUE(store.HasKey(u""));
+  store.CreateKey(u"a");
+  EXPECT_EQ(store.RemoveKey(u""), RegistryStatus::AccessDenied);
+  EXPECT_EQ(store.RemoveKey(u"a"), RegistryStatus::Success);
+  EXPECT_EQ(store.Set(u"", u"x", {RegistryType::Text, ""}), RegistryStatus::Success);
+}
+
 TEST(RegistryStore, refusesEveryTruncationAndExtension) {
   RegistryStore store;
   for (std::size_t length = 0; length < SAMPLE_FILE.size(); ++length) {
