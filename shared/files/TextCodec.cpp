@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// The idea. A line end is looked for in the raw bytes, where a search runs at memory speed, and
-// only then is the line decoded, a scratch buffer at a time that never leaves the fastest cache,
-// and appended to the caller's string, whose storage is reused from line to line. Nothing is
-// touched twice outside that cache, and no string grows with zeros that are overwritten afterwards.
+// The idea. A short line of UTF-8 or of a single-byte page is found and decoded in one pass over
+// its bytes, into a buffer on the stack, and appended to the caller's string, whose storage is
+// reused from line to line. In all other text the line end is looked for in the raw bytes first,
+// and the line is then decoded where it stands into the string.
 //
 // Code pages come in two kinds. When every byte stands for one unit of its own and ASCII for
 // itself, a table of 256 units decodes whole lines; sixteen bytes at a time are widened and those
@@ -22,15 +22,11 @@
 #include <cstring>
 #include <map>
 #include <mutex>
+#include <span>
 
 #include "shared/platform/CodePages.h"
-
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#define SHARED_HAS_SSE2 1
-#else
-#define SHARED_HAS_SSE2 0
-#endif
+#include "shared/text/Utf8Line.h"
+#include "shared/text/WideBlocks.h"
 
 namespace shr {
 namespace {
@@ -42,6 +38,8 @@ constexpr size_t NPOS = string_view::npos;
 
 /// Bytes of a multi-byte page that are converted together.
 constexpr size_t PIECE_BYTES = 255;
+/// Units of lines that are decoded on the stack.
+constexpr size_t SHORT_UNITS = 512;
 /// Wide units that are encoded together.
 constexpr size_t ENCODED_UNITS = 1024;
 /// Pages up to this number are names for pages that the user's settings choose.
@@ -111,40 +109,12 @@ std::shared_ptr<const SingleByteTable> TableOf(std::uint32_t number) {
 // Kernels.
 
 /// Bytes that are decoded in one step.
-constexpr size_t BLOCK_BYTES = 16;
+constexpr size_t BLOCK_BYTES = WIDE_BLOCK;
 /// An unfinished line keeps so many bytes back: a carriage return and what a line feed may take,
 /// and what makes it possible to load whole blocks before them.
 constexpr size_t KEPT_BYTES = 4 + BLOCK_BYTES;
 
 #if SHARED_HAS_SSE2
-
-__m128i LoadBlock(const char* bytes) noexcept {
-  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
-}
-
-void StoreBlock(wchar_t* out, __m128i block) noexcept {
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), block);
-}
-
-/// Stores eight 16-bit units as wide units.
-void StoreUnits(wchar_t* out, __m128i units) noexcept {
-  if constexpr (sizeof(wchar_t) == 2) {
-    StoreBlock(out, units);
-  } else {
-    const __m128i zero = _mm_setzero_si128();
-    StoreBlock(out, _mm_unpacklo_epi16(units, zero));
-    StoreBlock(out + 4, _mm_unpackhi_epi16(units, zero));
-  }
-}
-
-/// Widens sixteen bytes and returns the set of those outside ASCII, one bit a byte.
-unsigned WidenBlock(const char* bytes, wchar_t* out) noexcept {
-  const __m128i block = LoadBlock(bytes);
-  const __m128i zero = _mm_setzero_si128();
-  StoreUnits(out, _mm_unpacklo_epi8(block, zero));
-  StoreUnits(out + 8, _mm_unpackhi_epi8(block, zero));
-  return static_cast<unsigned>(_mm_movemask_epi8(block));
-}
 
 /// Swaps the bytes of eight 16-bit units where the order asks for it.
 __m128i OrderUnits(__m128i units, ByteOrder order) noexcept {
@@ -182,7 +152,9 @@ size_t DecodeSingleByte(const Input& input, const SingleByteTable& table, wchar_
   const char* const blocksEnd = input.CanLoadBlocks() ? input.end : in;
   for (; in < blocksEnd; in += BLOCK_BYTES, out += BLOCK_BYTES) {
     // The last block may load bytes behind the end; their units are not counted.
-    unsigned others = WidenBlock(in, out);
+    const __m128i block = LoadBlock(in);
+    StoreBytes(out, block);
+    unsigned others = BytesBeyondAscii(block);
     for (; others != 0; others &= others - 1) {
       const int at = std::countr_zero(others);
       out[at] = lookUp(in[at]);
@@ -193,45 +165,27 @@ size_t DecodeSingleByte(const Input& input, const SingleByteTable& table, wchar_
   return input.Size();
 }
 
-bool IsTrailByte(char byte) noexcept {
-  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-}
-
-/// Decodes UTF-8; ASCII goes sixteen bytes at a time, and the two-byte sequences that most accents
-/// take are decoded in place.
-size_t DecodeUtf8(const Input& input, wchar_t* out) noexcept {
+/// Finds and decodes the first line like `DecodeUtf8Line`.
+Utf8Line DecodeSingleByteLine(string_view bytes, const SingleByteTable& table,
+                              std::span<wchar_t> out) noexcept {
 #if SHARED_HAS_SSE2
-  if (!input.CanLoadBlocks()) return Utf8ToWide(input.Bytes(), out);
-  const char* in = input.begin;
-  wchar_t* next = out;
-  while (true) {
-    unsigned others = WidenBlock(in, next);
-    const std::ptrdiff_t left = input.end - in;
-    // What was loaded behind the end counts as something else than ASCII.
-    if (left <= static_cast<std::ptrdiff_t>(BLOCK_BYTES)) others |= 1u << left;
-    if (others == 0) {
-      in += BLOCK_BYTES;
-      next += BLOCK_BYTES;
-      continue;
+  const size_t reach = std::min(bytes.size(), out.size());
+  for (size_t at = 0; at + BLOCK_BYTES <= reach; at += BLOCK_BYTES) {
+    const __m128i block = LoadBlock(bytes.data() + at);
+    StoreBytes(out.data() + at, block);
+    const unsigned feeds = LineFeeds(block);
+    // Those before the first line feed.
+    unsigned others = BytesBeyondAscii(block) & (feeds - 1) & ~feeds;
+    for (; others != 0; others &= others - 1) {
+      const size_t place = at + static_cast<size_t>(std::countr_zero(others));
+      out[place] = table[static_cast<unsigned char>(bytes[place])];
     }
-    const int ascii = std::countr_zero(others);
-    in += ascii;
-    next += ascii;
-    if (left == ascii) return static_cast<size_t>(next - out);
-    const auto lead = static_cast<unsigned char>(*in);
-    if (lead >= 0xC2 && lead < 0xE0 && left - ascii >= 2 && IsTrailByte(in[1])) {
-      *next++ = static_cast<wchar_t>((lead & 0x1F) << 6 | (in[1] & 0x3F));
-      in += 2;
-      continue;
-    }
-    const char* runEnd = in + 1;
-    while (runEnd < input.end && (*runEnd & 0x80) != 0) ++runEnd;
-    next += Utf8ToWide({in, static_cast<size_t>(runEnd - in)}, next);
-    in = runEnd;
+    if (feeds == 0) continue;
+    const size_t size = at + static_cast<size_t>(std::countr_zero(feeds)) + 1;
+    return {size, size};
   }
-#else
-  return Utf8ToWide(input.Bytes(), out);
 #endif
+  return {};
 }
 
 /// Decodes UTF-16; text without surrogates goes eight units at a time.
@@ -318,7 +272,7 @@ void AppendDecoded(const Input& input, TextEncoding encoding, const SingleByteTa
   wchar_t* const out = text.data() + begin;
   size_t units = 0;
   if (encoding == EncodingUTF8) {
-    units = DecodeUtf8(input, out);
+    units = Utf8ToWide(input.Bytes(), out);
   } else if (encoding == EncodingANSI) {
     units = DecodeSingleByte(input, *table, out);
   } else {
@@ -346,6 +300,10 @@ TextDecoder::TextDecoder(const TextFormat& format) : format_(format) {
 
 Taken TextDecoder::Take(string_view bytes, size_t searched, TakenText what, std::wstring& text) {
   if (!isUsable_) return {};
+  if (what == TakenText::Line && searched == 0) {
+    const Taken line = TakeShortLine(bytes, text);
+    if (line.isLine) return line;
+  }
   size_t size = FindEndOfLine(bytes, searched, format_.encoding);
   const bool isLine = size != NPOS;
   if (!isLine) {
@@ -363,6 +321,26 @@ Taken TextDecoder::Take(string_view bytes, size_t searched, TakenText what, std:
   AppendDecoded(input, format_.encoding, table_.get(), text);
   if (format_.lineEnds == LineEnds::CarriageReturnLineFeed) JoinLineEnd(text, begin);
   return {size, isLine};
+}
+
+/// Takes a line of UTF-8 or a single-byte page that is found and decoded in one pass; nothing when
+/// there is none in reach. The units go through the stack: a string cannot grow without being
+/// filled first.
+Taken TextDecoder::TakeShortLine(string_view bytes, std::wstring& text) const {
+  wchar_t units[SHORT_UNITS];
+  Utf8Line line;
+  if (format_.encoding == EncodingUTF8) {
+    line = DecodeUtf8Line(bytes, units);
+  } else if (table_) {
+    line = DecodeSingleByteLine(bytes, *table_, units);
+  }
+  if (line.bytes == 0) return {};
+  const bool isPair = line.units >= 2 && units[line.units - 2] == L'\r';
+  if (isPair && format_.lineEnds == LineEnds::CarriageReturnLineFeed) {
+    units[--line.units - 1] = L'\n';
+  }
+  text.append(units, line.units);
+  return {line.bytes, true, false};
 }
 
 size_t TextDecoder::HeadLength(string_view bytes) const noexcept {

@@ -80,6 +80,7 @@ public:
 
 private:
   bool IsInPieces() const noexcept { return format_.encoding == EncodingANSI && !table_; }
+  Taken TakeShortLine(std::string_view bytes, std::wstring& text) const;
   std::size_t HeadLength(std::string_view bytes) const noexcept;
   void AppendInPieces(std::string_view bytes, std::wstring& text) const;
 

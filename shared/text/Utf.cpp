@@ -14,12 +14,10 @@
 #include <bit>
 #include <cstring>
 
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#define SHARED_UTF_SSE2 1
-#else
-#define SHARED_UTF_SSE2 0
-#endif
+#include "shared/platform/CpuFeatures.h"
+#include "shared/text/Utf8Avx2.h"
+#include "shared/text/Utf8Line.h"
+#include "shared/text/WideBlocks.h"
 
 namespace shr {
 namespace {
@@ -106,14 +104,9 @@ wchar_t* PutWide(char32_t ch, wchar_t* out) {
   return out;
 }
 
-#if SHARED_UTF_SSE2
+#if SHARED_HAS_SSE2
 
-constexpr std::ptrdiff_t BLOCK = 16;
 constexpr std::ptrdiff_t MOST_TRIPLES = 4;
-
-void StoreWide(wchar_t* out, __m128i units) {
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), units);
-}
 
 /// Writes four code points below U+10000 as wide units.
 void StoreCodePoints(wchar_t* out, __m128i values) {
@@ -121,7 +114,7 @@ void StoreCodePoints(wchar_t* out, __m128i values) {
     const __m128i keepBits = _mm_srai_epi32(_mm_slli_epi32(values, 16), 16);
     _mm_storel_epi64(reinterpret_cast<__m128i*>(out), _mm_packs_epi32(keepBits, keepBits));
   } else {
-    StoreWide(out, values);
+    StoreBlock(out, values);
   }
 }
 
@@ -131,35 +124,13 @@ __m128i LoadLow(const unsigned char* in) {
   return _mm_cvtsi32_si128(bytes);
 }
 
-/// Writes past the caches. Requires: `out` is aligned to 16 bytes.
-void StreamWide(wchar_t* out, __m128i units) {
-  _mm_stream_si128(reinterpret_cast<__m128i*>(out), units);
-}
-
-using Store = void (*)(wchar_t* out, __m128i units);
-
-/// Writes eight 16-bit units as wide ones.
-template <Store STORE>
-void StoreUnits(wchar_t* out, __m128i units) {
-  if constexpr (WIDE_IS_UTF16) {
-    STORE(out, units);
-  } else {
-    const __m128i zero = _mm_setzero_si128();
-    STORE(out, _mm_unpacklo_epi16(units, zero));
-    STORE(out + 4, _mm_unpackhi_epi16(units, zero));
-  }
-}
-
-/// Widens `BLOCK` bytes and returns how many at their head are ASCII. The units behind those are
+/// Widens a block and returns how many bytes at its head are ASCII. The units behind those are
 /// worthless.
-template <Store STORE = StoreWide>
+template <BlockStore STORE = StoreBlock>
 std::ptrdiff_t WidenBlock(const unsigned char* in, wchar_t* out) {
-  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
-  const __m128i zero = _mm_setzero_si128();
-  StoreUnits<STORE>(out, _mm_unpacklo_epi8(bytes, zero));
-  StoreUnits<STORE>(out + 8, _mm_unpackhi_epi8(bytes, zero));
-  const auto others = static_cast<unsigned>(_mm_movemask_epi8(bytes));
-  return std::countr_zero(others | 1u << BLOCK);
+  const __m128i bytes = LoadBlock(in);
+  StoreBytes<STORE>(out, bytes);
+  return std::countr_zero(BytesBeyondAscii(bytes) | 1u << WIDE_BLOCK);
 }
 
 /// Output of inputs from this size on does not stay in the caches, and reading its lines into them
@@ -171,8 +142,8 @@ constexpr std::ptrdiff_t STRETCH = 256;
 
 bool IsAsciiStretch(const unsigned char* in) {
   __m128i all = _mm_setzero_si128();
-  for (std::ptrdiff_t i = 0; i < STRETCH; i += BLOCK) {
-    all = _mm_or_si128(all, _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + i)));
+  for (std::ptrdiff_t i = 0; i < STRETCH; i += WIDE_BLOCK) {
+    all = _mm_or_si128(all, LoadBlock(in + i));
   }
   return _mm_movemask_epi8(all) == 0;
 }
@@ -180,18 +151,18 @@ bool IsAsciiStretch(const unsigned char* in) {
 /// Requires: the block at `in` is ASCII and has been widened. Widens the stretches of ASCII that
 /// follow past the caches and returns the number of bytes done, the block at least.
 std::ptrdiff_t StreamAscii(const unsigned char* in, const unsigned char* end, wchar_t* out) {
-  constexpr std::size_t alignment = BLOCK * sizeof(wchar_t);
+  constexpr std::size_t alignment = WIDE_BLOCK * sizeof(wchar_t);
   const std::size_t misaligned = reinterpret_cast<std::uintptr_t>(out) % alignment;
   const std::size_t gap = misaligned == 0 ? 0 : alignment - misaligned;
   const auto first = static_cast<std::ptrdiff_t>(gap / sizeof(wchar_t));
   std::ptrdiff_t count = first;
   while (end - in - count >= STRETCH && IsAsciiStretch(in + count)) {
-    for (const std::ptrdiff_t stop = count + STRETCH; count < stop; count += BLOCK) {
-      WidenBlock<StreamWide>(in + count, out + count);
+    for (const std::ptrdiff_t stop = count + STRETCH; count < stop; count += WIDE_BLOCK) {
+      WidenBlock<StreamBlock>(in + count, out + count);
     }
   }
   _mm_sfence();
-  return count == first ? BLOCK : count;
+  return count == first ? WIDE_BLOCK : count;
 }
 
 /// Decodes four sequences of three bytes from the first 13 bytes at `in` and returns how many at
@@ -217,19 +188,19 @@ std::ptrdiff_t DecodeTriples(const unsigned char* in, wchar_t* out) {
 
 #else
 
-constexpr std::ptrdiff_t BLOCK = 8;
 constexpr std::ptrdiff_t MOST_TRIPLES = 1;
 
 std::ptrdiff_t WidenBlock(const unsigned char* in, wchar_t* out) {
   std::ptrdiff_t count = 0;
-  for (; count < BLOCK && in[count] < 0x80; ++count) out[count] = static_cast<wchar_t>(in[count]);
+  for (; count < WIDE_BLOCK && in[count] < 0x80; ++count)
+    out[count] = static_cast<wchar_t>(in[count]);
   return count;
 }
 
 constexpr std::size_t STREAM_SIZE = ~std::size_t{0};
 
 std::ptrdiff_t StreamAscii(const unsigned char*, const unsigned char*, wchar_t*) {
-  return BLOCK;
+  return WIDE_BLOCK;
 }
 
 /// Decodes the sequence of three bytes at `in` and returns 1, or 0 when it is not well-formed.
@@ -247,12 +218,13 @@ constexpr bool IsPair(unsigned char first, unsigned char second) {
   return first >= 0xC2 && first < 0xE0 && IsTrail(second);
 }
 
-/// Decodes sequences, and single ASCII bytes between them, until a run of ASCII begins or fewer
-/// than `BLOCK` bytes are left.
-void DecodeRun(const unsigned char*& source, const unsigned char* end, wchar_t*& target) {
+/// Decodes sequences, and single ASCII bytes between them, until a run of ASCII begins, `stop` is
+/// reached or fewer than `WIDE_BLOCK` bytes are left.
+void DecodeRun(const unsigned char*& source, const unsigned char* stop, const unsigned char* end,
+               wchar_t*& target) {
   const unsigned char* in = source;
   wchar_t* out = target;
-  while (end - in >= BLOCK) {
+  while (in < stop && end - in >= WIDE_BLOCK) {
     const unsigned char first = *in;
     if (first < 0x80) {
       if (in[1] < 0x80) break;
@@ -282,6 +254,41 @@ void DecodeRun(const unsigned char*& source, const unsigned char* end, wchar_t*&
   source = in;
   target = out;
 }
+
+/// Tries blocks of AVX2 where the processor has it and they promise to help.
+class WideDecoder {
+public:
+  WideDecoder(const unsigned char* begin, const unsigned char* end, bool leavesAscii)
+      : leavesAscii_(leavesAscii), end_(end), retry_(end) {
+    if (end - begin >= LEAST_SIZE && HasAvx2()) retry_ = begin + UTF8_AVX2_HEAD;
+  }
+
+  /// Decodes what it can from `source`, where a sequence begins.
+  void Run(const unsigned char*& source, wchar_t*& target) {
+    if (source < retry_) return;
+    if (end_ - source < UTF8_AVX2_BLOCK) {
+      retry_ = end_;
+    } else if (IsTrail(*source)) {
+      retry_ = source + 1;
+    } else {
+      const Utf8Place place = DecodeUtf8Avx2(source, end_, target, leavesAscii_);
+      source = place.in;
+      target = place.out;
+      retry_ = source + std::min(end_ - source, UTF8_AVX2_BLOCK);
+    }
+  }
+
+  /// Returns where it is to be asked again, a place behind the last one.
+  const unsigned char* Retry() const { return retry_; }
+
+private:
+  /// Shorter input is not worth asking for the processor.
+  static constexpr std::ptrdiff_t LEAST_SIZE = 160;
+
+  bool leavesAscii_;
+  const unsigned char* end_;
+  const unsigned char* retry_;
+};
 
 unsigned char* PutUtf8(char32_t ch, unsigned char* out) {
   const auto put = [&out](char32_t value) { *out++ = static_cast<unsigned char>(value); };
@@ -348,17 +355,19 @@ std::size_t Utf8ToWide(std::string_view bytes, wchar_t* out) noexcept {
   const unsigned char* end = in + bytes.size();
   const bool isLarge = bytes.size() >= STREAM_SIZE;
   wchar_t* next = out;
-  while (end - in >= BLOCK) {
+  WideDecoder wideDecoder(in, end, isLarge);
+  while (end - in >= WIDE_BLOCK) {
     const std::ptrdiff_t count = WidenBlock(in, next);
-    if (count == BLOCK) {
-      const std::ptrdiff_t done = isLarge ? StreamAscii(in, end, next) : BLOCK;
+    if (count == WIDE_BLOCK) {
+      const std::ptrdiff_t done = isLarge ? StreamAscii(in, end, next) : WIDE_BLOCK;
       in += done;
       next += done;
       continue;
     }
     in += count;
     next += count;
-    DecodeRun(in, end, next);
+    wideDecoder.Run(in, next);
+    DecodeRun(in, wideDecoder.Retry(), end, next);
   }
   while (in < end) {
     if (*in < 0x80) {
@@ -371,6 +380,52 @@ std::size_t Utf8ToWide(std::string_view bytes, wchar_t* out) noexcept {
   }
   return static_cast<std::size_t>(next - out);
 }
+
+#if SHARED_HAS_SSE2
+
+Utf8Line DecodeUtf8Line(std::string_view bytes, std::span<wchar_t> out) noexcept {
+  const auto* const begin = reinterpret_cast<const unsigned char*>(bytes.data());
+  const unsigned char* const end = begin + bytes.size();
+  const unsigned char* in = begin;
+  // No sequence has more units than bytes, so one limit holds for both.
+  const std::size_t reach = std::min(bytes.size(), out.size());
+  wchar_t* next = out.data();
+  while (static_cast<std::size_t>(in - begin) + WIDE_BLOCK <= reach) {
+    const __m128i block = LoadBlock(in);
+    StoreBytes(next, block);
+    const unsigned feeds = LineFeeds(block);
+    const unsigned stops = feeds | BytesBeyondAscii(block);
+    const int count = std::countr_zero(stops | 1u << WIDE_BLOCK);
+    in += count;
+    next += count;
+    if (stops == 0) continue;
+    if ((feeds >> count & 1) != 0) {
+      return {static_cast<std::size_t>(in - begin) + 1,
+              static_cast<std::size_t>(next - out.data()) + 1};
+    }
+    if (end - in >= 2 && IsPair(in[0], in[1])) {
+      *next++ = static_cast<wchar_t>((in[0] & 0x1F) << 6 | (in[1] & 0x3F));
+      in += 2;
+      continue;
+    }
+    const unsigned char* runEnd = in + 1;
+    while (runEnd < begin + reach && *runEnd >= 0x80) ++runEnd;
+    // A run that goes on behind the reach is not whole.
+    if (runEnd == begin + reach) break;
+    const auto size = static_cast<std::size_t>(runEnd - in);
+    next += Utf8ToWide({reinterpret_cast<const char*>(in), size}, next);
+    in = runEnd;
+  }
+  return {};
+}
+
+#else
+
+Utf8Line DecodeUtf8Line(std::string_view, std::span<wchar_t>) noexcept {
+  return {};
+}
+
+#endif
 
 std::size_t Utf8CompleteLength(std::string_view bytes) noexcept {
   const auto* begin = reinterpret_cast<const unsigned char*>(bytes.data());

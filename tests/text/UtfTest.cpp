@@ -156,6 +156,83 @@ TEST(Utf8Decoding, agreesWithAByteWiseDecoderAtEveryOffsetOfABlock) {
   }
 }
 
+/// Words of one script, an ASCII character behind each.
+std::string ScriptText(std::mt19937& random, std::size_t script, std::size_t size) {
+  struct Script {
+    char32_t first;
+    unsigned characters;
+    unsigned longestWord;
+  };
+  constexpr Script scripts[] = {{0x20, 0x5F, 30},   {0xA0, 0x160, 3},     {0x400, 0x100, 9},
+                                {0xE00, 0x60, 20},  {0x4E00, 0x5000, 80}, {0xAC00, 0x2BA4, 5},
+                                {0x1F600, 0x40, 2}, {0x750, 0x100, 12}};
+  std::string bytes;
+  while (bytes.size() < size) {
+    const Script& row = scripts[script];
+    std::wstring word;
+    for (auto left = 1 + random() % row.longestWord; left > 0; --left) {
+      Put(word, row.first + static_cast<char32_t>(random() % row.characters));
+    }
+    bytes += ToUtf8(word);
+    bytes += random() % 8 == 0 ? '\n' : static_cast<char>('a' + random() % 26);
+  }
+  return bytes;
+}
+
+TEST(Utf8Decoding, agreesWithAByteWiseDecoderOnTextOfEveryScript) {
+  const unsigned seed = 20262;
+  std::mt19937 random(seed);
+  for (int round = 0; round < 4000; ++round) {
+    std::string bytes = ScriptText(random, random() % 8, random() % 300);
+    bytes += ScriptText(random, random() % 8, 160 + random() % 500);
+    for (auto damage = random() % 4; damage > 1; --damage) {
+      const std::size_t at = random() % bytes.size();
+      if (random() % 2 == 0) {
+        bytes[at] = static_cast<char>(random() % 256);
+      } else {
+        bytes.erase(at, 1 + random() % 3);
+      }
+    }
+    const std::string exact(bytes.data(), bytes.size());
+    ASSERT_EQ(FromUtf8(exact), DecodeSlowly(bytes)) << "seed " << seed << ", round " << round;
+  }
+}
+
+TEST(Utf8Decoding, findsEveryKindOfDamageAtEveryPlaceOfABlock) {
+  const std::string_view damages[] = {"\x80",
+                                      "\xC3",
+                                      "\xC1\x80",
+                                      "\xE0\x80\x80",
+                                      "\xE0\x9F\xBF",
+                                      "\xED\xA0\x80",
+                                      "\xED\xBF\xBF",
+                                      "\xE4\xB8",
+                                      "\xE4",
+                                      "\xF0\x8F\xBF\xBF",
+                                      "\xF4\x90\x80\x80",
+                                      "\xF5",
+                                      "\xFF",
+                                      "\xF0\x9F\x98",
+                                      "\xE4\xB8\xAD\xAD",
+                                      "\xE0\xA0\x80",
+                                      "\xED\x9F\xBF",
+                                      "\xEF\xBF\xBF",
+                                      "\xF0\x9F\x98\x80",
+                                      "\xC2\x80",
+                                      "\xDF\xBF"};
+  for (const std::string_view filling : {"x", "\xC3\xA9", "\xE4\xB8\xAD", "\xF0\x9F\x98\x80"}) {
+    for (const std::string_view damage : damages) {
+      for (std::size_t before = 0; before < 70; ++before) {
+        std::string bytes(before % 3, 'a');
+        for (std::size_t i = 0; i < before; ++i) bytes += filling;
+        bytes += damage;
+        for (std::size_t i = 0; i < 200; ++i) bytes += filling;
+        ASSERT_EQ(FromUtf8(bytes), DecodeSlowly(bytes)) << before << ' ' << filling;
+      }
+    }
+  }
+}
+
 TEST(Utf8Decoding, isTheSameForTextLargerThanTheCaches) {
   const std::string line = "The quick brown fox jumps over the lazy dog. 0123456789\n";
   const std::string others = "\xC3\xA9\xE4\xB8\xAD\xF0\x9F\x98\x80";
