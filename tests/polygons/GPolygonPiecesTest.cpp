@@ -55,6 +55,16 @@ TEST(GPolygonPieces, areasAreThoseOfTheEvenOddRule) {
       {"bow tie", "POLYGON ((0 0, 4 4, 4 0, 0 4))", 8.0},
       {"twice around", "POLYGON ((0 0, 4 0, 4 4, 0 4, 0 0, 4 0, 4 4, 0 4))", 0.0},
       {"spike", "POLYGON ((0 0, 4 0, 4 2, 9 2, 4 2, 4 4, 0 4))", 16.0},
+      {"touching in a point", "MULTIPOLYGON (((0 0, 2 0, 1 1)), ((1 1, 0 3, 2 2)))", 2.5},
+      {"hole with a corner on a side", "POLYGON ((0 0, 10 0, 10 10, 0 10), (2 7, 5 1, 10 4))",
+       80.5},
+      {"hole with a corner on the left side",
+       "POLYGON ((0 0, 8 0, 8 8, 0 8), (2 2, 0 4, 2 6, 4 4))", 56.0},
+      {"crossing in one point only", "POLYGON ((0 0, 2 0, 0 2, 2 2))", 2.0},
+      {"steps", "POLYGON ((0 0, 9 0, 9 2, 6 2, 6 4, 3 4, 3 6, 0 6))", 18.0 + 12.0 + 6.0},
+      {"comb", "POLYGON ((0 0, 7 0, 7 3, 6 3, 6 1, 5 1, 5 3, 4 3, 4 1, 3 1, 3 3, 0 3))", 17.0},
+      {"holes side by side",
+       "POLYGON ((0 0, 9 0, 9 9, 0 9), (1 1, 3 1, 3 3, 1 3), (3 3, 5 3, 5 5, 3 5))", 73.0},
       {"nothing", "POLYGON EMPTY", 0.0},
   };
   for (const Row& row : rows) {

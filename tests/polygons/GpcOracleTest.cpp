@@ -11,6 +11,8 @@
 #include <cmath>
 
 #include "shared/polygons/FlatPolygon.h"
+#include "shared/polygons/GPolygon.h"
+#include "shared/polygons/clipper/GpcHolder.h"
 #include "tests/polygons/BooleanCases.h"
 #include "tests/polygons/GpcTestSupport.h"
 
@@ -77,6 +79,36 @@ TEST_P(GpcOracle, areasKeepTheIdentities) {
     EXPECT_NEAR(either, united - common, tolerance) << "seed " << seed;
     EXPECT_NEAR(onlySubject + common, subject, tolerance) << "seed " << seed;
     EXPECT_NEAR(either, onlySubject + onlyClip, tolerance) << "seed " << seed;
+  }
+}
+
+TEST_P(GpcOracle, stripsAndPiecesCoverTheAreaOnce) {
+  for (std::uint64_t seed = 0; seed < FEW_CASES; ++seed) {
+    std::mt19937_64 random(seed);
+    const BooleanCase pair = GetParam().make(random);
+    const double tolerance = BooleanJudge::AREA_TOLERANCE *
+                             BooleanJudge(EvenOdd(pair.subject), EvenOdd(pair.clip)).InputArea();
+    for (const Operation operation : OPERATIONS) {
+      const BooleanResult polygon = OperateByGpc(operation, pair.subject, pair.clip);
+      double area = 0.0;
+      for (const auto& contour : polygon.contours) area -= PolygonArea(contour);
+      GpcTristripHolder strips;
+      gpc_tristrip_clip(static_cast<gpc_op>(operation), GpcOperand(pair.subject).Record(),
+                        GpcOperand(pair.clip).Record(), strips.record);
+      EXPECT_NEAR(area, AreaOfStrips(strips.record), tolerance)
+          << "seed " << seed << ", " << NameOf(operation);
+      GPolygon result;
+      for (const auto& contour : polygon.contours) result.AddContours(GPolygon(contour));
+      double sum = 0.0;
+      const auto add = [](const Vec2d* points, std::size_t count, void* user) {
+        *static_cast<double*>(user) += std::abs(PolygonArea(points, count));
+        return true;
+      };
+      EXPECT_TRUE(result.Decompose(add, &sum));
+      EXPECT_NEAR(area, sum, tolerance) << "seed " << seed << ", " << NameOf(operation);
+      EXPECT_NEAR(area, TriangulatedPolygonArea(result), tolerance)
+          << "seed " << seed << ", " << NameOf(operation);
+    }
   }
 }
 

@@ -209,17 +209,6 @@ TEST(GpcErrors, failingMemoryLeavesTheResultAlone) {
   EXPECT_GT(failures, 50);
 }
 
-double AreaOfStrips(const GpcTristrip& strips) {
-  double area = 0.0;
-  for (int i = 0; i < strips.stripCount; ++i) {
-    const Vec2d* points = strips.strips[i].vertices;
-    for (int j = 2; j < strips.strips[i].vertexCount; ++j) {
-      area += std::abs(PolygonArea(points + j - 2, 3));
-    }
-  }
-  return area;
-}
-
 TEST(GpcTristrips, trianglesCoverTheAreaOnce) {
   for (std::uint64_t seed = 0; seed < 40; ++seed) {
     std::mt19937_64 random(seed);
@@ -232,7 +221,6 @@ TEST(GpcTristrips, trianglesCoverTheAreaOnce) {
       GpcTristrip strips;
       gpc_tristrip_clip(static_cast<gpc_op>(operation), GpcOperand(subject).Record(),
                         GpcOperand(clip).Record(), strips);
-      // Triangles that overlapped would have a larger sum, gaps a smaller one.
       EXPECT_NEAR(area, AreaOfStrips(strips), 1e-11 * area) << seed << ' ' << NameOf(operation);
       gpc_free_tristrip(strips);
     }

@@ -8,6 +8,9 @@
 
 #pragma once
 
+#include <cmath>
+
+#include "shared/polygons/FlatPolygon.h"
 #include "shared/polygons/Gpc.h"
 #include "tests/polygons/BooleanChecks.h"
 
@@ -54,6 +57,19 @@ struct GpcResult {
 
   GpcPolygon record{};
 };
+
+/// Returns the sum of the areas of all triangles. Triangles that overlapped would have a larger one
+/// than their area, gaps a smaller one.
+inline double AreaOfStrips(const GpcTristrip& strips) {
+  double area = 0.0;
+  for (int i = 0; i < strips.stripCount; ++i) {
+    const Vec2d* points = strips.strips[i].vertices;
+    for (int j = 2; j < strips.strips[i].vertexCount; ++j) {
+      area += std::abs(PolygonArea(points + j - 2, 3));
+    }
+  }
+  return area;
+}
 
 inline BooleanResult OperateByGpc(Operation operation, const Contours& subject,
                                   const Contours& clip) {

@@ -1,30 +1,23 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// A vertical line sweeps over the edges of all contours from left to right and keeps those it meets
-// in order from bottom to top (M. I. Shamos and D. Hoey, "Geometric Intersection Problems", 1976).
-// When it reaches the leftmost vertex of a contour, the edge next below tells where the contour
-// lies: when the inside of that edge's own contour is above it, this one lies in that contour; else
-// it lies beside it, in the same parent. Edges that run through the vertex take part by their
-// direction to the right of it, so that contours may touch there.
-//
-// Where edges of several contours lie upon each other, those that have their inside below come
-// first, smaller contours before larger ones, then those with their inside above, larger before
-// smaller: the order in which the contours would be met if each were a little thinner.
-//
-// All comparisons are exact. Vertical edges are not needed: the sweep never stands inside them.
+// Which contours lie in which is read off the graph of the clipper: inside of a contour its own
+// edge has, on one side, the contour and all that contain it. Edges of several contours that lie
+// upon each other make no difference to that. Each set of contours is told by a number, the
+// exclusive or of 64 pseudo-random bits for each member (A. L. Zobrist, "A New Hashing Method with
+// Application for Game Playing", 1970): the set around a contour without the contour itself is the
+// set around the innermost of those that contain it.
 
 #include "shared/polygons/clipper/ContourNesting.h"
 
 #include <algorithm>
-#include <cfloat>
 #include <cmath>
-#include <set>
-#include <tuple>
+#include <unordered_map>
 
 #include "shared/geometry/Orientation.h"
 #include "shared/polygons/FlatPolygon.h"
 #include "shared/polygons/clipper/GpcHolder.h"
+#include "shared/polygons/clipper/GpcRun.h"
 
 namespace shr {
 namespace {
@@ -88,146 +81,25 @@ bool IsFinite(const Vec2d& point) {
   return std::isfinite(point.x) && std::isfinite(point.y);
 }
 
-struct Outline {
-  std::size_t contour;
-  Vec2d leftmost;
-  double area;
-  int turn;
-  std::size_t parent = NONE;
-  bool isResolved = false;
-  bool isOuter = true;
-};
-
-struct Edge {
-  Vec2d left;
-  Vec2d right;
-  std::size_t outline;
-  double area;
-  bool hasInsideAbove;
-};
-
-/// Returns 1 when `above` is above `edge` to the right of the later of their left ends, -1 when it
-/// is below and 0 when both lie on one line.
-int CompareHeights(const Edge& edge, const Edge& above) {
-  if (above.left.x < edge.left.x) return -CompareHeights(above, edge);
-  if (above.left.x == edge.left.x && above.left.y != edge.left.y) {
-    return above.left.y > edge.left.y ? 1 : -1;
+/// Returns what lies around each contour. What has no area has depth 0.
+std::vector<gpc::Nest> NestsOf(std::span<const GpcContour> contours) {
+  std::vector<GpcContour> sound;
+  std::vector<gpc::Index> numbers;
+  std::vector<double> sizes;
+  for (const GpcContour& contour : contours) {
+    const auto number = static_cast<gpc::Index>(sizes.size());
+    sizes.push_back(std::abs(PolygonArea(VerticesOf(contour))));
+    if (TurnOf(VerticesOf(contour)) == 0) continue;
+    sound.push_back(contour);
+    numbers.push_back(number);
   }
-  const int side = OrientationSign(edge.left, edge.right, above.left);
-  return side != 0 ? side : OrientationSign(edge.left, edge.right, above.right);
-}
-
-struct IsBelow {
-  bool operator()(const Edge* a, const Edge* b) const {
-    if (a == b) return false;
-    if (const int side = CompareHeights(*a, *b); side != 0) return side > 0;
-    if (a->hasInsideAbove != b->hasInsideAbove) return b->hasInsideAbove;
-    if (a->area != b->area) return (a->area < b->area) != a->hasInsideAbove;
-    return a < b;
+  std::vector<gpc::Nest> nests = gpc::FindNests({sound, numbers}, sizes);
+  nests.resize(contours.size());
+  for (const gpc::Index number : numbers) {
+    // Beside coordinates that are larger by far a contour can be a point to the clipper.
+    if (nests[number].depth == 0) nests[number] = {gpc::BitsOf(number), 1};
   }
-};
-
-class Sweep {
-public:
-  explicit Sweep(std::span<const GpcContour> contours);
-  void Run();
-  const std::vector<Outline>& Outlines() const { return outlines_; }
-
-private:
-  using Status = std::set<const Edge*, IsBelow>;
-
-  void AddEdges(std::size_t outline, std::span<const Vec2d> contour);
-  void Insert(std::size_t edge);
-  void Resolve(std::size_t outline);
-
-  std::vector<Outline> outlines_;
-  std::vector<Edge> edges_;
-  Status status_;
-  std::vector<Status::iterator> places_;      // of each edge in the status
-  std::vector<Status::iterator> starts_;      // of each outline, its first lower edge
-  std::vector<std::size_t> openingOutlines_;  // in the order in which the sweep meets them
-};
-
-Sweep::Sweep(std::span<const GpcContour> contours) {
-  for (std::size_t i = 0; i < contours.size(); ++i) {
-    const std::span<const Vec2d> contour = VerticesOf(contours[i]);
-    const int turn = TurnOf(contour);
-    if (turn == 0) continue;
-    const double area = std::abs(PolygonArea(contour));
-    outlines_.push_back(
-        {i, contour[LeftmostVertex(contour)], std::isfinite(area) ? area : DBL_MAX, turn});
-  }
-  if (outlines_.size() < 2) return;
-  for (std::size_t i = 0; i < outlines_.size(); ++i) {
-    AddEdges(i, VerticesOf(contours[outlines_[i].contour]));
-    openingOutlines_.push_back(i);
-  }
-  std::sort(edges_.begin(), edges_.end(),
-            [](const Edge& a, const Edge& b) { return a.left.x < b.left.x; });
-  std::sort(openingOutlines_.begin(), openingOutlines_.end(), [this](std::size_t a, std::size_t b) {
-    const auto key = [this](std::size_t i) {
-      return std::tuple(outlines_[i].leftmost.x, outlines_[i].leftmost.y, -outlines_[i].area, i);
-    };
-    return key(a) < key(b);
-  });
-  places_.resize(edges_.size(), status_.end());
-  starts_.resize(outlines_.size(), status_.end());
-}
-
-void Sweep::AddEdges(std::size_t outline, std::span<const Vec2d> contour) {
-  Vec2d from = contour.back();
-  for (const Vec2d& to : contour) {
-    const bool runsRight = from.x < to.x;
-    const bool hasInsideAbove = runsRight == (outlines_[outline].turn > 0);
-    const double area = outlines_[outline].area;
-    if (runsRight) edges_.push_back({from, to, outline, area, hasInsideAbove});
-    if (to.x < from.x) edges_.push_back({to, from, outline, area, hasInsideAbove});
-    from = to;
-  }
-}
-
-void Sweep::Insert(std::size_t edge) {
-  const Edge& added = edges_[edge];
-  places_[edge] = status_.insert(&added).first;
-  const bool isStart = added.hasInsideAbove && added.left == outlines_[added.outline].leftmost;
-  if (isStart) starts_[added.outline] = places_[edge];
-}
-
-/// Finds the parent of an outline whose leftmost vertex the sweep has reached.
-void Sweep::Resolve(std::size_t index) {
-  Outline& outline = outlines_[index];
-  outline.isResolved = true;
-  Status::iterator below = starts_[index];
-  if (below == status_.end()) return;
-  do {
-    if (below == status_.begin()) return;
-    --below;
-  } while ((*below)->outline == index);
-  const Outline& neighbour = outlines_[(*below)->outline];
-  if (!neighbour.isResolved) return;  // only where contours cross
-  outline.parent = (*below)->hasInsideAbove ? (*below)->outline : neighbour.parent;
-  outline.isOuter = outline.parent == NONE || !outlines_[outline.parent].isOuter;
-}
-
-void Sweep::Run() {
-  std::vector<std::size_t> closingEdges(edges_.size());
-  for (std::size_t i = 0; i < edges_.size(); ++i) closingEdges[i] = i;
-  std::sort(closingEdges.begin(), closingEdges.end(),
-            [this](std::size_t a, std::size_t b) { return edges_[a].right.x < edges_[b].right.x; });
-  std::size_t closed = 0;
-  std::size_t opened = 0;
-  for (std::size_t resolved = 0; resolved < openingOutlines_.size();) {
-    const double x = edges_[opened].left.x;
-    for (; edges_[closingEdges[closed]].right.x <= x; ++closed) {
-      status_.erase(places_[closingEdges[closed]]);
-    }
-    for (; opened < edges_.size() && edges_[opened].left.x == x; ++opened) Insert(opened);
-    for (; resolved < openingOutlines_.size() &&
-           outlines_[openingOutlines_[resolved]].leftmost.x == x;
-         ++resolved) {
-      Resolve(openingOutlines_[resolved]);
-    }
-  }
+  return nests;
 }
 
 }  // namespace
@@ -239,18 +111,32 @@ int TurnOf(std::span<const Vec2d> contour) {
 }
 
 std::vector<ContourGroup> GroupContours(std::span<const GpcContour> contours) {
-  Sweep sweep(contours);
-  sweep.Run();
-  const std::vector<Outline>& outlines = sweep.Outlines();
-  std::vector<std::size_t> groupOf(outlines.size(), NONE);
-  std::vector<ContourGroup> groups;
-  for (std::size_t i = 0; i < outlines.size(); ++i) {
-    if (!outlines[i].isOuter) continue;
-    groupOf[i] = groups.size();
-    groups.push_back({outlines[i].contour, {}});
+  const std::vector<gpc::Nest> nests = NestsOf(contours);
+  std::unordered_map<std::uint64_t, std::size_t> bySet;
+  for (std::size_t i = 0; i < nests.size(); ++i) {
+    if (nests[i].depth != 0) bySet.emplace(nests[i].set, i);
   }
-  for (const Outline& outline : outlines) {
-    if (!outline.isOuter) groups[groupOf[outline.parent]].holes.push_back(outline.contour);
+  const auto parentOf = [&](std::size_t i) {
+    const auto found = bySet.find(nests[i].set ^ gpc::BitsOf(static_cast<gpc::Index>(i)));
+    return found == bySet.end() ? NONE : found->second;
+  };
+  std::vector<std::size_t> groupOf(nests.size(), NONE);
+  std::vector<ContourGroup> groups;
+  for (std::size_t i = 0; i < nests.size(); ++i) {
+    const bool isOuter = nests[i].depth % 2 == 1 || (nests[i].depth != 0 && parentOf(i) == NONE);
+    if (!isOuter) continue;
+    groupOf[i] = groups.size();
+    groups.push_back({i, {}});
+  }
+  for (std::size_t i = 0; i < nests.size(); ++i) {
+    if (nests[i].depth == 0 || groupOf[i] != NONE) continue;
+    // A parent is no outer contour where contours cross.
+    const std::size_t group = groupOf[parentOf(i)];
+    if (group == NONE) {
+      groups.push_back({i, {}});
+    } else {
+      groups[group].holes.push_back(i);
+    }
   }
   return groups;
 }

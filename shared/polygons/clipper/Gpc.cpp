@@ -109,6 +109,14 @@ Run::Run(gpc_op operation, Rule rule, const Operand& subject, const Operand& cli
   }
 }
 
+std::vector<Nest> FindNests(const Operand& contours, std::span<const double> sizes) {
+  Workspace& work = GetWorkspace();
+  work.nestSizes = sizes;
+  LoadPolygons(work, GPC_UNION, Rule::Nests, contours, {});
+  Arrange(work);
+  return {work.nests.begin(), work.nests.end()};
+}
+
 Run::~Run() {
   Trim(work_);
 }

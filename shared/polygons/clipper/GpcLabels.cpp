@@ -33,6 +33,7 @@ public:
   explicit EvenOddAccount(const Workspace& work) : work_(work) {}
   void Pass(Half half) { inside_ ^= work_.parities[half / 2]; }
   void PassContour(const Contour& contour, int) { inside_ ^= contour.operand; }
+  void NoteInside(const Contour&) {}
   Operands Inside() const { return inside_; }
 
 private:
@@ -87,6 +88,7 @@ public:
     });
   }
   void PassContour(const Contour& contour, int turns) { windings_[contour.operand - 1] += turns; }
+  void NoteInside(const Contour&) {}
   Operands Inside() const {
     return static_cast<Operands>((IsInside(windings_[0]) ? SUBJECT : 0) |
                                  (IsInside(windings_[1]) ? CLIP : 0));
@@ -118,6 +120,7 @@ public:
     isOdd ^= 1;
     counts_[contour.operand - 1] += isOdd != 0 ? 1 : -1;
   }
+  void NoteInside(const Contour&) {}
   Operands Inside() const {
     return static_cast<Operands>((counts_[0] != 0 ? SUBJECT : 0) | (counts_[1] != 0 ? CLIP : 0));
   }
@@ -126,6 +129,81 @@ private:
   Workspace& work_;
   MergedChains merged_;
   int counts_[2] = {0, 0};
+};
+
+/// The inside of a contour is on that side of its edges where it counts. There lie around it all
+/// that count, less those whose edges are the same and that lie in it.
+class NestAccount {
+public:
+  explicit NestAccount(Workspace& work) : work_(work), merged_(work) {
+    work.isOdd.Fill(work.polygonCount, 0);
+    work.nests.Fill(work.polygonCount, Nest());
+  }
+  void Pass(Half half) {
+    const Nest right = now_;
+    passed_.Clear();
+    merged_.ForEach(half, [this](Half each) {
+      const Contour& contour = work_.contours[work_.chains[each / 2].contour];
+      passed_.Append({contour.polygon, work_.isOdd[contour.polygon]});
+      PassContour(contour, 1);
+    });
+    if (passed_.Size() == 1) {
+      const Index polygon = passed_[0].polygon;
+      Note(polygon, work_.isOdd[polygon] != 0 ? now_ : right);
+    } else {
+      NoteInside(now_, 1);
+      NoteInside(right, 0);
+    }
+  }
+  void PassContour(const Contour& contour, int) {
+    std::uint8_t& isOdd = work_.isOdd[contour.polygon];
+    isOdd ^= 1;
+    Toggle(now_, contour.polygon, isOdd != 0);
+  }
+  void NoteInside(const Contour& contour) { Note(contour.polygon, now_); }
+  Operands Inside() const { return now_.depth % 2 != 0 ? SUBJECT : 0; }
+
+private:
+  struct Passed {
+    Index polygon;
+    std::uint8_t wasOdd;
+  };
+
+  static void Toggle(Nest& nest, Index polygon, bool isAdded) {
+    nest.set ^= BitsOf(polygon);
+    nest.depth += isAdded ? 1 : NONE;  // less one
+  }
+
+  void Note(Index polygon, const Nest& nest) {
+    if (work_.nests[polygon].depth == 0) work_.nests[polygon] = nest;
+  }
+
+  /// Notes the contours just passed that have their inside on the left (1) or right (0) side, given
+  /// what counts there. One that came by twice has its inside on neither.
+  void NoteInside(Nest nest, std::uint8_t isLeft) {
+    Buffer<Index>& inside = work_.stack;
+    inside.Clear();
+    for (const Passed& passed : passed_) {
+      const std::uint8_t isOdd = work_.isOdd[passed.polygon];
+      if (isOdd != isLeft || isOdd == passed.wasOdd) continue;
+      inside.Append(passed.polygon);
+      Toggle(nest, passed.polygon, false);
+    }
+    std::sort(inside.begin(), inside.end(), [this](Index a, Index b) {
+      const double one = work_.nestSizes[a];
+      const double two = work_.nestSizes[b];
+      return one != two ? one > two : a < b;
+    });
+    for (const Index polygon : inside) {
+      Toggle(nest, polygon, true);
+      Note(polygon, nest);
+    }
+  }
+
+  Workspace& work_;
+  MergedChains merged_;
+  Buffer<Passed> passed_{L"label creation"};
+  Nest now_;
 };
 
 /// Walks through the connected parts.
@@ -160,6 +238,7 @@ private:
     const int turns = TurnAt(contour, contour.lowest);
     Enter(contour.lowest);
     account_.PassContour(contour, turns);
+    account_.NoteInside(contour);
     work_.loopInsides[contourIndex] = account_.Inside();
     account_.PassContour(contour, -turns);
     work_.loopOutsides[contourIndex] = account_.Inside();
@@ -290,6 +369,8 @@ bool FindLabels(Workspace& work) {
       return Labeller<EvenOddAccount>(work).Run();
     case Rule::Polygons:
       return Labeller<PolygonAccount>(work).Run();
+    case Rule::Nests:
+      return Labeller<NestAccount>(work).Run();
     default:
       return Labeller<WindingAccount>(work).Run();
   }

@@ -128,7 +128,7 @@ void LoadPolygon(Workspace& work, const Operand& source, Operands operand, const
     if (count < 3) continue;
     to[count] = to[0];
     Index polygon = 0;
-    if (work.rule == Rule::Polygons) {
+    if (work.rule == Rule::Polygons || work.rule == Rule::Nests) {
       polygon = firstPolygon + source.polygons[i];
       work.polygonCount = std::max(work.polygonCount, polygon + 1);
     }

@@ -12,6 +12,8 @@
 
 #pragma once
 
+#include <vector>
+
 #include "shared/polygons/clipper/GpcWorkspace.h"
 
 namespace shr::gpc {
@@ -36,6 +38,13 @@ public:
 private:
   Workspace& work_;
 };
+
+/// Returns what lies around each contour of an operand, in which each is a polygon of its own, by
+/// the number of the polygon. Where edges of several contours lie upon each other, those of greater
+/// size lie around the others, of several of one size those of lesser number. The depth is 0 for
+/// contours that enclose nothing and for numbers without a contour. Of contours that cross,
+/// anything may come.
+std::vector<Nest> FindNests(const Operand& contours, std::span<const double> sizes);
 
 /// Returns the contours of a record as an operand of any rule but that of polygons.
 inline Operand OperandOf(const GpcPolygon& polygon) {

@@ -38,6 +38,7 @@ enum class Rule : std::uint8_t {
   Positive,  ///< a winding number above 0, as inside a counter-clockwise contour in a y-up frame
   Negative,
   Polygons,  ///< at least one polygon, in which the even-odd rule holds
+  Nests,     ///< as `EvenOdd`; beside it the contours are found that lie around each polygon
 };
 
 /// The contours of an operand. `polygons` has the number of the polygon that each belongs to; it
@@ -207,6 +208,22 @@ struct MergedEntry {
   Index next;
 };
 
+/// What lies around a polygon, itself included: how many, and a number that stands for the set.
+struct Nest {
+  std::uint64_t set = 0;
+  Index depth = 0;
+};
+
+/// Returns what the polygon of a number adds to the number of a set by exclusive or (the finisher
+/// of G. L. Steele, D. Lea and C. H. Flood, "Fast Splittable Pseudorandom Number Generators",
+/// 2014).
+inline std::uint64_t BitsOf(Index polygon) {
+  std::uint64_t bits = (polygon + std::uint64_t{1}) * 0x9E3779B97F4A7C15u;
+  bits = (bits ^ bits >> 30) * 0xBF58476D1CE4E5B9u;
+  bits = (bits ^ bits >> 27) * 0x94D049BB133111EBu;
+  return bits ^ bits >> 31;
+}
+
 /// What lies on the two sides of a chain: twice two bits of `Operands`.
 using Sides = std::uint8_t;
 inline Sides MakeSides(Operands left, Operands right) {
@@ -300,6 +317,8 @@ struct Workspace {
   Buffer<Index> slabSections{L"index creation"};
   Buffer<Place> parts{L"label creation"};         ///< in the order of their lowest points
   Buffer<std::uint8_t> isOdd{L"label creation"};  ///< by polygon
+  Buffer<Nest> nests{L"label creation"};          ///< by polygon
+  std::span<const double> nestSizes;              ///< by polygon
   Buffer<Index> mergedLists{L"label creation"};   ///< by chain, if there are mergers
   Buffer<MergedEntry> mergedEntries{L"label creation"};
   Buffer<Half> keptHalves{L"label creation"};  ///< by half edge
