@@ -35,6 +35,9 @@ class CBufferedFile;
 class GPolygon2d;
 struct MultiPolygon2d;
 
+class GPolygon;
+SHARED_API GPolygon Unite(std::span<const GPolygon> polygons);
+
 /// A polygon of any number of contours under the even-odd rule.
 ///
 /// Contours are stored open: points at the end of a contour that equal its first exactly are left
@@ -170,6 +173,10 @@ public:
   /// empty it; the clipper is not called then. A box without area holds nothing.
   void Combine(const GPolygon& other, SET_OPERATION operation);
   void Combine(const GPolygon& other, SET_OPERATION operation, GPolygon& result) const;
+  /// The same with what is inside of both operands decided by a fill rule. Union with an empty
+  /// polygon gives the contours that border what is inside by that rule.
+  void Combine(const GPolygon& other, SET_OPERATION operation, FillRule rule,
+               GPolygon& result) const;
   void Intersection(const GPolygon& other);
   void Intersection(const GPolygon& other, GPolygon& result) const;
   void Intersection(const Box2d& box);
@@ -200,6 +207,8 @@ public:
   void DumpToBinaryFile(CBufferedFile& file) const;
 
 private:
+  friend SHARED_API GPolygon Unite(std::span<const GPolygon> polygons);
+
   void Reserve(std::size_t contours);
   void Append(std::span<const Vec2d> contour, int holeFlag);
   void TruncateTo(int contours) noexcept;
@@ -214,6 +223,10 @@ private:
   int capacity_ = 0;  // contours for which the arrays of the record have room
   Box2d box_;
 };
+
+/// Returns the union of all polygons in one run: what is inside at least one of them, each under
+/// the even-odd rule. Errors and cost: as `gpc_polygon_clip`, in the number of all points.
+SHARED_API GPolygon Unite(std::span<const GPolygon> polygons);
 
 /// Returns the area inside, as the function of that name in shared/polygons/FlatPolygon.h.
 SHARED_API double TriangulatedPolygonArea(const GPolygon& polygon);

@@ -430,4 +430,27 @@ void GPolygon2d::RemoveZeroWidthReturnPaths() {
   Intersection(GetBBox());
 }
 
+GPolygon2d Unite(std::span<const GPolygon2d> polygons) {
+  std::vector<const GPolygon2dModel*> models;
+  models.reserve(polygons.size());
+  for (const GPolygon2d& polygon : polygons) models.push_back(&polygon.Model());
+  return GPolygon2d(UniteModels(models));
+}
+
+bool GPolygonContains(const GPolygon2d& a, const GPolygon2d& b) {
+  GPolygon2d outside;
+  b.Difference(a, outside);
+  return outside.GetNumContours() == 0;
+}
+
+bool GPolygonContains(const GPolygon2d& a, const Vec2d* points, const unsigned int* counts,
+                      std::size_t numContours) {
+  return GPolygonContains(a, GPolygon2d(points, counts, numContours));
+}
+
+bool GPolygonContains(const GPolygon2d& a, std::span<const Vec2d> points,
+                      std::span<const unsigned int> counts) {
+  return GPolygonContains(a, GPolygon2d(points, counts));
+}
+
 }  // namespace shr

@@ -16,17 +16,17 @@
 namespace shr {
 namespace {
 
-/// The rings of a model as an operand of the clipper.
+/// The rings of models as an operand of the clipper.
 class RingOperand {
 public:
-  explicit RingOperand(const GPolygon2dModel& model)
-      : RingOperand(model, 0, model.polygons.size()) {}
-  RingOperand(const GPolygon2dModel& model, std::size_t firstPolygon, std::size_t endPolygon) {
-    for (std::size_t i = firstPolygon; i < endPolygon; ++i) {
+  RingOperand() = default;
+  explicit RingOperand(const GPolygon2dModel& model) { Add(model); }
+
+  void Add(const GPolygon2dModel& model) {
+    for (std::size_t i = 0; i < model.polygons.size(); ++i) {
       if (model.polygons[i].isFinite) AddPolygon(model, i);
     }
   }
-
   gpc::Operand Get() const { return {contours_, polygons_}; }
 
 private:
@@ -35,12 +35,14 @@ private:
       const std::span<const Vec2d> ring = model.Ring(i);
       // The clipper reads operands only.
       contours_.push_back({static_cast<int>(ring.size()), const_cast<Vec2d*>(ring.data())});
-      polygons_.push_back(static_cast<gpc::Index>(polygon));
+      polygons_.push_back(polygonCount_);
     }
+    ++polygonCount_;
   }
 
   std::vector<GpcContour> contours_;
   std::vector<gpc::Index> polygons_;
+  gpc::Index polygonCount_ = 0;
 };
 
 /// Appends the polygons of a result, each an outer ring before its holes.
@@ -69,6 +71,13 @@ void AppendResult(const gpc::Run& run, GPolygon2dModel& model) {
       model.EndOuterRing();
     }
   }
+}
+
+GPolygon2dModel ResultOf(gpc_op operation, const RingOperand& subject, const RingOperand& clip) {
+  const gpc::Run run(operation, gpc::Rule::Polygons, subject.Get(), clip.Get(), gpc::Want::Owners);
+  GPolygon2dModel result;
+  AppendResult(run, result);
+  return result;
 }
 
 bool IsStrictlyInside(const Box2d& inner, const Box2d& outer) {
@@ -163,12 +172,13 @@ GPolygon2dModel ClipToBox(const GPolygon2dModel& model, const Box2d& box) {
 }
 
 GPolygon2dModel Combine(const GPolygon2dModel& a, const GPolygon2dModel& b, gpc_op operation) {
-  const RingOperand subject(a);
-  const RingOperand clip(b);
-  const gpc::Run run(operation, gpc::Rule::Polygons, subject.Get(), clip.Get(), gpc::Want::Owners);
-  GPolygon2dModel result;
-  AppendResult(run, result);
-  return result;
+  return ResultOf(operation, RingOperand(a), RingOperand(b));
+}
+
+GPolygon2dModel UniteModels(std::span<const GPolygon2dModel* const> models) {
+  RingOperand all;
+  for (const GPolygon2dModel* model : models) all.Add(*model);
+  return ResultOf(GPC_UNION, all, RingOperand());
 }
 
 }  // namespace shr

@@ -65,6 +65,9 @@ private:
 /// Returns the part of a model inside a box that has an area.
 GPolygon2dModel ClipToBox(const GPolygon2dModel& model, const Box2d& box);
 
+/// Returns the union of the polygons of models, see `Unite`.
+GPolygon2dModel UniteModels(std::span<const GPolygon2dModel* const> models);
+
 /// Returns the outcome of an operation, see `GPolygon2d::Union`.
 GPolygon2dModel Combine(const GPolygon2dModel& a, const GPolygon2dModel& b, gpc_op operation);
 

@@ -9,9 +9,8 @@
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/polygons/FlatContours.h"
 #include "shared/polygons/GPolygon.h"
-#include "shared/polygons/GPolygon2d.h"
-#include "shared/polygons/MultiPolygon.h"
 #include "shared/polygons/clipper/GpcHolder.h"
+#include "shared/polygons/clipper/GpcRun.h"
 
 namespace shr {
 namespace {
@@ -44,25 +43,6 @@ bool HasVertex(const GPolygon& polygon, const Vec2d& point) {
   });
 }
 
-/// Returns the polygons from `first` to `last` as one area. Halving keeps the operands small.
-GPolygon UnionOf(const MultiPolygon2d& polygons, std::size_t first, std::size_t last) {
-  if (last - first <= 1) {
-    MultiPolygon2d single(polygons.begin() + static_cast<std::ptrdiff_t>(first),
-                          polygons.begin() + static_cast<std::ptrdiff_t>(last));
-    return GPolygon(single);
-  }
-  const std::size_t middle = first + (last - first) / 2;
-  GPolygon result = UnionOf(polygons, first, middle);
-  result.Union(UnionOf(polygons, middle, last));
-  return result;
-}
-
-GPolygon UnionOf(const GPolygon2d& polygons) {
-  MultiPolygon2d model;
-  polygons.GetMultiPolygon(model);
-  return UnionOf(model, 0, model.size());
-}
-
 }  // namespace
 
 void GPolygon::Combine(const GPolygon& other, SET_OPERATION operation) {
@@ -70,14 +50,36 @@ void GPolygon::Combine(const GPolygon& other, SET_OPERATION operation) {
 }
 
 void GPolygon::Combine(const GPolygon& other, SET_OPERATION operation, GPolygon& result) const {
-  const gpc_op clipperOperation = ClipperOperation(operation);
-  if (&other == this) {
-    result = KeepsItself(operation) ? *this : GPolygon();
+  if (&other != this) {
+    Combine(other, operation, FillRule::EvenOdd, result);
     return;
   }
+  static_cast<void>(ClipperOperation(operation));
+  result = KeepsItself(operation) ? *this : GPolygon();
+}
+
+void GPolygon::Combine(const GPolygon& other, SET_OPERATION operation, FillRule rule,
+                       GPolygon& result) const {
   GpcPolygonHolder combined;
-  gpc_polygon_clip(clipperOperation, record_, other.record_, combined.record);
+  gpc_polygon_clip(ClipperOperation(operation), record_, other.record_, combined.record, rule);
   result.Take(combined.record);
+}
+
+GPolygon Unite(std::span<const GPolygon> polygons) {
+  std::vector<GpcContour> contours;
+  std::vector<gpc::Index> numbers;
+  for (std::size_t i = 0; i < polygons.size(); ++i) {
+    for (const GpcContour& contour : ContoursOf(polygons[i].GetRecord())) {
+      contours.push_back(contour);
+      numbers.push_back(static_cast<gpc::Index>(i));
+    }
+  }
+  GpcPolygonHolder united;
+  gpc::Run(GPC_UNION, gpc::Rule::Polygons, {contours, numbers}, {}, gpc::Want::Contours)
+      .MakeRecord(united.record);
+  GPolygon result;
+  result.Take(united.record);
+  return result;
 }
 
 void GPolygon::Intersection(const GPolygon& other) {
@@ -156,20 +158,6 @@ bool GPolygonContains(const GPolygon& a, const Vec2d* points, const unsigned int
 bool GPolygonContains(const GPolygon& a, std::span<const Vec2d> points,
                       std::span<const unsigned int> counts) {
   return GPolygonContains(a, GPolygon(points, counts));
-}
-
-bool GPolygonContains(const GPolygon2d& a, const GPolygon2d& b) {
-  return GPolygonContains(UnionOf(a), UnionOf(b));
-}
-
-bool GPolygonContains(const GPolygon2d& a, const Vec2d* points, const unsigned int* counts,
-                      std::size_t numContours) {
-  return GPolygonContains(a, GPolygon2d(points, counts, numContours));
-}
-
-bool GPolygonContains(const GPolygon2d& a, std::span<const Vec2d> points,
-                      std::span<const unsigned int> counts) {
-  return GPolygonContains(a, GPolygon2d(points, counts));
 }
 
 }  // namespace shr

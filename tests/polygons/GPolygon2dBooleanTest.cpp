@@ -9,6 +9,8 @@
 
 #include <cmath>
 
+#include "shared/polygons/FlatPolygon.h"
+#include "shared/polygons/GPolygon.h"
 #include "tests/polygons/BooleanCases.h"
 #include "tests/polygons/GPolygon2dTestSupport.h"
 
@@ -127,6 +129,91 @@ TEST(GPolygon2dBoolean, polygonsOfOtherThanNumbersHaveNoInside) {
   polygon.Union(GPolygon2d(1.0, 1.0, 3.0, 3.0));
   EXPECT_EQ(polygon.GetNumContours(), 1u);
   EXPECT_EQ(AreaOf(polygon), 7.0);
+}
+
+// Holes whose contours share their leftmost vertex, or touch the outer contour or each other.
+TEST(GPolygon2dBoolean, holesStayHolesWhereContoursTouch) {
+  const struct {
+    const char* name;
+    std::vector<Contours> holes;
+    std::size_t polygons;
+    double area;
+  } rows[] = {
+      {"leftmost vertex shared", {{{{3, 3}, {6, 4}, {6, 8}}}, {{{3, 3}, {4, 1}, {5, 2}}}}, 1, 92.5},
+      {"corner on a side", {{{{2, 7}, {5, 1}, {10, 4}}}}, 1, 80.5},
+      {"ring of holes around an island",
+       {{{{2, 5}, {5, 2}, {5, 3}, {3, 5}}},
+        {{{5, 2}, {8, 5}, {7, 5}, {5, 3}}},
+        {{{8, 5}, {5, 8}, {5, 7}, {7, 5}}},
+        {{{5, 8}, {2, 5}, {3, 5}, {5, 7}}}},
+       2,
+       100.0 - 10.0},
+      {"chain of holes from side to side",
+       {{{{0, 5}, {3, 3}, {5, 5}, {3, 7}}}, {{{5, 5}, {8, 3}, {10, 5}, {8, 7}}}},
+       2,
+       80.0},
+  };
+  for (const auto& row : rows) {
+    GPolygon2d polygon(0.0, 0.0, 10.0, 10.0);
+    for (const Contours& hole : row.holes) polygon.Difference(GPolygon2d(hole[0]));
+    EXPECT_EQ(polygon.GetNumContours(), row.polygons) << row.name;
+    EXPECT_DOUBLE_EQ(AreaOf(polygon), row.area) << row.name;
+    MultiPolygon2d model;
+    polygon.GetMultiPolygon(model);
+    double area = 0.0;
+    for (const Polygon2d& part : model) {
+      area -= PolygonArea(part.outer());
+      for (const Ring2d& inner : part.inners()) area -= PolygonArea(inner);
+    }
+    EXPECT_DOUBLE_EQ(area, row.area) << row.name;
+  }
+  GPolygon2d square(0.0, 0.0, 10.0, 10.0);
+  square.Difference(GPolygon2d(rows[0].holes[0][0]));
+  square.Difference(GPolygon2d(rows[0].holes[1][0]));
+  EXPECT_FALSE(square.PointInside({5.5, 4.5}));
+  EXPECT_TRUE(square.PointInside({8.0, 5.0}));
+}
+
+TEST(GPolygon2dBoolean, islandsInHolesAreOwnedByTheirFace) {
+  // Nested rings, islands beside holes, under an edge with many pieces.
+  std::vector<GPolygon2d> cells;
+  GPolygon2d frame(0.0, 0.0, 100.0, 100.0);
+  for (int i = 0; i < 100; i += 10) {
+    for (int j = 0; j < 100; j += 10) {
+      const Vec2d low(i + 1.0, j + 1.0);
+      frame.Difference(GPolygon2d(low.x, low.y, low.x + 8.0, low.y + 8.0));
+      cells.emplace_back(low.x + 2.0, low.y + 2.0, low.x + 6.0, low.y + 6.0);
+    }
+  }
+  cells.push_back(frame);
+  const GPolygon2d all = Unite(cells);
+  EXPECT_EQ(all.GetNumContours(), 101u);
+  EXPECT_EQ(all.GetNumRings(), 201u);
+  EXPECT_EQ(AreaOf(all), 10000.0 - 100 * 64.0 + 100 * 16.0);
+  GPolygon2d result;
+  all.Intersection(GPolygon2d(-1.0, -1.0, 50.0, 101.0), result);
+  EXPECT_EQ(result.GetNumContours(), 51u);
+}
+
+TEST(GPolygon2dBoolean, manyAreUnitedInOneRunAsOneByOne) {
+  std::mt19937_64 random(3);
+  std::uniform_real_distribution<double> place(0.0, 100.0);
+  std::vector<GPolygon2d> parts;
+  std::vector<GPolygon> others;
+  GPolygon2d oneByOne;
+  for (int i = 0; i < 60; ++i) {
+    const Vec2d p(place(random), place(random));
+    parts.emplace_back(std::vector<Vec2d>{p, p + Vec2d(20, 3), p + Vec2d(9, 15), p + Vec2d(2, 9)});
+    others.emplace_back(parts.back());
+    oneByOne.Union(parts.back());
+  }
+  parts.push_back(parts.front());
+  others.push_back(others.front());
+  GPolygon2d difference;
+  Unite(parts).XOR(oneByOne, difference);
+  EXPECT_LE(AreaOf(difference), 1e-9);
+  EXPECT_NEAR(TriangulatedPolygonArea(Unite(others)), AreaOf(oneByOne), 1e-9);
+  EXPECT_EQ(Unite(std::span<const GPolygon2d>()).GetNumContours(), 0u);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 // is left out; operands that are refused; failing memory; triangle strips. Areas of hard pairs are
 // judged in GpcOracleTest.cpp.
 
+#include "shared/geometry/Orientation.h"
 #include "shared/polygons/Gpc.h"
 
 #include <gtest/gtest.h>
@@ -207,6 +208,76 @@ TEST(GpcErrors, failingMemoryLeavesTheResultAlone) {
     EXPECT_EQ(7, strips.stripCount);
   }
   EXPECT_GT(failures, 50);
+}
+
+int WindingOf(const Contours& contours, const Vec2d& point) {
+  int winding = 0;
+  for (const Points& contour : contours) {
+    for (std::size_t i = 0; i < contour.size(); ++i) {
+      const Vec2d& a = contour[i];
+      const Vec2d& b = contour[i + 1 == contour.size() ? 0 : i + 1];
+      if ((a.y <= point.y) == (b.y <= point.y)) continue;
+      const int side = OrientationSign(a, b, point);
+      if (a.y < b.y && side > 0) ++winding;
+      if (a.y > b.y && side < 0) --winding;
+    }
+  }
+  return winding;
+}
+
+TEST(GpcFillRules, decideWhatIsInside) {
+  const struct {
+    FillRule rule;
+    bool (*isInside)(int winding);
+  } rows[] = {
+      {FillRule::EvenOdd, [](int winding) { return winding % 2 != 0; }},
+      {FillRule::NonZero, [](int winding) { return winding != 0; }},
+      {FillRule::Positive, [](int winding) { return winding > 0; }},
+      {FillRule::Negative, [](int winding) { return winding < 0; }},
+  };
+  std::mt19937_64 random(5);
+  std::uniform_real_distribution<double> place(-0.05, 8.05);
+  // On a lattice, where edges of one operand coincide with each other and with those of the other.
+  const auto makeContours = [&random] {
+    Contours contours(1 + random() % 4);
+    for (Points& contour : contours) {
+      contour.resize(3 + random() % 6);
+      for (Vec2d& point : contour) {
+        point.Set(static_cast<double>(random() % 9), static_cast<double>(random() % 9));
+      }
+    }
+    if (random() % 2 == 0) contours.push_back(contours.front());
+    return contours;
+  };
+  for (int round = 0; round < 300; ++round) {
+    const Contours subject = makeContours();
+    const Contours clip = makeContours();
+    for (const auto& row : rows) {
+      for (const Operation operation : OPERATIONS) {
+        GpcResult result;
+        gpc_polygon_clip(static_cast<gpc_op>(operation), GpcOperand(subject).Record(),
+                         GpcOperand(clip).Record(), result.record, row.rule);
+        const Contours contours = result.Copy().contours;
+        for (int i = 0; i < 20; ++i) {
+          const Vec2d point(place(random), place(random));
+          const bool inSubject = row.isInside(WindingOf(subject, point));
+          const bool inClip = row.isInside(WindingOf(clip, point));
+          const bool expected = operation == Operation::Difference     ? inSubject && !inClip
+                                : operation == Operation::Intersection ? inSubject && inClip
+                                : operation == Operation::Xor          ? inSubject != inClip
+                                                                       : inSubject || inClip;
+          ASSERT_EQ(expected, WindingOf(contours, point) != 0)
+              << "round " << round << ", rule " << static_cast<int>(row.rule) << ", "
+              << NameOf(operation) << ", " << point << "\nsubject " << ToText(subject) << "\nclip "
+              << ToText(clip);
+        }
+      }
+    }
+  }
+  const GpcPolygon none;
+  GpcPolygon result;
+  EXPECT_THROW(gpc_polygon_clip(GPC_UNION, none, none, result, static_cast<FillRule>(4)),
+               GPCException);
 }
 
 TEST(GpcTristrips, trianglesCoverTheAreaOnce) {

@@ -131,29 +131,33 @@ Vec2d* Run::Copy(const ResultContour& contour, Vec2d* points) const {
   return points;
 }
 
-}  // namespace gpc
-
-void gpc_polygon_clip(gpc_op operation, const GpcPolygon& subject, const GpcPolygon& clip,
-                      GpcPolygon& result, FillRule rule) {
-  const gpc::Run run(operation, RuleOf(rule), gpc::OperandOf(subject), gpc::OperandOf(clip),
-                     gpc::Want::Contours);
+void Run::MakeRecord(GpcPolygon& result) const {
   RecordGuard guard;
   GpcPolygon& record = guard.record;
-  const std::size_t count = run.Contours().size();
+  const std::size_t count = Contours().size();
   if (count != 0) {
     record.holeFlags = static_cast<int*>(
-        GpcAlloc(count * sizeof(int), gpc::UNIT, __LINE__, L"hole flag array creation"));
+        GpcAlloc(count * sizeof(int), UNIT, __LINE__, L"hole flag array creation"));
     record.contours = static_cast<GpcContour*>(
-        GpcAlloc(count * sizeof(GpcContour), gpc::UNIT, __LINE__, L"contour array creation"));
+        GpcAlloc(count * sizeof(GpcContour), UNIT, __LINE__, L"contour array creation"));
   }
-  for (const gpc::ResultContour& contour : run.Contours()) {
+  for (const ResultContour& contour : Contours()) {
     auto* vertices = static_cast<Vec2d*>(
-        GpcAlloc(contour.count * sizeof(Vec2d), gpc::UNIT, __LINE__, L"contour creation"));
-    run.Copy(contour, vertices);
+        GpcAlloc(contour.count * sizeof(Vec2d), UNIT, __LINE__, L"contour creation"));
+    Copy(contour, vertices);
     record.holeFlags[record.contourCount] = contour.isHole ? 1 : 0;
     record.contours[record.contourCount++] = {static_cast<int>(contour.count), vertices};
   }
   result = std::exchange(record, GpcPolygon());
+}
+
+}  // namespace gpc
+
+void gpc_polygon_clip(gpc_op operation, const GpcPolygon& subject, const GpcPolygon& clip,
+                      GpcPolygon& result, FillRule rule) {
+  gpc::Run(operation, RuleOf(rule), gpc::OperandOf(subject), gpc::OperandOf(clip),
+           gpc::Want::Contours)
+      .MakeRecord(result);
 }
 
 }  // namespace shr

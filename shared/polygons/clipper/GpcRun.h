@@ -34,6 +34,9 @@ public:
   }
   /// Copies the points of a contour, the highest first, to `count` places and returns the end.
   Vec2d* Copy(const ResultContour& contour, Vec2d* points) const;
+  /// Stores all contours in a record, whose former content is ignored. Errors: as `GpcAlloc`; the
+  /// record is then unchanged.
+  void MakeRecord(GpcPolygon& result) const;
 
 private:
   Workspace& work_;
