@@ -57,14 +57,11 @@ constexpr double EXACT_POWERS_OF_TEN[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e
                                           1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 constexpr std::int64_t LARGEST_EXACT_POWER = 22;
 
-/// A positive double as its bits, or no result when the approximation is not good enough.
-struct Rounded {
-  bool certain = false;
-  std::uint64_t bits = 0;
-  friend bool operator==(const Rounded&, const Rounded&) = default;
-};
-
 constexpr std::uint64_t INFINITY_BITS = std::uint64_t{INFINITE_POWER} << MANTISSA_BITS;
+
+/// In place of the bits of a positive double: the approximation is not good enough. (One word is
+/// returned in a register on both targets.)
+constexpr std::uint64_t UNCERTAIN = ~std::uint64_t{0};
 
 /// The leading 128 bits of w * 5^q, w having its highest bit set.
 Product128 MultiplyByPowerOfFive(std::uint64_t w, int q) {
@@ -81,24 +78,24 @@ Product128 MultiplyByPowerOfFive(std::uint64_t w, int q) {
 }
 
 /// Rounds 55 bits that stand `1 - power` places too high to a subnormal number.
-Rounded RoundSubnormal(std::uint64_t mantissa, int power) {
-  if (1 - power >= 64) return {true, 0};
+std::uint64_t RoundSubnormal(std::uint64_t mantissa, int power) {
+  if (1 - power >= 64) return 0;
   mantissa >>= 1 - power;
   mantissa += mantissa & 1;
   // A carry into bit 52 makes the smallest normal number, whose bits are these.
-  return {true, mantissa >> 1};
+  return mantissa >> 1;
 }
 
-/// Rounds w * 10^q to the nearest double.
-Rounded RoundProduct(std::uint64_t w, std::int64_t exponent) {
-  if (w == 0 || exponent < SMALLEST_POWER_OF_TEN) return {true, 0};
-  if (exponent > LARGEST_POWER_OF_TEN) return {true, INFINITY_BITS};
+/// Rounds w * 10^q to the nearest double; returns its bits, or UNCERTAIN.
+std::uint64_t RoundProduct(std::uint64_t w, std::int64_t exponent) {
+  if (w == 0 || exponent < SMALLEST_POWER_OF_TEN) return 0;
+  if (exponent > LARGEST_POWER_OF_TEN) return INFINITY_BITS;
   const int q = static_cast<int>(exponent);
   const int leadingZeros = std::countl_zero(w);
   const Product128 product = MultiplyByPowerOfFive(w << leadingZeros, q);
   // The cut-off part of the power could still carry through a low half of ones. Powers that are
   // exact in the table have no such part.
-  if (product.low == ~std::uint64_t{0} && (q < -27 || q > 55)) return {};
+  if (product.low == ~std::uint64_t{0} && (q < -27 || q > 55)) return UNCERTAIN;
 
   const int topBit = static_cast<int>(product.high >> 63);
   const int shift = topBit + 64 - MANTISSA_BITS - 3;
@@ -115,9 +112,9 @@ Rounded RoundProduct(std::uint64_t w, std::int64_t exponent) {
     mantissa >>= 1;
     ++power;
   }
-  if (power >= INFINITE_POWER) return {true, INFINITY_BITS};
+  if (power >= INFINITE_POWER) return INFINITY_BITS;
   constexpr std::uint64_t STORED_BITS = (std::uint64_t{1} << MANTISSA_BITS) - 1;
-  return {true, (mantissa & STORED_BITS) | static_cast<std::uint64_t>(power) << MANTISSA_BITS};
+  return (mantissa & STORED_BITS) | static_cast<std::uint64_t>(power) << MANTISSA_BITS;
 }
 
 /// The digits of a number as they stand in the text.
@@ -127,7 +124,6 @@ struct Numeral {
   const Char* last = nullptr;   ///< Behind the last digit or the point.
   const Char* point = nullptr;  ///< The point; `last` when there is none.
   std::ptrdiff_t digits = 0;    ///< Number of digits.
-  std::uint64_t mantissa = 0;   ///< All digits; wrong when there are more than SHORT_DIGITS.
   std::int64_t exponent = 0;    ///< Power of ten of the last digit.
 };
 
@@ -201,25 +197,27 @@ std::uint64_t RoundLong(Numeral<Char> numeral) {
     ++taken;
   }
   const std::int64_t exponent = digits.exponent + (digits.count - taken);
-  const Rounded below = RoundProduct(mantissa, exponent);
-  if (below.certain && (taken == digits.count || below == RoundProduct(mantissa + 1, exponent))) {
-    return below.bits;
+  const std::uint64_t below = RoundProduct(mantissa, exponent);
+  if (below != UNCERTAIN &&
+      (taken == digits.count || below == RoundProduct(mantissa + 1, exponent))) {
+    return below;
   }
   return RoundExactly(numeral, digits);
 }
 
-template <typename Char>
-double ToDouble(Numeral<Char> numeral) {
-  if (numeral.digits > SHORT_DIGITS) return std::bit_cast<double>(RoundLong(numeral));
-  const std::int64_t exponent = numeral.exponent;
-  const bool exactMantissa = numeral.mantissa <= std::uint64_t{1} << (MANTISSA_BITS + 1);
-  if (exactMantissa && exponent >= -LARGEST_EXACT_POWER && exponent <= LARGEST_EXACT_POWER) {
-    const auto value = static_cast<double>(static_cast<std::int64_t>(numeral.mantissa));
-    return exponent < 0 ? value / EXACT_POWERS_OF_TEN[-exponent]
-                        : value * EXACT_POWERS_OF_TEN[exponent];
+/// An exponent is as good as random in data that has them: plain decimals only go the way that
+/// asks for its size.
+enum class Notation { Plain, Scientific };
+
+/// Converts up to SHORT_DIGITS digits; returns UNCERTAIN when it cannot.
+inline std::uint64_t RoundShort(std::uint64_t mantissa, std::int64_t exponent, Notation notation) {
+  constexpr std::uint64_t LARGEST_EXACT_MANTISSA = std::uint64_t{1} << (MANTISSA_BITS + 1);
+  if (notation == Notation::Plain && exponent >= -LARGEST_EXACT_POWER &&
+      mantissa <= LARGEST_EXACT_MANTISSA) {
+    const auto value = static_cast<double>(static_cast<std::int64_t>(mantissa));
+    return std::bit_cast<std::uint64_t>(value / EXACT_POWERS_OF_TEN[-exponent]);
   }
-  const Rounded rounded = RoundProduct(numeral.mantissa, exponent);
-  return std::bit_cast<double>(rounded.certain ? rounded.bits : RoundLong(numeral));
+  return RoundProduct(mantissa, exponent);
 }
 
 // Scanning.
@@ -285,7 +283,9 @@ const Char* ScanExponent(const Char* next, const Char* last, std::int64_t& expon
     if (value < EXPONENT_LIMIT) value = value * 10 + static_cast<std::int64_t>(DigitValue(*digit));
     ++digit;
   } while (digit != last && IsDigit(*digit));
-  exponent = sign.negative ? -value : value;
+  // No branch for this sign either.
+  const std::int64_t flip = -static_cast<std::int64_t>(sign.negative);
+  exponent = (value ^ flip) - flip;
   return digit;
 }
 
@@ -337,7 +337,15 @@ inline Decimal<Char> ScanDecimal(const Char* first, const Char* last) {
   std::int64_t exponent = 0;
   const Char* const end = ScanExponent(digits.next, last, exponent);
   exponent -= decimals;
-  return {end, ToDouble<Char>({first, digits.next, point, count, digits.value, exponent})};
+  std::uint64_t bits = UNCERTAIN;
+  if (count <= SHORT_DIGITS) {
+    bits = RoundShort(digits.value, exponent,
+                      end == digits.next ? Notation::Plain : Notation::Scientific);
+  }
+  if (bits == UNCERTAIN) {
+    bits = RoundLong(Numeral<Char>{first, digits.next, point, count, exponent});
+  }
+  return {end, std::bit_cast<double>(bits)};
 }
 
 template <typename Char>
@@ -347,9 +355,8 @@ const Char* SkipSpaces(const Char* next, const Char* last) {
 }
 
 template <typename Char>
-bool ParseDouble(std::basic_string_view<Char> text, double& value) {
-  const Char* const last = text.data() + text.size();
-  const Char* const first = SkipSpaces(text.data(), last);
+bool ParseDouble(const Char* begin, const Char* last, double& value) {
+  const Char* const first = SkipSpaces(begin, last);
   const Sign sign = ScanSign(first, last);
   Decimal<Char> number = ScanDecimal(first + sign.length, last);
   bool valid = std::isfinite(number.value);
@@ -421,8 +428,7 @@ RealPrefix<Char> ParseRealPrefix(const Char* first, const Char* last) noexcept {
   const Char* const end = SkipMagnitude(first + sign.length, last);
   if (end == first + sign.length) return {first, 0, RealStatus::None};
   RealPrefix<Char> number{end, 0, RealStatus::Ok};
-  const std::basic_string_view<Char> text(first, static_cast<std::size_t>(end - first));
-  if (!ParseDouble(text, number.value)) {
+  if (!ParseDouble(first, end, number.value)) {
     number.value = WithSign(std::numeric_limits<double>::infinity(), sign);
     number.status = RealStatus::Overflow;
   }
@@ -457,11 +463,11 @@ bool StringToUnsigned(std::wstring_view text, unsigned int& value) {
 }
 
 bool StringToDouble(std::string_view text, double& value) {
-  return ParseDouble(text, value);
+  return ParseDouble(text.data(), text.data() + text.size(), value);
 }
 
 bool StringToDouble(std::wstring_view text, double& value) {
-  return ParseDouble(text, value);
+  return ParseDouble(text.data(), text.data() + text.size(), value);
 }
 
 }  // namespace shr
