@@ -81,38 +81,38 @@ Workload MakeWorkload(std::size_t count, Order order) {
   return work;
 }
 
-double Ours(std::wstring_view text) {
+double Ours(const std::wstring_view& text) {
   double value = 0;
   shr::StringToDouble(text, value);
   return value;
 }
 
-double OursNarrow(std::string_view text) {
+double OursNarrow(const std::string_view& text) {
   double value = 0;
   shr::StringToDouble(text, value);
   return value;
 }
 
-double FastFloat(std::string_view text) {
+double FastFloat(const std::string_view& text) {
   double value = 0;
   fast_float::from_chars(text.data(), text.data() + text.size(), value);
   return value;
 }
 
-double FromChars(std::string_view text) {
+double FromChars(const std::string_view& text) {
   double value = 0;
   std::from_chars(text.data(), text.data() + text.size(), value);
   return value;
 }
 
-double WideStrtod(std::wstring_view text) {
+double WideStrtod(const std::wstring_view& text) {
   return std::wcstod(text.data(), nullptr);
 }
 
 /// Demands that a contender gives the same values as std::from_chars.
 template <typename View>
 void CheckContender(const Workload& work, const std::vector<View>& numbers,
-                    double (*contender)(View)) {
+                    double (*contender)(const View&)) {
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     const std::string_view narrow = work.narrowNumbers[i];
     if (contender(numbers[i]) != FromChars(narrow)) {
@@ -131,23 +131,23 @@ const Workload& WorkloadOf(std::size_t count, Order order) {
 
 template <typename View>
 void Run(benchmark::State& state, const std::vector<View>& numbers, const Workload& work,
-         double (*contender)(View)) {
+         double (*contender)(const View&)) {
   CheckContender(work, numbers, contender);
   for (auto _ : state) {
     double sum = 0;
-    for (const View number : numbers) sum += contender(number);
+    for (const View& number : numbers) sum += contender(number);
     benchmark::DoNotOptimize(sum);
   }
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(numbers.size()));
 }
 
-template <double (*CONTENDER)(std::wstring_view), Order ORDER>
+template <double (*CONTENDER)(const std::wstring_view&), Order ORDER>
 void Wide(benchmark::State& state) {
   const Workload& work = WorkloadOf(static_cast<std::size_t>(state.range(0)), ORDER);
   Run(state, work.wideNumbers, work, CONTENDER);
 }
 
-template <double (*CONTENDER)(std::string_view), Order ORDER>
+template <double (*CONTENDER)(const std::string_view&), Order ORDER>
 void Narrow(benchmark::State& state) {
   const Workload& work = WorkloadOf(static_cast<std::size_t>(state.range(0)), ORDER);
   Run(state, work.narrowNumbers, work, CONTENDER);
