@@ -47,7 +47,7 @@ std::string LoadAndStore(std::string_view bytes) {
     stored = shr::test::Stored([&](shr::Archive& again) { document.Serialize(again); });
   } catch (const shr::Exception&) {
   }
-  shr::test::DestroyLoaded(archive);
+  archive.DiscardLoaded();
   return stored;
 }
 

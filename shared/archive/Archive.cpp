@@ -12,14 +12,21 @@
 //
 // A write that failed may have reached the file in part. The block is kept, and before it is tried
 // again the file is put back to the position of the block.
+//
+// A file on disk is written aside (`replacement_`) and there is no `file_` then. Two notes decide
+// whether it may take the place of the old one: `isCut_`, something was not stored as a whole,
+// which nothing mends; and `hasFailed_`, a write failed, which the caller may have tried again, so
+// that only the destructor heeds it.
 
 #include "shared/archive/Archive.h"
 
 #include <algorithm>
 #include <bit>
 #include <cwchar>
+#include <exception>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "shared/archive/ArchiveObjects.h"
 #include "shared/archive/ByteSum.h"
@@ -27,9 +34,11 @@
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/files/File.h"
 #include "shared/files/Path.h"
+#include "shared/files/ReplacementFile.h"
 #include "shared/geometry/Box3.h"
 #include "shared/geometry/Mat4.h"
 #include "shared/geometry/Quat4.h"
+#include "shared/platform/Paths.h"
 #include "shared/text/GString.h"
 #include "shared/text/Utf.h"
 
@@ -56,8 +65,8 @@ constexpr int LINE_WRITE_WITHOUT_FILE = 257;
 constexpr int LINE_TEXT_TOO_LONG = 671;
 
 constexpr std::size_t BLOCK_SIZE = 64 * 1024;
-/// Many bytes are copied and added up in pieces of this size, which the nearest cache holds.
-constexpr std::size_t PIECE_SIZE = 16 * 1024;
+/// From this size on bytes are added up while they are copied, below it later with others.
+constexpr std::size_t LEAST_SUMMED_AT_ONCE = 1024;
 /// The most that one call reads past the block.
 constexpr std::size_t READ_SIZE = 256 * 1024;
 /// The most memory taken ahead of the bytes of a file that does not tell its length.
@@ -66,10 +75,6 @@ constexpr std::uint64_t MAX_COUNT = std::numeric_limits<std::uint32_t>::max();
 constexpr std::uint16_t SYNC_MARKER = 0x5344;  // "DS"
 
 }  // namespace
-
-std::uint64_t Archive::GetPosition() const noexcept {
-  return blockPosition_ + static_cast<std::uint64_t>(next_ - begin_);
-}
 
 /// Adds what passed since it was last asked for, and returns the sum of all bytes so far.
 inline std::uint16_t Archive::TakeSum() noexcept {
@@ -88,7 +93,12 @@ Archive::Archive(const GString& path, Mode mode) : Archive() {
 }
 
 Archive::~Archive() {
-  if (!file_) return;
+  if (!IsOpen()) return;
+  const bool isGivenUp = isCut_ || hasFailed_ || IsUnwinding();
+  if (isGivenUp && replacement_ != nullptr) {
+    Abandon();
+    return;
+  }
   try {
     Close();
   } catch (...) {  // a destructor cannot report
@@ -97,8 +107,17 @@ Archive::~Archive() {
 
 // Opening and closing.
 
+/// Returns whether an exception is on its way that was not when the archive was opened.
+bool Archive::IsUnwinding() const noexcept {
+  return std::uncaught_exceptions() > exceptionsAtOpen_;
+}
+
+bool Archive::IsMemory() const noexcept {
+  return file_ != nullptr && file_->IsMemoryFile();
+}
+
 void Archive::CheckIsClosed(int line) const {
-  if (file_) ThrowInternalError(SHARED_MODULE, UNIT, line);
+  if (IsOpen()) ThrowInternalError(SHARED_MODULE, UNIT, line);
 }
 
 void Archive::OpenFile(const GString& path, Mode mode) {
@@ -107,7 +126,10 @@ void Archive::OpenFile(const GString& path, Mode mode) {
   const GString resolved = CPath(path).GetFullPath();
   const GString& fullPath = resolved.empty() ? path : resolved;  // empty for very long ones
   auto file = std::make_unique<CFile>();
-  if (mode == Store) {
+  if (mode == Store && !platform::IsDevice(fullPath)) {
+    replacement_ = std::make_unique<CReplacementFile>(fullPath);
+    file = nullptr;
+  } else if (mode == Store) {
     file->Open(fullPath, CFile::AccessWrite, CFile::ModeCreateAlways, CFile::ShareNone);
   } else {
     file->Open(fullPath, CFile::AccessRead, CFile::ModeOpenExisting, CFile::ShareRead);
@@ -143,64 +165,98 @@ void Archive::Open(std::unique_ptr<CFile> file, Mode mode) {
   mode_ = mode == Store ? Store : Load;
   begin_ = summed_ = next_ = end_ = block_.get();
   if (mode_ == Store) end_ += BLOCK_SIZE;
+  exceptionsAtOpen_ = std::uncaught_exceptions();
 }
 
 void Archive::Reset() noexcept {
   sum_ = 0;
-  objects_->Reset();
-  managed_->Reset();
+  ReleaseLoaded(false, isCut_ || IsUnwinding());
   classNames_.clear();
-  depth_ = 0;
+  classTypes_.clear();
+  withoutBytes_ = 0;
+  isCut_ = hasFailed_ = false;
+}
+
+void Archive::ForgetFile() noexcept {
+  file_.reset();
+  replacement_.reset();
+  block_.reset();
+  begin_ = summed_ = next_ = end_ = nullptr;
+  blockPosition_ = 0;
+  isPositionLost_ = false;
+  Reset();
 }
 
 void Archive::Close() {
-  if (!file_) ThrowInternalError(SHARED_MODULE, UNIT, LINE_CLOSE_WITHOUT_FILE);
+  if (!IsOpen()) ThrowInternalError(SHARED_MODULE, UNIT, LINE_CLOSE_WITHOUT_FILE);
   struct Closer {
     Archive& archive;
-    ~Closer() {
-      archive.file_.reset();
-      archive.block_.reset();
-      archive.begin_ = archive.summed_ = archive.next_ = archive.end_ = nullptr;
-      archive.blockPosition_ = 0;
-      archive.isPositionLost_ = false;
-      archive.Reset();
-    }
+    ~Closer() { archive.ForgetFile(); }
   };
   const Closer closer{*this};
-  if (mode_ == Store) FlushBlock();
-  file_->Close();
+  Finish();
+}
+
+void Archive::Finish() {
+  if (replacement_ == nullptr) {
+    if (mode_ == Store) FlushBlock();
+    file_->Close();
+    return;
+  }
+  if (isCut_) {
+    ThrowErrorImpl(UNIT, __LINE__, L"Unable to write '%s'.\n%s", GetDisplayName().c_str(),
+                   L"Not everything could be stored.");
+  }
+  FlushBlock();
+  replacement_->Commit();
+}
+
+void Archive::Abandon() noexcept {
+  if (IsOpen()) ForgetFile();
 }
 
 const unsigned char* Archive::GetBuffer() {
-  if (!file_ || !file_->IsMemoryFile()) return nullptr;
+  if (!IsMemory()) return nullptr;
   if (mode_ == Store) FlushBlock();
   return file_->GetBuffer();
 }
 
 std::uint64_t Archive::GetSize() {
-  if (!file_) return 0;
+  if (!IsOpen()) return 0;
   if (mode_ == Store) FlushBlock();
-  return static_cast<std::uint64_t>(file_->GetLength());
+  return replacement_ != nullptr ? replacement_->GetLength()
+                                 : static_cast<std::uint64_t>(file_->GetLength());
 }
 
 std::wstring Archive::GetFilename() const {
+  if (replacement_ != nullptr) return replacement_->GetFilePath().String();
   return file_ ? file_->GetFilePath().String() : std::wstring();
 }
 
 std::wstring Archive::GetDisplayName() const {
-  return file_ && file_->IsMemoryFile() ? L"memory file" : GetFilename();
+  return IsMemory() ? L"memory file" : GetFilename();
 }
 
 // Bytes.
 
 /// Writes to the file at the position of the block.
 void Archive::WriteOut(const unsigned char* bytes, std::size_t count) {
-  if (isPositionLost_) {
-    file_->Seek(static_cast<std::int64_t>(blockPosition_), CFile::OriginBegin);
+  const bool wasLost = std::exchange(isPositionLost_, true);
+  const bool hadFailed = std::exchange(hasFailed_, true);
+  if (replacement_ != nullptr) {
+    if (wasLost) replacement_->Truncate(blockPosition_);
+    // It gathers what it gets, so that much goes in pieces.
+    for (std::size_t done = 0; done < count;) {
+      const std::size_t piece = std::min(count - done, BLOCK_SIZE);
+      replacement_->Write({reinterpret_cast<const char*>(bytes) + done, piece});
+      done += piece;
+    }
+  } else {
+    if (wasLost) file_->Seek(static_cast<std::int64_t>(blockPosition_), CFile::OriginBegin);
+    file_->Write(bytes, static_cast<std::uint32_t>(count));
   }
-  isPositionLost_ = true;
-  file_->Write(bytes, static_cast<std::uint32_t>(count));
   isPositionLost_ = false;
+  hasFailed_ = hadFailed;
   blockPosition_ += count;
 }
 
@@ -226,12 +282,12 @@ void Archive::WritePast(const unsigned char* bytes, std::size_t count) {
 }
 
 void Archive::Write(const void* buffer, unsigned int count) {
-  if (!file_) ThrowInternalError(SHARED_MODULE, UNIT, LINE_WRITE_WITHOUT_FILE);
+  if (!IsOpen()) ThrowInternalError(SHARED_MODULE, UNIT, LINE_WRITE_WITHOUT_FILE);
   if (count == 0) return;
   if (buffer == nullptr) ThrowInternalError(SHARED_MODULE, UNIT, __LINE__);
   if (mode_ == Load) {
     // A file opened for reading reports this itself; memory that is loaded is the caller's.
-    if (!file_->IsMemoryFile()) file_->Write(buffer, count);
+    if (!IsMemory()) file_->Write(buffer, count);
     ThrowInternalError(SHARED_MODULE, UNIT, __LINE__);
   }
   const unsigned char* const bytes = static_cast<const unsigned char*>(buffer);
@@ -253,19 +309,17 @@ bool Archive::RefillBlock() {
   return next_ != end_;
 }
 
-/// Takes bytes from the block. Many are added up piece by piece, while the caches still hold them,
-/// and where they went, which is aligned more often.
+/// Takes bytes from the block. Many are added up as they are copied.
 void Archive::MoveFromBlock(unsigned char* bytes, std::size_t count) {
-  if (count >= PIECE_SIZE) TakeSum();
-  for (; count >= PIECE_SIZE; count -= PIECE_SIZE) {
-    std::memcpy(bytes, next_, PIECE_SIZE);
-    sum_ = static_cast<std::uint16_t>(sum_ + ByteSum(bytes, PIECE_SIZE));
-    next_ += PIECE_SIZE;
-    bytes += PIECE_SIZE;
-    summed_ = next_;
+  if (count < LEAST_SUMMED_AT_ONCE) {
+    std::memcpy(bytes, next_, count);
+    next_ += count;
+    return;
   }
-  std::memcpy(bytes, next_, count);
+  TakeSum();
+  sum_ = static_cast<std::uint16_t>(sum_ + CopyAndSum(bytes, next_, count));
   next_ += count;
+  summed_ = next_;
 }
 
 /// Reads some of `count` bytes and returns how many; 0 at the end of the file.
@@ -287,13 +341,13 @@ std::size_t Archive::ReadSome(unsigned char* bytes, std::size_t count) {
 }
 
 void Archive::Read(void* buffer, unsigned int count) {
-  if (!file_) ThrowInternalError(SHARED_MODULE, UNIT, LINE_READ_WITHOUT_FILE);
+  if (!IsOpen()) ThrowInternalError(SHARED_MODULE, UNIT, LINE_READ_WITHOUT_FILE);
   if (count == 0) return;
   if (buffer == nullptr) ThrowInternalError(SHARED_MODULE, UNIT, __LINE__);
   if (mode_ == Store) {
-    // A file opened for writing reports this itself; one in memory stands at its end.
+    // A device opened for writing reports this itself; other files stand at their end.
     FlushBlock();
-    if (!file_->IsMemoryFile()) file_->Read(buffer, count);
+    if (file_ != nullptr && !file_->IsMemoryFile()) file_->Read(buffer, count);
     ThrowShortRead();
   }
   unsigned char* bytes = static_cast<unsigned char*>(buffer);
@@ -320,7 +374,7 @@ void Archive::Transfer(void* buffer, unsigned int count) {
 
 void Archive::RequireBytes(std::uint64_t count) {
   if (mode_ == Store || count <= Room()) return;
-  if (!file_) ThrowInternalError(SHARED_MODULE, UNIT, LINE_READ_WITHOUT_FILE);
+  if (!IsOpen()) ThrowInternalError(SHARED_MODULE, UNIT, LINE_READ_WITHOUT_FILE);
   const std::int64_t length = file_->GetLength();
   // Pipes and devices say 0. A file that really is empty ends at the next read.
   if (length == 0 && !file_->IsMemoryFile()) return;
@@ -329,14 +383,26 @@ void Archive::RequireBytes(std::uint64_t count) {
   if (position > size || count > size - position) ThrowShortRead();
 }
 
-void Archive::ThrowShortRead() const {
+void Archive::ThrowShortRead() {
+  isCut_ = true;
   ThrowErrorImpl(UNIT, LINE_SHORT_READ, L"Unable to read '%s'.\n%s", GetDisplayName().c_str(),
                  L"Unexpected end of file");
 }
 
-void Archive::ThrowUnwritable(int line) const {
+void Archive::ThrowUnwritable(int line) {
+  isCut_ = true;
   ThrowErrorImpl(UNIT, line, L"Unable to write '%s'.\n%s", GetDisplayName().c_str(),
                  L"out of range");
+}
+
+void Archive::ThrowUnreadable() const {
+  ThrowErrorImpl(UNIT, LINE_TEXT_TOO_LONG, L"Unrecoverable error reading archive.");
+}
+
+void Archive::CountWithoutBytes() {
+  if (++withoutBytes_ <= MOST_WITHOUT_BYTES) return;
+  if (mode_ == Store) ThrowUnwritable(__LINE__);
+  ThrowShortRead();
 }
 
 // Values.
@@ -411,6 +477,9 @@ void Archive::StoreCount(std::size_t count) {
 }
 
 void Archive::TransferCount(std::size_t& count) {
+  // Classes that transfer their elements themselves pass here at each depth.
+  EnterLevel();
+  --levels_;
   if (mode_ == Store) {
     StoreCount(count);
   } else {
@@ -421,7 +490,9 @@ void Archive::TransferCount(std::size_t& count) {
 void Archive::StoreText(const char* text, std::size_t size) {
   StoreCount(size);
   if (size > Room()) {
+    const bool wasCut = std::exchange(isCut_, true);  // a count without its text
     WritePast(reinterpret_cast<const unsigned char*>(text), size);
+    isCut_ = wasCut;
     return;
   }
   if (size > 0) std::memcpy(next_, text, size);
@@ -441,12 +512,14 @@ void Archive::StoreText(const wchar_t* text, std::size_t size) {
   std::string encoded(size * sizeof(wchar_t), '\0');
   encoded.resize(WideToUtf16(units, ByteOrder::LittleEndian, encoded.data()));
   StoreCount(encoded.size() / 2);
+  const bool wasCut = std::exchange(isCut_, true);
   const std::uint64_t most = MAX_COUNT / 2;
   for (std::size_t done = 0; done < encoded.size();) {
     const std::size_t piece = std::min<std::size_t>(encoded.size() - done, most);
     Write(encoded.data() + done, static_cast<unsigned>(piece));
     done += piece;
   }
+  isCut_ = wasCut;
 }
 
 /// Replaces `bytes` by the next `count` ones.
@@ -472,9 +545,7 @@ void Archive::Transfer(char* buffer, std::uint64_t capacity) {
     return;
   }
   const std::uint32_t count = LoadCount();
-  if (buffer == nullptr || count >= capacity) {
-    ThrowErrorImpl(UNIT, LINE_TEXT_TOO_LONG, L"Unrecoverable error reading archive.");
-  }
+  if (buffer == nullptr || count >= capacity) ThrowUnreadable();
   Read(buffer, count);
   buffer[count] = '\0';
 }
@@ -485,9 +556,7 @@ void Archive::Transfer(wchar_t* buffer, std::uint64_t capacity) {
     return;
   }
   const std::uint32_t count = LoadCount();
-  if (buffer == nullptr || count >= capacity) {
-    ThrowErrorImpl(UNIT, LINE_TEXT_TOO_LONG, L"Unrecoverable error reading archive.");
-  }
+  if (buffer == nullptr || count >= capacity) ThrowUnreadable();
   std::string encoded;
   LoadBytes(encoded, std::size_t{count} * 2);
   buffer[Utf16ToWide(encoded, ByteOrder::LittleEndian, buffer)] = L'\0';
@@ -531,6 +600,7 @@ void Archive::SyncCheck() {
   std::uint16_t stored = computed;
   TransferValue(stored);
   if (marker == SYNC_MARKER && stored == computed) return;
+  isCut_ = true;
   ThrowErrorImpl(UNIT, LINE_DAMAGED,
                  L"File '%s' cannot be read because the file is damaged near offset 0x%08I64x.  "
                  L"Computed CRC=0x%04x, File CRC=0x%04x\n",

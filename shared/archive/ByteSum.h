@@ -28,4 +28,8 @@ SHARED_API std::uint16_t ByteSum(const void* bytes, std::size_t size) noexcept;
 /// there are none.
 SHARED_API std::uint16_t PortableByteSum(const void* bytes, std::size_t size) noexcept;
 
+/// Copies `size` bytes, which do not overlap, and returns their `ByteSum`. Cost: little more than
+/// copying.
+SHARED_API std::uint16_t CopyAndSum(void* to, const void* from, std::size_t size) noexcept;
+
 }  // namespace shr

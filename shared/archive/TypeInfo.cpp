@@ -3,6 +3,7 @@
 
 #include "shared/archive/TypeInfo.h"
 
+#include <cstring>
 #include <map>
 #include <mutex>
 #include <string>
@@ -34,11 +35,26 @@ CTypeInfo::CTypeInfo(const char* name, Creator creator, const CTypeInfo* parent)
 }
 
 CTypeInfo::~CTypeInfo() {
+  Unregister();
+}
+
+CTypeInfo& CTypeInfo::operator=(const CTypeInfo& other) {
+  const bool isRenamed =
+      name_ == nullptr || other.name_ == nullptr || std::strcmp(name_, other.name_) != 0;
+  if (isRenamed) Unregister();
+  name_ = other.name_;
+  creator_ = other.creator_;
+  parent_ = other.parent_;
+  return *this;
+}
+
+void CTypeInfo::Unregister() noexcept {
   if (name_ == nullptr) return;
   Registry& registry = GetRegistry();
   const std::lock_guard lock(registry.mutex);
   const auto found = registry.records.find(name_);
-  if (found != registry.records.end()) registry.records.erase(found);
+  // The name may be that of another record: the first one of a name stays.
+  if (found != registry.records.end() && found->second == this) registry.records.erase(found);
 }
 
 bool CTypeInfo::IsKindOf(const CTypeInfo* other) const noexcept {

@@ -22,8 +22,8 @@ namespace shr {
 ///
 /// A process-wide registry leads from names to records. Names are compared byte by byte, records by
 /// their address. Lifetime: a record stays where it is while others may look it up or name it as
-/// their parent, so records are static objects. A copy is not registered, but its end removes the
-/// name like the end of any record: hold records by pointer.
+/// their parent, so records are static objects. A copy says the same but is not registered, so its
+/// end changes nothing; families know the original only, so hold records by pointer.
 class SHARED_API CTypeInfo {
 public:
   /// Returns a new default-constructed instance. For a class derived from `CTypedObject` this is
@@ -33,10 +33,11 @@ public:
   /// Registers the record under `name` unless the name is taken or null. `creator` is null for an
   /// abstract class, `parent` for a root. Lifetime: the text of `name` outlives the record.
   CTypeInfo(const char* name, Creator creator, const CTypeInfo* parent);
-  /// Removes what is registered under this record's name.
+  /// Removes this record from the registry.
   ~CTypeInfo();
   CTypeInfo(const CTypeInfo&) = default;
-  CTypeInfo& operator=(const CTypeInfo&) = default;
+  /// A registered record that gets another name is removed from the registry.
+  CTypeInfo& operator=(const CTypeInfo& other);
 
   /// Returns the name that archives carry; null for an unnamed record.
   const char* GetName() const noexcept { return name_; }
@@ -57,6 +58,8 @@ protected:
   explicit CTypeInfo(const char* name) noexcept : name_(name) {}
 
 private:
+  void Unregister() noexcept;
+
   const char* name_;
   Creator creator_ = nullptr;
   const CTypeInfo* parent_ = nullptr;

@@ -3,11 +3,16 @@
 
 #include "shared/archive/TypedObject.h"
 
+#include "shared/archive/Archive.h"
+#include "shared/archive/ArchiveObjects.h"
+
 namespace shr {
 
 const CTypeInfo CTypedObject::ClassTypeId("CTypedObject", nullptr, nullptr);
 
-CTypedObject::~CTypedObject() = default;
+CTypedObject::~CTypedObject() {
+  ArchivePrivate::DeathWatch::Note(this);
+}
 
 const CTypeInfo* CTypedObject::GetTypeId() const {
   return &ClassTypeId;

@@ -59,6 +59,10 @@ enum class PathAccess { Exists = 0, Read = 4, ReadWrite = 6 };
 /// Returns true when the file or folder at `path` can be accessed in that way.
 SHARED_API bool TestAccess(const GString& path, PathAccess access);
 
+/// Returns true when `path` leads to something that is neither a file nor a folder: a device, a
+/// pipe, a socket.
+SHARED_API bool IsDevice(const GString& path);
+
 /// Returns the path to which opening `path` leads, all symbolic links resolved; also behind a link
 /// whose target is missing, for which a file would then be made. A path that leads nowhere is
 /// returned as it is.

@@ -58,7 +58,7 @@ GString LoadFailure(std::string_view bytes) {
   Archive archive;
   archive.OpenMem(test::Bytes(bytes), bytes.size());
   const GString failure = FailureAt([&] { document.Serialize(archive); });
-  test::DestroyLoaded(archive);
+  archive.DiscardLoaded();
   return failure;
 }
 
@@ -168,7 +168,7 @@ TEST(ArchiveBadInput, anyNumberAndClassIndexCountsAsTheNextNewOne) {
     EXPECT_NE(nullptr, objects[0]);
     EXPECT_EQ(objects[0], objects[1]);
     EXPECT_NE(objects[0], objects[2]);
-    test::DestroyLoaded(archive);
+    archive.DiscardLoaded();
   });
 }
 

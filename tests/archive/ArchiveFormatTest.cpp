@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Cases: the bytes that docs/archive-format.md shows are what is stored, in each version; files of
-// both versions load on every target; files of other formats and versions are refused.
+// Cases: the bytes that docs/archive-format.md shows are what is stored, in each version; the code
+// and the counts of docs/archives.md are those of the example, which works; files of both versions
+// load on every target; files of other formats and versions are refused.
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "tests/archive/ArchiveExample.h"
 #include "tests/archive/ArchiveTestSupport.h"
 #include "tests/archive/SurveyFormat.h"
 #include "tests/support/Failures.h"
@@ -35,11 +41,24 @@ std::string StoredSample(int version) {
   });
 }
 
+std::string Page(const char* name) {
+  return test::ReadBytes(GString(std::string(SHARED_TEST_DATA_DIR "/../../docs/") + name));
+}
+
+/// Returns what stands in `text` between the line that `mark` ends and `end`.
+std::string Between(const std::string& text, const std::string& mark, const std::string& end) {
+  const std::size_t first = text.find('\n', text.find(mark) + mark.size()) + 1;
+  return text.substr(first, text.find(end, first) - first);
+}
+
+std::string CodeBehind(const std::string& page, const std::string& mark) {
+  return Between(page, "<!-- " + mark + " -->\n```cpp", "```");
+}
+
 /// Returns the bytes that the page shows behind a mark: the hexadecimal digits in front of each
 /// line's bar.
 std::string PageBytes(const std::string& mark) {
-  const std::string page =
-      test::ReadBytes(GString(SHARED_TEST_DATA_DIR "/../../docs/archive-format.md"));
+  const std::string page = Page("archive-format.md");
   const std::size_t begin = page.find("\n", page.find("<!-- bytes: " + mark + " -->") + 1);
   const std::size_t first = page.find('\n', begin + 1);
   const std::size_t end = page.find("```", first);
@@ -52,6 +71,39 @@ std::string PageBytes(const std::string& mark) {
 
 TEST(ArchiveFormat, thePageShowsWhatIsStored) {
   EXPECT_EQ(ToHex(PageBytes("survey")), ToHex(StoredSample(2)));
+}
+
+TEST(ArchiveFormat, theExampleIsWhatThePageShowsAndCounts) {
+  const std::string page = Page("archives.md");
+  const std::string source =
+      test::ReadBytes(GString(SHARED_TEST_DATA_DIR "/../../tests/archive/ArchiveExample.h"));
+  EXPECT_EQ(Between(source, "// classes", "// end"), CodeBehind(page, "ours: classes"));
+  EXPECT_EQ(Between(source, "// use", "// end"), CodeBehind(page, "ours: use"));
+  const std::pair<const char*, const char*> rows[] = {{"ours: classes", "| this one | "},
+                                                      {"cereal", "| cereal 1.3 | "},
+                                                      {"Boost", "| Boost.Serialization 1.81 | "}};
+  for (const auto& [mark, row] : rows) {
+    const std::string code = CodeBehind(page, mark);
+    const auto count =
+        std::count_if(code.begin(), code.end(), [](char ch) { return ch != ' ' && ch != '\n'; });
+    EXPECT_NE(std::string::npos, page.find(row + std::to_string(count) + " |")) << mark << count;
+  }
+}
+
+TEST(ArchiveFormat, theExampleSavesAndLoads) {
+  const test::TemporaryFolder folder;
+  const GString path = folder.Path(L"map.bin");
+  auto circle = std::make_shared<test::Circle>();
+  circle->name = L"lake";
+  circle->radius = 2.5;
+  std::vector<std::shared_ptr<test::Shape>> shapes = {circle, std::make_shared<test::Shape>()};
+  test::SaveMap(path, shapes);
+  const auto loaded = test::LoadMap(path);
+  ASSERT_EQ(2u, loaded.size());
+  const auto* const same = dynamic_cast<const test::Circle*>(loaded[0].get());
+  ASSERT_NE(nullptr, same);
+  EXPECT_EQ(L"lake", same->name);
+  EXPECT_EQ(2.5, same->radius);
 }
 
 TEST(ArchiveFormat, filesOfAllVersionsAreStoredAndLoaded) {

@@ -2,7 +2,8 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// A small family of stored classes: nodes with a plain reference and shared handles, and a leaf.
+/// A small family of stored classes: nodes with a plain reference and shared handles, a leaf, and
+/// values within values.
 
 #pragma once
 
@@ -12,6 +13,7 @@
 
 #include "shared/archive/ArchiveTemplates.h"
 #include "shared/archive/TypedObject.h"
+#include "shared/text/GString.h"
 
 namespace shr::test {
 
@@ -19,6 +21,7 @@ namespace shr::test {
 class Node : public CTypedObject {
 public:
   explicit Node(int number = 0) : value(number) {}
+  // Declares its record itself, as classes did before `TypedObject`.
   const CTypeInfo* GetTypeId() const override { return &ClassTypeId; }
   void Serialize(Archive& archive) override {
     CTypedObject::Serialize(archive);
@@ -35,29 +38,42 @@ public:
 };
 
 /// A class without references.
-class Leaf : public CTypedObject {
+class Leaf : public TypedObject<Leaf> {
 public:
-  const CTypeInfo* GetTypeId() const override { return &ClassTypeId; }
-  void Serialize(Archive& archive) override {
-    CTypedObject::Serialize(archive);
-    archive.Transfer(text);
-  }
-  inline static const CTypeInfo ClassTypeId{"Leaf", &CreateTypedObject<Leaf>,
-                                            &CTypedObject::ClassTypeId};
+  void Serialize(Archive& archive) override { archive(text); }
 
   std::string text;
 };
 
-/// Destroys whatever graph of nodes and leaves a load created, finished or not.
-inline void DestroyLoaded(Archive& archive) {
-  std::vector<std::shared_ptr<CTypedObject>> handles;
-  for (CTypedObject* const object : archive.GetLoadedObjects()) {
-    handles.push_back(archive.GetManagedLoadStorage().UnmanagedToManaged(object));
+/// A value that holds values of its own class.
+struct Nest {
+  Nest() = default;
+  /// Makes `depth` values, one within the other.
+  explicit Nest(std::size_t depth) {
+    for (std::size_t i = 0; i < depth; ++i) {
+      std::vector<Nest> outer(1);
+      outer[0].in.swap(in);
+      in.swap(outer);
+    }
   }
-  for (const auto& handle : handles) {
-    // Handles of nodes may form cycles.
-    if (auto* const node = dynamic_cast<Node*>(handle.get())) node->shared.clear();
+  Nest(Nest&&) = default;
+  Nest& operator=(Nest&&) = default;
+  /// Takes deep ones apart from outside, for recursion would not come to its end.
+  ~Nest() {
+    while (!in.empty()) {
+      std::vector<Nest> next;
+      next.swap(in.back().in);
+      in.swap(next);
+    }
   }
+  void Serialize(Archive& archive) { archive(in); }
+
+  std::vector<Nest> in;
+};
+
+/// Returns whether a text is the error for what is nested too deeply.
+inline bool IsTooDeep(const GString& failure) {
+  return failure.String().find(L" are nested more than ") != std::wstring::npos;
 }
 
 }  // namespace shr::test

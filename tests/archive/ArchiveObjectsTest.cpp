@@ -73,7 +73,7 @@ TEST(ArchiveObjects, cyclesLoadAsCycles) {
     }
     EXPECT_EQ(first, node);
     EXPECT_EQ(3u, archive.GetLoadedObjects().size());
-    test::DestroyLoaded(archive);
+    archive.DiscardLoaded();
   });
 }
 
@@ -144,7 +144,7 @@ TEST(ArchiveObjects, aFailedLoadTellsWhatItCreated) {
     EXPECT_EQ(nullptr, object);
     ASSERT_EQ(2u, archive.GetLoadedObjects().size());
     EXPECT_EQ(1, dynamic_cast<Node&>(*archive.GetLoadedObjects()[0]).value);
-    test::DestroyLoaded(archive);
+    archive.DiscardLoaded();
   });
 }
 
@@ -159,6 +159,7 @@ TEST(ArchiveObjects, chainsAreFollowedToTheLimitAndRefusedBeyondIt) {
   const GString refused(L"Objects in 'memory file' are nested more than 1000 levels deep.");
   const auto store = [&](std::size_t first) {
     return Stored([&](Archive& archive) {
+      archive.SetDepthLimit(1000);
       CTypedObject* object = &nodes[first];
       archive.TransferObject(object);
     });
@@ -170,14 +171,14 @@ TEST(ArchiveObjects, chainsAreFollowedToTheLimitAndRefusedBeyondIt) {
     CTypedObject* object = nullptr;
     archive.TransferObject(object);
     EXPECT_EQ(1000u, archive.GetLoadedObjects().size());
-    test::DestroyLoaded(archive);
+    archive.DiscardLoaded();
   });
   LoadFrom(bytes, [&](Archive& archive) {
     CTypedObject* object = nullptr;
     archive.SetDepthLimit(999);
     EXPECT_EQ(L"Objects in 'memory file' are nested more than 999 levels deep.",
               test::Failure([&] { archive.TransferObject(object); }));
-    test::DestroyLoaded(archive);
+    archive.DiscardLoaded();
   });
 }
 

@@ -283,20 +283,6 @@ TEST(Archive, closingStartsOverButKeepsVersionAndData) {
   EXPECT_EQ(&archive, archive.GetData());
 }
 
-TEST(Archive, nobodyWritesWhatIsLoadedOrReadsWhatIsStored) {
-  const test::TemporaryFolder folder;
-  const GString path = folder.Path(L"a.bin");
-  for (const Archive::Mode first : {Archive::Store, Archive::Load}) {
-    Archive holder(path, first);
-    for (const Archive::Mode second : {Archive::Store, Archive::Load}) {
-      Archive other;
-      const bool isRefused = first == Archive::Store || second == Archive::Store;
-      const GString failure = test::Failure([&] { other.OpenFile(path, second); });
-      EXPECT_EQ(isRefused, failure != L"(nothing)") << first << second;
-    }
-  }
-}
-
 TEST(Archive, theDestructorWritesWhatIsLeft) {
   const test::TemporaryFolder folder;
   const GString path = folder.Path(L"a.bin");

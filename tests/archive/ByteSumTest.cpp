@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Cases: both ways against adding bytes one by one, for all short sizes, all alignments and sizes
-// at which lanes are added up; the largest bytes, which would overflow a lane first.
+// Cases: all ways, copying too, against adding bytes one by one, for all short sizes, all
+// alignments and sizes at which lanes are added up; the largest bytes, which would overflow a lane
+// first.
 
 #include "shared/archive/ByteSum.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <vector>
 
@@ -33,6 +35,12 @@ TEST(ByteSum, bothWaysGiveTheSumOfAllBytes) {
         const std::uint16_t expected = PlainSum(bytes.data() + offset, size);
         EXPECT_EQ(expected, ByteSum(bytes.data() + offset, size)) << size << " seed " << SEED;
         EXPECT_EQ(expected, PortableByteSum(bytes.data() + offset, size)) << size;
+        std::vector<unsigned char> copy(size + offset + 1, 7);
+        EXPECT_EQ(expected, CopyAndSum(copy.data() + offset, bytes.data() + offset, size)) << size;
+        EXPECT_TRUE(
+            std::equal(copy.data() + offset, copy.data() + offset + size, bytes.data() + offset))
+            << size;
+        EXPECT_EQ(7, copy.back()) << size;
       }
     }
   }

@@ -21,17 +21,12 @@ namespace shr::test {
 inline constexpr unsigned SURVEY_MAGIC = 0x59565253;  // "SRVY"
 inline constexpr int SURVEY_VERSION = 2;
 
-class CSurvey : public CTypedObject {
+class CSurvey : public TypedObject<CSurvey> {
 public:
-  const CTypeInfo* GetTypeId() const override { return &ClassTypeId; }
   void Serialize(Archive& archive) override {
-    archive.Transfer(name);
-    Transfer(archive, points);
-    if (archive.GetVersion() >= 2) archive.Transfer(color);  // files of version 1 end before it
+    archive(name, points);
+    if (archive.GetVersion() >= 2) archive(color);  // files of version 1 end before it
   }
-  inline static const CTypeInfo ClassTypeId{"CSurvey", &CreateTypedObject<CSurvey>,
-                                            &CTypedObject::ClassTypeId};
-
   GString name;
   std::vector<Vec2f> points;
   Color4b color = Color4b::Red;
@@ -41,14 +36,13 @@ public:
 inline void TransferSurvey(Archive& archive, std::shared_ptr<CSurvey>& survey) {
   unsigned magic = SURVEY_MAGIC;
   int version = archive.GetVersion();
-  archive.Transfer(magic);
-  archive.Transfer(version);
+  archive(magic, version);
   if (magic != SURVEY_MAGIC || version < 1 || version > SURVEY_VERSION) {
     ThrowErrorImpl(L"SurveyFormat", __LINE__, L"'%s' is no survey that this version can read.",
                    archive.GetFilename().c_str());
   }
   archive.SetVersion(version);
-  Transfer(archive, survey);
+  archive(survey);
   archive.SyncCheck();
 }
 

@@ -2,7 +2,7 @@
 // Copyright (c) 2026 The Shared authors
 
 // Cases: the root record; looking up by exact names; families; unnamed, unregistered, abstract and
-// doubled records; the end of a record; many threads.
+// doubled records; the end of a record; copies; many threads.
 
 #include "shared/archive/TypeInfo.h"
 
@@ -76,6 +76,21 @@ TEST(TypeInfo, recordsComeAndGoByName) {
   EXPECT_STREQ("Bare", bare.GetName());
   EXPECT_FALSE(bare.CanCreateInstance());
   EXPECT_EQ(nullptr, CTypeInfo::FromName("Bare"));
+}
+
+TEST(TypeInfo, copiesLeaveTheRegistryAlone) {
+  const CTypeInfo original("Original", &CreateTypedObject<Beacon>, &CTypedObject::ClassTypeId);
+  {
+    const CTypeInfo copy(original);
+    EXPECT_STREQ("Original", copy.GetName());
+    EXPECT_EQ(&original, CTypeInfo::FromName("Original"));
+    CTypeInfo assigned("Assigned", nullptr, nullptr);
+    assigned = original;
+    EXPECT_TRUE(assigned.CanCreateInstance());
+    EXPECT_EQ(nullptr, CTypeInfo::FromName("Assigned"));
+    const CTypeInfo rival("Original", nullptr, nullptr);
+  }
+  EXPECT_EQ(&original, CTypeInfo::FromName("Original"));
 }
 
 TEST(TypeInfo, manyThreadsRegisterAtOnce) {

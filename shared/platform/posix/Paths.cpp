@@ -220,6 +220,12 @@ bool TestAccess(const GString& path, PathAccess access) {
   return faccessat(AT_FDCWD, ToNativePath(path).c_str(), static_cast<int>(access), AT_EACCESS) == 0;
 }
 
+bool IsDevice(const GString& path) {
+  struct stat status {};
+  if (!IsUsablePath(path) || stat(ToNativePath(path).c_str(), &status) != 0) return false;
+  return !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
 GString ResolveLinks(const GString& path) {
   return IsUsablePath(path) ? FromNativePath(ResolveNativeLinks(ToNativePath(path))) : path;
 }

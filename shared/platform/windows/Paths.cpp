@@ -133,6 +133,11 @@ bool TestAccess(const GString& path, PathAccess access) {
   return _waccess(path.c_str(), static_cast<int>(access)) == 0;
 }
 
+bool IsDevice(const GString& path) {
+  // The system spells the full names of devices and pipes like this: NUL is \\\\.\\NUL.
+  return IsUsablePath(path) && UnlimitedFullPath(path).compare(0, 4, L"\\\\.\\") == 0;
+}
+
 GString ResolveLinks(const GString& path) {
   if (!IsUsablePath(path)) return path;
   const std::wstring full = UnlimitedFullPath(path);

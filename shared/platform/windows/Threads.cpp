@@ -11,4 +11,18 @@ std::uint32_t CurrentThreadId() noexcept {
   return GetCurrentThreadId();
 }
 
+std::optional<StackBounds> ThreadStackBounds() noexcept {
+  // The system keeps these up to date for fibers, too.
+  ULONG_PTR low = 0;
+  ULONG_PTR high = 0;
+  GetCurrentThreadStackLimits(&low, &high);
+  if (high <= low) return std::nullopt;
+  return StackBounds{low, high};
+}
+
+std::uintptr_t StackPosition() noexcept {
+  const volatile char here = 0;
+  return reinterpret_cast<std::uintptr_t>(&here);
+}
+
 }  // namespace shr::platform

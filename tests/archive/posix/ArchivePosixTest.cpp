@@ -3,18 +3,22 @@
 
 // Cases: a full disk, met late and early; a write that stops in the middle and is tried again; a
 // folder that may not be written; a pipe, which tells no length; files that vanish or are replaced
-// while open.
+// while open; depth on small stacks and on one that the system does not know.
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <ucontext.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
 #include <thread>
 
+#include "shared/platform/Threads.h"
 #include "shared/text/GString.h"
+#include "tests/archive/ArchiveModel.h"
 #include "tests/archive/ArchiveTestSupport.h"
 #include "tests/support/Failures.h"
 #include "tests/support/TemporaryFolder.h"
@@ -64,7 +68,6 @@ TEST(ArchivePosix, aWriteThatStoppedInTheMiddleIsDoneAgain) {
       } catch (const Exception&) {
         ++failures;
         setrlimit(RLIMIT_FSIZE, &before);
-        EXPECT_EQ(1000u, test::ReadBytes(path).size()) << size;
         archive.Write(piece.data(), size);
       }
       expected += piece;
@@ -131,7 +134,63 @@ TEST(ArchivePosix, openFilesStayWhatTheyWereWhenTheirNameGoes) {
   archive.Write("gone", 4);
   std::filesystem::remove(native);
   archive.Close();
-  EXPECT_FALSE(test::Exists(path));
+  EXPECT_EQ("gone", test::ReadBytes(path));
+}
+
+/// Runs `action` on a stack of its own and returns what it threw.
+GString FailureOnStack(std::size_t size, const std::function<void()>& action) {
+  struct Call {
+    const std::function<void()>& action;
+    GString failure;
+  } call{action, L""};
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  EXPECT_EQ(0, pthread_attr_setstacksize(&attributes, size));
+  pthread_t thread{};
+  const auto run = [](void* data) -> void* {
+    Call& own = *static_cast<Call*>(data);
+    own.failure = Failure(own.action);
+    return nullptr;
+  };
+  EXPECT_EQ(0, pthread_create(&thread, &attributes, run, &call));
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+  return call.failure;
+}
+
+TEST(ArchivePosix, smallStacksLimitTheDepthBeforeTheyEnd) {
+  std::string bytes;
+  for (int i = 0; i < 200000; ++i) bytes += std::string("\1\0\0\0", 4);
+  const auto load = [&] {
+    test::Nest nest;
+    test::LoadFrom(bytes, [&](Archive& archive) { archive(nest); });
+  };
+  for (const std::size_t size : {std::size_t{256} << 10, std::size_t{1} << 20}) {
+    EXPECT_TRUE(test::IsTooDeep(FailureOnStack(size, load))) << size;
+  }
+}
+
+ucontext_t outside;
+ucontext_t inside;
+std::string storedInside;
+
+TEST(ArchivePosix, aStackThatTheSystemDoesNotKnowServesForWhatIsNotDeep) {
+  std::vector<char> stack(std::size_t{1} << 20);
+  ASSERT_EQ(0, getcontext(&inside));
+  inside.uc_stack.ss_sp = stack.data();
+  inside.uc_stack.ss_size = stack.size();
+  inside.uc_link = &outside;
+  // Nothing is thrown here, for sanitizers do not know the stack either.
+  const auto run = [] {
+    const std::uintptr_t position = platform::StackPosition();
+    const auto bounds = platform::ThreadStackBounds();
+    if (bounds && position >= bounds->low && position < bounds->high) return;
+    test::Nest nest(5);
+    storedInside = test::Stored([&](Archive& archive) { archive(nest); });
+  };
+  makecontext(&inside, run, 0);
+  ASSERT_EQ(0, swapcontext(&outside, &inside));
+  EXPECT_EQ(24u, storedInside.size());
 }
 
 }  // namespace
