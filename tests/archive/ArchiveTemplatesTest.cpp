@@ -189,7 +189,7 @@ TEST(ArchiveTemplates, elementsWithoutBytesLoadAgainButNoCountIsTrusted) {
   LoadFrom(Stored([&](Archive& archive) { archive(many); }), [&](Archive& archive) {
     many.clear();
     archive(many);
-    EXPECT_EQ(Archive::MOST_WITHOUT_BYTES, many.size());
+    EXPECT_EQ(std::size_t{Archive::MOST_WITHOUT_BYTES}, many.size());
   });
   many.emplace_back();
   EXPECT_EQ(L"Unable to write 'memory file'.\nout of range",
