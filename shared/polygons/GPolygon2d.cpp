@@ -426,6 +426,14 @@ void GPolygon2d::XOR(const GPolygon2d& other, GPolygon2d& result) const {
   result = GPolygon2d(Combine(Model(), other.Model(), GPC_XOR));
 }
 
+void GPolygon2d::Offset(double distance, const OffsetOptions& options) {
+  Offset(distance, options, *this);
+}
+
+void GPolygon2d::Offset(double distance, const OffsetOptions& options, GPolygon2d& result) const {
+  result = GPolygon2d(OffsetModel(Model(), distance, options));
+}
+
 void GPolygon2d::RemoveZeroWidthReturnPaths() {
   Intersection(GetBBox());
 }

@@ -25,6 +25,7 @@
 #include "shared/Export.h"
 #include "shared/geometry/Box2.h"
 #include "shared/geometry/Vec2.h"
+#include "shared/polygons/OffsetOptions.h"
 
 struct tagPOINT;  // POINT of shared/platform/WindowsTypes.h
 struct tagRECT;
@@ -163,6 +164,17 @@ public:
   void Difference(const GPolygon2d& other, GPolygon2d& result) const;
   void XOR(const GPolygon2d& other);
   void XOR(const GPolygon2d& other, GPolygon2d& result) const;
+
+  /// Offset: grow the polygon by a distance in units of the coordinates, or shrink it by a negative
+  /// one. With round joins the result is what lies within the distance of the polygon, or more than
+  /// the distance inside of it, but for arcs that lie inside the true ones by the tolerance at
+  /// most. Parts that grow together are united, parts that shrink away are gone. A distance of 0
+  /// cleans. Errors: "Invalid parameter passed to subroutine or function" for a distance or
+  /// tolerance that is no finite number or a miter limit below 1; those of the operations. Cost: as
+  /// a union of a few times the points. Source: X. Chen and S. McMains, "Polygon Offsetting by
+  /// Computing Winding Numbers", 2005.
+  void Offset(double distance, const OffsetOptions& options = {});
+  void Offset(double distance, const OffsetOptions& options, GPolygon2d& result) const;
 
   /// Removes spikes: edges that go out and come back along the same line. Clips to the bounds, so
   /// each polygon is taken under the even-odd rule.

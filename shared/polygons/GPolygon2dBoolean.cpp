@@ -12,6 +12,7 @@
 #include "shared/geometry/Box2.h"
 #include "shared/polygons/GPolygon2dModel.h"
 #include "shared/polygons/clipper/GpcRun.h"
+#include "shared/polygons/clipper/OffsetCurve.h"
 
 namespace shr {
 namespace {
@@ -173,6 +174,20 @@ GPolygon2dModel ClipToBox(const GPolygon2dModel& model, const Box2d& box) {
 
 GPolygon2dModel Combine(const GPolygon2dModel& a, const GPolygon2dModel& b, gpc_op operation) {
   return ResultOf(operation, RingOperand(a), RingOperand(b));
+}
+
+GPolygon2dModel OffsetModel(const GPolygon2dModel& model, double distance,
+                            const OffsetOptions& options) {
+  OffsetCurve curve(distance, options);
+  const GPolygon2dModel clean = ResultOf(GPC_UNION, RingOperand(model), RingOperand());
+  for (std::size_t ring = 0; ring < clean.ringEnds.size(); ++ring) {
+    const std::span<const Vec2d> points = clean.Ring(ring);
+    curve.Add(points.first(points.size() - 1));
+  }
+  const gpc::Run run(GPC_UNION, gpc::Rule::Negative, {curve.Contours(), {}}, {}, gpc::Want::Owners);
+  GPolygon2dModel result;
+  AppendResult(run, result);
+  return result;
 }
 
 GPolygon2dModel UniteModels(std::span<const GPolygon2dModel* const> models) {

@@ -14,6 +14,7 @@
 #include "shared/geometry/Box2.h"
 #include "shared/geometry/Vec2.h"
 #include "shared/polygons/Gpc.h"
+#include "shared/polygons/OffsetOptions.h"
 
 namespace shr {
 
@@ -67,6 +68,10 @@ GPolygon2dModel ClipToBox(const GPolygon2dModel& model, const Box2d& box);
 
 /// Returns the union of the polygons of models, see `Unite`.
 GPolygon2dModel UniteModels(std::span<const GPolygon2dModel* const> models);
+
+/// Returns a model grown by a distance, see `GPolygon2d::Offset`.
+GPolygon2dModel OffsetModel(const GPolygon2dModel& model, double distance,
+                            const OffsetOptions& options);
 
 /// Returns the outcome of an operation, see `GPolygon2d::Union`.
 GPolygon2dModel Combine(const GPolygon2dModel& a, const GPolygon2dModel& b, gpc_op operation);

@@ -11,6 +11,7 @@
 #include "shared/polygons/GPolygon.h"
 #include "shared/polygons/clipper/GpcHolder.h"
 #include "shared/polygons/clipper/GpcRun.h"
+#include "shared/polygons/clipper/OffsetCurve.h"
 
 namespace shr {
 namespace {
@@ -124,6 +125,21 @@ void GPolygon::XOR(const GPolygon& other) {
 
 void GPolygon::XOR(const GPolygon& other, GPolygon& result) const {
   Combine(other, SET_XOR, result);
+}
+
+void GPolygon::Offset(double distance, const OffsetOptions& options) {
+  Offset(distance, options, *this);
+}
+
+void GPolygon::Offset(double distance, const OffsetOptions& options, GPolygon& result) const {
+  OffsetCurve curve(distance, options);
+  GPolygon clean;
+  Combine(GPolygon(), SET_UNION, clean);
+  for (const GpcContour& contour : ContoursOf(clean.record_)) curve.Add(VerticesOf(contour));
+  GpcPolygonHolder grown;
+  gpc::Run(GPC_UNION, gpc::Rule::Negative, {curve.Contours(), {}}, {}, gpc::Want::Contours)
+      .MakeRecord(grown.record);
+  result.Take(grown.record);
 }
 
 void GPolygon::RemoveZeroWidthReturnPaths() {
