@@ -108,17 +108,18 @@ public:
     return B(low, high);
   }
 
+  /// Act on both corners. The operand may be a corner of this box.
   constexpr B& operator+=(const Point& b) {
-    return Apply([&b](Point& p) { p += b; });
+    return Apply([b](Point& p) { p += b; });
   }
   constexpr B& operator-=(const Point& b) {
-    return Apply([&b](Point& p) { p -= b; });
+    return Apply([b](Point& p) { p -= b; });
   }
   constexpr B& operator*=(const Point& b) {
-    return Apply([&b](Point& p) { p *= b; });
+    return Apply([b](Point& p) { p *= b; });
   }
   constexpr B& operator/=(const Point& b) {
-    return Apply([&b](Point& p) { p /= b; });
+    return Apply([b](Point& p) { p /= b; });
   }
   constexpr B& operator+=(T b) {
     return Apply([b](Point& p) { p += b; });

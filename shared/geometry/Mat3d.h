@@ -116,8 +116,8 @@ public:
   SHARED_API double GetAspect2() const;
 
   // Points from an array into another one, which may be the same but must not overlap otherwise.
-  // Integers are rounded to the nearest, halves up, and stop at the ends of their range; NaN gives
-  // 0.
+  // Integers are rounded to the nearest, halves away from zero, and stop at the ends of their
+  // range; NaN gives 0.
   SHARED_API void Transform(const Vec2d* source, Vec2d* destination, std::size_t count) const;
   SHARED_API void Transform(const Vec2d* source, Vec2i* destination, std::size_t count) const;
   SHARED_API void Transform(const Vec2d* source, tagPOINT* destination, std::size_t count) const;
@@ -180,7 +180,7 @@ constexpr bool Mat3d::Inverse(Mat3d& result) const {
   if (!MatrixInverse::Invert(linear)) return false;
   const Vec2d moved(0.0 - (m[6] * linear[0][0] + m[7] * linear[1][0]),
                     0.0 - (m[6] * linear[0][1] + m[7] * linear[1][1]));
-  if (!MatrixInverse::IsFinite(moved.x) || !MatrixInverse::IsFinite(moved.y)) return false;
+  if (!IsFiniteNumber(moved.x) || !IsFiniteNumber(moved.y)) return false;
   result.Set(linear[0][0], linear[0][1], linear[1][0], linear[1][1], moved.x, moved.y);
   return true;
 }

@@ -142,7 +142,8 @@ public:
 
   // Points from an array into another one, which may be the same but must not overlap otherwise.
   // Sources of two coordinates lie in the plane z = 0. Integers are rounded to the nearest, halves
-  // up, and stop at the ends of their range; NaN gives 0. The same bits come from every processor.
+  // away from zero, and stop at the ends of their range; NaN gives 0. The same bits come from every
+  // processor.
   SHARED_API void Transform(const Vec* source, Vec* destination, std::size_t count) const;
   SHARED_API void Transform(const Vec* source, Vec2d* destination, std::size_t count) const;
   SHARED_API void Transform(const Vec* source, Vec2f* destination, std::size_t count) const;
@@ -366,7 +367,7 @@ constexpr bool Mat4<T>::InvertLinear(Mat4& result) const {
     inverse.elements_[12 + column] = static_cast<T>(moved);
   }
   for (const T element : inverse.elements_) {
-    if (!MatrixInverse::IsFinite(static_cast<double>(element))) return false;
+    if (!IsFiniteNumber(static_cast<double>(element))) return false;
   }
   result = inverse;
   return true;
@@ -380,7 +381,7 @@ constexpr bool Mat4<T>::InvertComplex(Mat4& result) const {
   Mat4 inverse;
   for (int i = 0; i < 16; ++i) {
     inverse.elements_[i] = static_cast<T>(full[i / 4][i % 4]);
-    if (!MatrixInverse::IsFinite(static_cast<double>(inverse.elements_[i]))) return false;
+    if (!IsFiniteNumber(static_cast<double>(inverse.elements_[i]))) return false;
   }
   result = inverse;
   return true;

@@ -71,15 +71,14 @@ bool TurnPair(double (&a)[N], double (&b)[N], double (&turnsA)[N], double (&turn
   return true;
 }
 
-/// Removes from `row` its parts along the rows that have a direction; twice, against rounding.
+/// Removes from `row` its parts along the rows that have a direction. Those are perpendicular to
+/// each other, so that once is enough for an error of a few units of PERPENDICULAR.
 template <int N>
 void MakePerpendicular(double (&row)[N], const double (&rows)[N][N], const bool (&known)[N]) {
-  for (int pass = 0; pass < 2; ++pass) {
-    for (int k = 0; k < N; ++k) {
-      if (!known[k]) continue;
-      const double part = Dot(row, rows[k]);
-      for (int i = 0; i < N; ++i) row[i] -= part * rows[k][i];
-    }
+  for (int k = 0; k < N; ++k) {
+    if (!known[k]) continue;
+    const double part = Dot(row, rows[k]);
+    for (int i = 0; i < N; ++i) row[i] -= part * rows[k][i];
   }
 }
 

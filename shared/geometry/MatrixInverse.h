@@ -24,6 +24,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "shared/geometry/VectorOperators.h"
+
 namespace shr::MatrixInverse {
 
 /// A matrix is singular when after scaling its determinant (of two rows) or all elements that are
@@ -55,10 +57,6 @@ constexpr double Magnitude(double value) {
   return value < 0.0 ? -value : value;
 }
 
-constexpr bool IsFinite(double value) {
-  return Magnitude(value) <= std::numeric_limits<double>::max();
-}
-
 template <int N>
 struct Scales {
   double rows[N];
@@ -74,7 +72,7 @@ constexpr bool Scale(double (&a)[N][N], Scales<N>& scales) {
       double largest = 0.0;
       for (int k = 0; k < N; ++k) {
         const double magnitude = Magnitude(pass == 0 ? a[i][k] : a[k][i]);
-        if (!IsFinite(magnitude)) return false;
+        if (!IsFiniteNumber(magnitude)) return false;
         if (magnitude > largest) largest = magnitude;
       }
       if (largest == 0.0) return false;
@@ -167,7 +165,7 @@ constexpr bool Invert(double (&elements)[N][N]) {
   for (int row = 0; row < N; ++row) {
     for (int i = 0; i < N; ++i) {
       a[row][i] = a[row][i] * scales.columns[row] * scales.rows[i];
-      if (!IsFinite(a[row][i])) return false;
+      if (!IsFiniteNumber(a[row][i])) return false;
     }
   }
   for (int row = 0; row < N; ++row) {

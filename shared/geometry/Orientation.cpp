@@ -104,10 +104,6 @@ int ExactSign(Vec2d a, Vec2d b, Vec2d c) {
   return sum.SignOfSum();
 }
 
-bool IsFinite(const Vec2d& point) {
-  return std::isfinite(point.x) && std::isfinite(point.y);
-}
-
 }  // namespace
 
 int OrientationSign(const Vec2d& a, const Vec2d& b, const Vec2d& c) {
@@ -119,7 +115,7 @@ int OrientationSign(const Vec2d& a, const Vec2d& b, const Vec2d& c) {
       std::abs(determinant) > ERROR_FACTOR * magnitude) {
     return Sign(determinant);
   }
-  if (!IsFinite(a) || !IsFinite(b) || !IsFinite(c)) return 0;
+  if (!a.IsFinite() || !b.IsFinite() || !c.IsFinite()) return 0;
   return ExactSign(a, b, c);
 }
 

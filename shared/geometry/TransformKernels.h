@@ -2,8 +2,7 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// Loops over arrays of points of the plane and the rounding of transformed points, shared by the
-/// transform matrices.
+/// Loops over arrays of points of the plane, shared by the transform matrices.
 ///
 ///     TransformPlane(PlaneMap<double>{...}, source, destination, count);
 ///
@@ -11,31 +10,22 @@
 
 #pragma once
 
-#include <algorithm>
-#include <cmath>
 #include <cstddef>
-#include <limits>
 
+#include "shared/geometry/RoundToLong.h"
 #include "shared/geometry/Vec3.h"
-#include "shared/platform/WindowsTypes.h"
 
 namespace shr {
 
-/// Rounds to the nearest integer, halves up, and stops at the ends of the range; NaN gives 0.
-inline int RoundToInt(double value) {
-  constexpr double LOWEST = std::numeric_limits<int>::min();
-  constexpr double HIGHEST = std::numeric_limits<int>::max();
-  if (value != value) return 0;
-  const double limited = std::clamp(value, LOWEST, HIGHEST);
-  const double floor = std::floor(limited);
-  return static_cast<int>(limited - floor >= 0.5 ? floor + 1.0 : floor);
-}
+// The functions are of each source that includes this. On Windows g++ takes the registers that its
+// own copy of a common function uses for those of the copy that is linked (-fipa-ra), which crashes
+// where the copies differ.
 
-/// Makes a point of any of the types that matrices store.
+/// Makes a point of any of the types that matrices store; whole numbers by `RoundToLong`.
 template <class Destination, class T>
-Destination MakePoint(T x, T y) {
+static Destination MakePoint(T x, T y) {
   if constexpr (std::same_as<Destination, Vec2i> || std::same_as<Destination, POINT>) {
-    return Destination{RoundToInt(x), RoundToInt(y)};
+    return Destination{RoundToLong(x), RoundToLong(y)};
   } else {
     using U = decltype(Destination::x);
     return Destination(static_cast<U>(x), static_cast<U>(y));
@@ -57,15 +47,16 @@ struct PlaneMap {
 
 /// Calls `map` with x and y of each source point as `T`; it returns the destination point.
 template <class T, class Source, class Destination, class Map>
-void ForEachPoint(const Source* source, Destination* destination, std::size_t count, Map map) {
+static void ForEachPoint(const Source* source, Destination* destination, std::size_t count,
+                         Map map) {
   for (std::size_t i = 0; i < count; ++i) {
     destination[i] = map(static_cast<T>(source[i].x), static_cast<T>(source[i].y));
   }
 }
 
 template <class T, class Source, class Destination>
-void TransformPlane(const PlaneMap<T>& m, const Source* source, Destination* destination,
-                    std::size_t count) {
+static void TransformPlane(const PlaneMap<T>& m, const Source* source, Destination* destination,
+                           std::size_t count) {
   const PlaneMap<T> map = m;  // a copy that no store to the destination can change
   if (map.IsIdentity()) {
     if (static_cast<const void*>(source) == destination) return;

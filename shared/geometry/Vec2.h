@@ -67,9 +67,18 @@ struct Vec2 : VectorOperators<Vec2<T>, T> {
   constexpr operator T*() { return &x; }
   constexpr operator const T*() const { return &x; }
 
-  /// Lexicographic order, first x, then y.
-  friend constexpr bool operator<(const Vec2& a, const Vec2& b) requires std::integral<T> {
-    return a.x < b.x || (a.x == b.x && a.y < b.y);
+  /// Returns twice the signed area of the triangle of this, `b` and the origin: positive when the
+  /// way from this to `b` turns counter-clockwise in a y-up frame. For the sign alone, exactly, see
+  /// shared/geometry/Orientation.h.
+  constexpr ProductType<T> Cross(const Vec2& b) const {
+    if constexpr (std::integral<T>) {
+      IntegerProducts sum;
+      sum.Add(x, b.y);
+      sum.Add(-std::int64_t{y}, b.x);
+      return sum.Sum();
+    } else {
+      return x * b.y - y * b.x;
+    }
   }
 
   /// Calls `function` with the x of every vector, then with the y.

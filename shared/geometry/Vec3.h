@@ -63,15 +63,9 @@ struct Vec3 : VectorOperators<Vec3<T>, T> {
   /// Returns the vector perpendicular to both, which make a right-handed frame with it; its length
   /// is the area of their parallelogram. Requires, for integers: the result fits.
   constexpr Vec3 Cross(const Vec3& b) const {
-    using P = ProductType<T>;
+    using P = std::conditional_t<std::integral<T>, std::int64_t, T>;
     return Vec3(static_cast<T>(P{y} * b.z - P{z} * b.y), static_cast<T>(P{z} * b.x - P{x} * b.z),
                 static_cast<T>(P{x} * b.y - P{y} * b.x));
-  }
-
-  /// Lexicographic order, first x, then y, then z.
-  friend constexpr bool operator<(const Vec3& a, const Vec3& b) requires std::integral<T> {
-    if (a.x != b.x) return a.x < b.x;
-    return a.y < b.y || (a.y == b.y && a.z < b.z);
   }
 
   /// Calls `function` with the x of every vector, then with the y, then with the z.

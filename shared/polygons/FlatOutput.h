@@ -7,16 +7,14 @@
 
 #pragma once
 
-#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <cstddef>
-#include <limits>
 #include <span>
 #include <vector>
 
+#include "shared/geometry/RoundToLong.h"
 #include "shared/geometry/Vec2.h"
-#include "shared/platform/WindowsTypes.h"
 
 namespace shr {
 
@@ -26,19 +24,11 @@ inline bool IsNear(const Vec2d& first, const Vec2d& last) {
          std::abs(first.y - last.y) <= std::abs(first.y) * DBL_EPSILON;
 }
 
-inline LONG RoundToLong(double value) {
-  constexpr double LOWEST = std::numeric_limits<LONG>::min();
-  constexpr double HIGHEST = std::numeric_limits<LONG>::max();
-  if (std::isnan(value)) return 0;
-  return static_cast<LONG>(std::clamp(std::round(value), LOWEST, HIGHEST));
-}
-
 inline void AssignPoint(Vec2d& target, const Vec2d& source) {
   target = source;
 }
 inline void AssignPoint(POINT& target, const Vec2d& source) {
-  target.x = RoundToLong(source.x);
-  target.y = RoundToLong(source.y);
+  target = RoundToPoint(source);
 }
 
 /// Returns how many points of a stored ring are given out: all of it when it is to be closed or has

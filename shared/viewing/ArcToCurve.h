@@ -26,6 +26,12 @@ namespace shr {
 /// ellipse; the last point is then exactly the first. A direction within 0.005 radians of straight
 /// up or down gives the topmost or lowest point itself. `bounds` receives the bounds of the points.
 ///
+/// That snap makes a step in tall ellipses, those of a half height b of many times the half width
+/// a: within 0.005 radians of straight up the ellipse itself bends away as far as
+/// x = a / sqrt(1 + (200 a / b)^2) from its axis, and the curve steps from there, at the height of
+/// 200 x, to the topmost point at once. The steps are 0.005 b wide where b is up to 20 a, under
+/// 0.1 a; of an ellipse 200 times as tall as wide they begin 0.7 a from the axis and 0.7 b high.
+///
 /// Returns false and stores nothing when `count` is below 2, the array null, `start` or `end` the
 /// center or no number, or the box without width or height.
 SHARED_API bool ArcToCurve(const Box2d& box, const Vec2d& start, const Vec2d& end, int count,

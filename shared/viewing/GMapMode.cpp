@@ -6,8 +6,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "shared/platform/WindowsTypes.h"
-#include "shared/polygons/RoundToLong.h"
+#include "shared/geometry/RoundToLong.h"
 
 namespace shr {
 namespace {
@@ -53,8 +52,8 @@ int GMapMode::SetMapMode(int mode, double widthInMillimeters, double heightInMil
     window_.extent = viewport_.extent = Vec2d::ONE;
     return previous;
   }
-  window_.extent = Rounded(LogicalSize(mode, Vec2d(widthInMillimeters, heightInMillimeters)));
-  viewport_.extent = Rounded(Vec2d(widthInPixels, -heightInPixels));
+  ChangeExtent(window_, LogicalSize(mode, Vec2d(widthInMillimeters, heightInMillimeters)));
+  ChangeExtent(viewport_, Vec2d(widthInPixels, -heightInPixels));
   if (mode == ISOTROPIC) AdjustViewportExt();
   return previous;
 }
@@ -97,22 +96,27 @@ bool GMapMode::GetViewportExtEx(SIZE* extent) const {
 
 bool GMapMode::SetExtent(System& system, const Vec2d& extent, SIZE* previous) {
   Store(system.extent, previous);
-  system.extent = Rounded(extent);
+  ChangeExtent(system, extent);
   if (mapMode_ == ISOTROPIC) AdjustViewportExt();
   return true;
 }
 
 void GMapMode::AdjustViewportExt() {
   const Vec2d& window = window_.extent;
-  Vec2d& viewport = viewport_.extent;
-  if (window.x == 0.0 || window.y == 0.0) return;
+  Vec2d viewport = viewport_.extent;
   const double xRatio = std::abs(viewport.x / window.x);
   const double yRatio = std::abs(viewport.y / window.y);
   if (yRatio > xRatio) {
-    viewport.y = Rounded(std::copysign(std::abs(window.y) * xRatio, viewport.y));
+    viewport.y = std::copysign(std::abs(window.y) * xRatio, viewport.y);
   } else {
-    viewport.x = Rounded(std::copysign(std::abs(window.x) * yRatio, viewport.x));
+    viewport.x = std::copysign(std::abs(window.x) * yRatio, viewport.x);
   }
+  ChangeExtent(viewport_, viewport);
+}
+
+void GMapMode::ChangeExtent(System& system, const Vec2d& extent) const {
+  const Vec2d rounded(Rounded(extent.x), Rounded(extent.y));
+  if (rounded.IsFinite() && rounded.x != 0.0 && rounded.y != 0.0) system.extent = rounded;
 }
 
 bool GMapMode::LPtoDP(POINT* points, int count) const {
@@ -144,10 +148,6 @@ void GMapMode::Convert(std::span<POINT> points, const System& from, const System
 
 double GMapMode::Rounded(double extent) const {
   return roundToIntegers_ ? std::round(extent) : extent;
-}
-
-Vec2d GMapMode::Rounded(const Vec2d& extent) const {
-  return Vec2d(Rounded(extent.x), Rounded(extent.y));
 }
 
 }  // namespace shr

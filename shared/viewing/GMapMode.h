@@ -6,9 +6,11 @@
 /// device context.
 ///
 ///     GMapMode mode(true);
-///     mode.SetMapMode(2, 200.0, 100.0, 800.0, 400.0);  // MM_LOMETRIC, 200 x 100 mm, 800 x 400
-///     pixels mode.SetViewportOrgEx(0.0, 400.0, nullptr); POINT corner{1000, 500}; // tenths of
-///     millimetres, y up mode.LPtoDP(&corner, 1);                         // (400, 200)
+///     // MM_LOMETRIC: 200 x 100 mm are 800 x 400 pixels.
+///     mode.SetMapMode(2, 200.0, 100.0, 800.0, 400.0);
+///     mode.SetViewportOrgEx(0.0, 400.0, nullptr);
+///     POINT corner{1000, 500};                 // tenths of millimetres, y up
+///     mode.LPtoDP(&corner, 1);                 // (400, 200)
 ///
 /// To fit one rectangle into another take shared/viewing/RectTransformer.h. Threads: const members
 /// may be called on several threads at once.
@@ -31,7 +33,9 @@ namespace shr {
 /// The functions are those of GDI without the context, with `double` coordinates; where they hand
 /// out a `POINT` or `SIZE`, the pointer may be null. All whole numbers are made by rounding halves
 /// away from zero; they stop at the ends of 32 bits, and what is no number becomes 0. Other than a
-/// context, this takes extents in every mode.
+/// context, this takes extents in every mode. An extent that is 0 along an axis (after rounding),
+/// infinite or no number is not taken: both of its numbers stay as they were, so that every mapping
+/// has an inverse.
 class SHARED_API GMapMode {
 public:
   /// With `roundToIntegers`, extents are rounded to whole numbers whenever they change.
@@ -60,7 +64,7 @@ public:
   bool GetViewportExtEx(tagSIZE* extent) const;
 
   /// Shrinks the viewport's extent along the axis that is scaled more, keeping its sign, so that
-  /// both axes are scaled alike. Degenerate: nothing changes when a window extent is 0.
+  /// both axes are scaled alike. Degenerate: nothing changes where rounding would leave 0.
   void AdjustViewportExt();
 
   /// Convert points in place, logical to device and back. Each coordinate becomes (value - origin)
@@ -78,8 +82,8 @@ private:
   };
 
   bool SetExtent(System& system, const Vec2d& extent, tagSIZE* previous);
+  void ChangeExtent(System& system, const Vec2d& extent) const;
   double Rounded(double extent) const;
-  Vec2d Rounded(const Vec2d& extent) const;
   static void Convert(std::span<tagPOINT> points, const System& from, const System& to);
 
   bool roundToIntegers_;

@@ -7,8 +7,7 @@
 #include <cfloat>
 #include <cmath>
 
-#include "shared/platform/WindowsTypes.h"
-#include "shared/polygons/RoundToLong.h"
+#include "shared/geometry/RoundToLong.h"
 
 namespace shr {
 namespace {

@@ -47,6 +47,25 @@ TEST(Box2, emptyAndInvertedAreToldApart) {
   }
 }
 
+TEST(Box2, operandsMayBeCornersOfTheBoxItself) {
+  const Box2d start(2.0, 3.0, 6.0, 12.0);
+  Box2d box = start;
+  EXPECT_EQ(box -= box.Min(), Box2d(0.0, 0.0, 4.0, 9.0));
+  box = start;
+  EXPECT_EQ(box += box.Min(), Box2d(4.0, 6.0, 8.0, 15.0));
+  box = start;
+  EXPECT_EQ(box *= box.Min(), Box2d(4.0, 9.0, 12.0, 36.0));
+  box = start;
+  EXPECT_EQ(box /= box.Min(), Box2d(1.0, 1.0, 3.0, 4.0));
+  box = start;
+  EXPECT_EQ(box -= box.Max(), Box2d(-4.0, -9.0, 0.0, 0.0));
+  box = start;
+  EXPECT_EQ(box -= box.xMin(), Box2d(0.0, 1.0, 4.0, 10.0));
+  box = Box2d(6.0, 12.0, 2.0, 3.0);
+  box.Set(box.Max(), box.Min());
+  EXPECT_EQ(box, start);
+}
+
 TEST(Box2, extendingTheEmptyBoxGivesWhatItIsExtendedBy) {
   Box2d box;
   box.ExtendBy(Vec2d(3.0, -4.0));

@@ -23,6 +23,15 @@ static_assert(Box3d(Box2d(0.0, 1.0, 2.0, 3.0)) == Box3d(0.0, 1.0, 0.0, 2.0, 3.0,
 static_assert(Box3d(Box3f(0.0f, 1.0f, 2.0f, 3.0f, 5.0f, 8.0f)) == BOX);
 static_assert(get<2>(BOX) == 2.0 && get<3>(BOX) == 3.0 && get<5>(BOX) == 8.0);
 
+TEST(Box3, moveByTheirOwnCorners) {
+  Box3d box = BOX;
+  box.Offset(box.Min());
+  EXPECT_EQ(box, Box3d(0.0, 2.0, 4.0, 3.0, 6.0, 10.0));
+  box = BOX;
+  box -= box.Min();
+  EXPECT_EQ(box, Box3d(0.0, 0.0, 0.0, 3.0, 4.0, 6.0));
+}
+
 TEST(Box3, everyAxisCounts) {
   const struct {
     const char* name;

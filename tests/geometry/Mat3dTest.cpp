@@ -182,10 +182,12 @@ TEST(Mat3d, integersAreRoundedToTheNearestAndStopAtTheirRange) {
     double value;
     int expected;
   } rows[] = {{0.5, 1},
-              {-0.5, 0},
+              {-0.5, -1},
               {1.5, 2},
-              {-1.5, -1},
+              {-1.5, -2},
               {0.49999999999999994, 0},
+              {-0.49999999999999994, 0},
+              {2147483646.4999998, 2147483646},
               {NAN, 0},
               {1e300, 2147483647},
               {2147483646.5, 2147483647},
@@ -206,9 +208,9 @@ TEST(Mat3d, boxesGoByTheirTwoCorners) {
   EXPECT_EQ(image, Box2d(-0.5, -2.0, -2.5, -5.0));
   RECT pixels;
   turned.Transform(box, pixels);
-  EXPECT_EQ(pixels.left, 0);
+  EXPECT_EQ(pixels.left, -1);
   EXPECT_EQ(pixels.top, -2);
-  EXPECT_EQ(pixels.right, -2);
+  EXPECT_EQ(pixels.right, -3);
   EXPECT_EQ(pixels.bottom, -5);
   std::ostringstream text;
   text << turned;

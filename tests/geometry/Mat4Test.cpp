@@ -255,6 +255,33 @@ TEST(Mat4, partsOfATurnedScaleAreThoseItWasMadeOf) {
   }
 }
 
+TEST(Mat4, aReflectionReversesTheAxesThatLeaveTheSmallerRotation) {
+  const Quat4d turn(Vec3d(1.0, -2.0, 3.0), 0.3);
+  const Vec3d scales[] = {{2, 3, -4}, {2, -3, 4}, {-2, 3, 4}, {-2, -3, -4}, {5, -5, 5}};
+  for (const Vec3d& scale : scales) {
+    for (const Quat4d& rotation : {Quat4d::IDENTITY, turn}) {
+      const M m = M::MakeScale(scale) * M(rotation);
+      Vec3d translation;
+      Vec3d found;
+      Quat4d foundRotation;
+      Quat4d orientation;
+      m.GetTransform(translation, foundRotation, found, orientation);
+      EXPECT_LT(found.Distance(scale), 1e-14) << scale << found;
+      EXPECT_TRUE(foundRotation.Equals(rotation, 1e-14) || foundRotation.Equals(-rotation, 1e-14))
+          << scale << foundRotation;
+    }
+  }
+  // A matrix that loses a dimension has no sense to reverse: the lost axis takes the turn.
+  Vec3d translation;
+  Vec3d scale;
+  Quat4d rotation;
+  Quat4d orientation;
+  M::MakeScale(Vec3d(3, 0, -4)).GetTransform(translation, rotation, scale, orientation);
+  EXPECT_EQ(scale, Vec3d(3, 0, 4));
+  EXPECT_LT((rotation * Vec3d::UNIT_Z).Distance(-Vec3d::UNIT_Z), 1e-15);
+  EXPECT_LT((rotation * Vec3d::UNIT_X).Distance(Vec3d::UNIT_X), 1e-15);
+}
+
 TEST(Mat4, planePartIsThatOfTheMatrixOfThePlane) {
   M m = M::MakeScale(Vec3d(2.0, 3.0, 4.0));
   m.RotateZ(0.5, M::ORDER_POST);

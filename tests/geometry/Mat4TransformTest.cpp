@@ -150,8 +150,8 @@ TEST(Mat4Transform, boxesGoByTheirTwoCorners) {
   EXPECT_EQ(box, Box3d(0.0, 0.0, 0.0, -1.0, -2.0, 3.0));
   RECT pixels;
   m.Transform(Box2d(0.5, 1.5, 2.6, 3.0), pixels);
-  EXPECT_EQ(pixels.left, 0);
-  EXPECT_EQ(pixels.top, -1);
+  EXPECT_EQ(pixels.left, -1);
+  EXPECT_EQ(pixels.top, -2);
   EXPECT_EQ(pixels.right, -3);
   EXPECT_EQ(pixels.bottom, -3);
 }

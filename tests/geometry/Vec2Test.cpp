@@ -46,6 +46,26 @@ TEST(Vec2, comparisonIsExactAndANumberlessVectorEqualsNothing) {
   EXPECT_FALSE(numberless == numberless);
 }
 
+static_assert((Vec2i(0, 5) <=> Vec2i(0, 4)) > 0 && Vec2i(-1, 9) <= Vec2i(0, -9));
+static_assert(Vec2d(3.0, 1.0).Cross(Vec2d(2.0, 4.0)) == 10.0);
+static_assert(Vec2d::ONE.IsFinite() && !Vec2d(1.0, -INFINITY).IsFinite() && Vec2i().IsFinite());
+
+TEST(Vec2, productsOfIntegersHoldWhateverTheCoordinates) {
+  constexpr int LOW = -2147483647 - 1;
+  constexpr int HIGH = 2147483647;
+  const double two31 = 2147483648.0;
+  const double two62 = two31 * two31;
+  EXPECT_EQ(Vec2i(LOW, LOW).LengthSquared(), 2.0 * two62);
+  EXPECT_EQ(Vec2i(LOW, LOW).Dot(Vec2i(HIGH, HIGH)), -2.0 * two31 * (two31 - 1.0));
+  EXPECT_EQ(Vec2i(LOW, 0).Distance(Vec2i(HIGH, 0)), 4294967295.0);
+  EXPECT_EQ(Vec2i(LOW, LOW).DistanceSquared(Vec2i(HIGH, HIGH)), 2.0 * 4294967295.0 * 4294967295.0);
+  EXPECT_EQ(Vec2i(HIGH, LOW).Cross(Vec2i(LOW, LOW)), -two31 * (two31 - 1.0) - two62);
+  // Rounded once: the last units decide the sign.
+  EXPECT_EQ(Vec2i(HIGH, LOW).Dot(Vec2i(HIGH, HIGH - 1)), 1.0);
+  EXPECT_EQ(Vec2i(94906267, 1).LengthSquared(), 9007199515875290.0);
+  EXPECT_EQ(Vec2i(3, -4).Dot(Vec2i(-5, 6)), -39.0);
+}
+
 TEST(Vec2, lengthsOfIntegersDoNotOverflow) {
   const Vec2i distant(2000000000, -2000000000);
   EXPECT_EQ(distant.LengthSquared(), 8000000000000000000);

@@ -46,6 +46,21 @@ TEST(Vec3, vectorProductIsPerpendicularAndAlternates) {
   }
 }
 
+static_assert((Vec3i(1, 2, 3) <=> Vec3i(1, 2, 2)) > 0 && Vec3i(0, 9, 9) <= Vec3i(1, 0, 0));
+static_assert(!Vec3d(0.0, 0.0, NAN).IsFinite() && Vec3f::ONE.IsFinite());
+
+TEST(Vec3, productsOfIntegersHoldWhateverTheCoordinates) {
+  constexpr int LOW = -2147483647 - 1;
+  constexpr int HIGH = 2147483647;
+  const double two62 = 2147483648.0 * 2147483648.0;
+  EXPECT_EQ(Vec3i(LOW, LOW, LOW).LengthSquared(), 3.0 * two62);
+  EXPECT_EQ(Vec3i(LOW, LOW, LOW).Dot(Vec3i(HIGH, HIGH, HIGH)), -3.0 * (two62 - 2147483648.0));
+  EXPECT_EQ(Vec3i(LOW, 0, 0).Distance(Vec3i(HIGH, 0, 0)), 4294967295.0);
+  EXPECT_DOUBLE_EQ(Vec3i(LOW, LOW, LOW).Distance(Vec3i(HIGH, HIGH, HIGH)),
+                   4294967295.0 * std::sqrt(3.0));
+  EXPECT_EQ(Vec3i(HIGH, LOW, 1).Dot(Vec3i(HIGH, HIGH - 1, -2)), -1.0);
+}
+
 TEST(Vec3, normalizingStopsAtTheToleranceOfItsPrecision) {
   Vec3f small(1e-9f, 1e-9f, 1e-9f);
   EXPECT_FALSE(small.Normalize());

@@ -65,6 +65,20 @@ TEST(ArcToCurve, verticalDirectionsGiveTheEndsOfTheAxis) {
   }
 }
 
+TEST(ArcToCurve, theStepBesideTheTopIsAsToldForTallEllipses) {
+  for (const double ratio : {1.0, 20.0, 200.0, 2000.0}) {
+    const Box2d tall(-1.0, -ratio, 1.0, ratio);
+    const Vec2d beside(std::sin(0.00501), std::cos(0.00501));
+    const Vec2d within(std::sin(0.00499), std::cos(0.00499));
+    Vec2d step[2];
+    ASSERT_TRUE(ArcToCurve(tall, beside, within, step));
+    const double x = 1.0 / std::hypot(1.0, 200.0 / ratio);
+    EXPECT_NEAR(step[0].x, x, 0.01 * x) << ratio;
+    EXPECT_NEAR(step[0].y, 200.0 * x, 2.0 * x) << ratio;
+    EXPECT_EQ(step[1], Vec2d(0.0, ratio));
+  }
+}
+
 TEST(ArcToCurve, whatHasNoArcIsRefused) {
   const Vec2d center(1.0, 3.0);
   const Vec2d east(5.0, 3.0);

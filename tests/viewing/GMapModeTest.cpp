@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Cases: the extents of every mode, rounded and not; previous values; the isotropic correction with
-// all signs; points there and back, rounded away from zero and stopped at the ends.
+// Cases: the extents of every mode, rounded and not; extents that are not taken; previous values;
+// the isotropic correction with all signs; points there and back, rounded away from zero and
+// stopped at the ends.
 
 #include "shared/viewing/GMapMode.h"
 
@@ -11,6 +12,7 @@
 #include <array>
 #include <cstdint>
 
+#include "shared/geometry/MathUtility.h"
 #include "shared/platform/WindowsTypes.h"
 
 namespace shr {
@@ -63,6 +65,36 @@ TEST(GMapMode, extentsAreRoundedWhenAsked) {
   }
 }
 
+TEST(GMapMode, extentsOfNothingKeepTheOldOnes) {
+  const Vec2d refused[] = {{0.0, 7.0},  {7.0, 0.0},      {0.0, 0.0}, {0.4, 7.0},
+                           {7.0, -0.4}, {INFINITY, 7.0}, {7.0, NAN}};
+  for (const Vec2d& extent : refused) {
+    for (const int modeNumber : {8, 7}) {
+      GMapMode mode(true);
+      mode.SetMapMode(modeNumber, 0.0, 0.0, 0.0, 0.0);
+      EXPECT_EQ(Extents(mode), (Four{1, 1, 1, 1})) << "a device of no size";
+      mode.SetWindowExtEx(20.0, 20.0, nullptr);
+      mode.SetViewportExtEx(40.0, -40.0, nullptr);
+      SIZE previous{};
+      EXPECT_TRUE(mode.SetWindowExtEx(extent.x, extent.y, &previous)) << extent;
+      EXPECT_EQ(previous.cx, 20) << extent;
+      EXPECT_TRUE(mode.SetViewportExtEx(extent.x, extent.y, &previous)) << extent;
+      EXPECT_EQ(previous.cy, -40) << extent;
+      EXPECT_EQ(Extents(mode), (Four{20, 20, 40, -40})) << extent;
+      POINT there{6, -6};
+      mode.LPtoDP(&there, 1);
+      EXPECT_EQ(there.y, 12);
+      mode.DPtoLP(&there, 1);
+      EXPECT_EQ(there.x, 6);
+    }
+  }
+  GMapMode mode(true);  // the correction would shrink the height to 0.1
+  mode.SetWindowExtEx(100.0, 1.0, nullptr);
+  mode.SetViewportExtEx(10.0, 10.0, nullptr);
+  mode.AdjustViewportExt();
+  EXPECT_EQ(Extents(mode), (Four{100, 1, 10, 10}));
+}
+
 TEST(GMapMode, previousValuesAreHandedOut) {
   GMapMode mode(false);
   POINT point;
@@ -89,7 +121,6 @@ TEST(GMapMode, theIsotropicCorrectionShrinksOneAxis) {
       {"signs of the window do not count", {-100, 100, 300, 200}, 200, 200},
       {"rounded", {300, 100, 100, 100}, 100, 33},
       {"equal ratios stay", {10, 20, 30, -60}, 30, -60},
-      {"no window", {0, 100, 300, 200}, 300, 200},
   };
   for (const auto& row : rows) {
     GMapMode mode(true);
@@ -132,11 +163,11 @@ TEST(GMapMode, halvesGoAwayFromZeroAndRangesEnd) {
   EXPECT_EQ(points[1].x, -2);
   EXPECT_EQ(points[0].y, INT32_MAX);
   EXPECT_EQ(points[1].y, INT32_MIN);
-  mode.SetWindowExtEx(0.0, 1.0, nullptr);
-  POINT lost[] = {{0, 1}, {1, 1}};
-  mode.LPtoDP(lost, 2);
-  EXPECT_EQ(lost[0].x, 0) << "no number";
-  EXPECT_EQ(lost[1].x, INT32_MAX) << "infinite";
+  mode.SetViewportOrgEx(NAN, INFINITY, nullptr);
+  POINT lost{0, 1};
+  mode.LPtoDP(&lost, 1);
+  EXPECT_EQ(lost.x, 0) << "no number";
+  EXPECT_EQ(lost.y, INT32_MAX) << "infinite";
 }
 
 }  // namespace
