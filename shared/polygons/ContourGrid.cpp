@@ -2,18 +2,15 @@
 // Copyright (c) 2026 The Shared authors
 
 // Square grids for point location are old (F. Preparata and M. Shamos, "Computational Geometry",
-// 1985, section 2.2, call the idea "locus method"); here the answer must be that of the plain test
-// of all edges to the bit, rounding errors included, which asks for some care.
+// 1985, section 2.2, call the idea "locus method"); here the answer must be that of the test of all
+// edges, which is exact.
 //
-// For an edge that spans the height of the point, the plain test compares two products of rounded
-// differences. As no exponent is near the limits it is wrong only if the point lies within a few
-// units of DBL_EPSILON, times the extent of the contours, beside the edge. Every edge is therefore
-// entered into all cells that it touches with a margin of 1e-9 of the extent, far more than those
-// errors and those of the grid's own arithmetic. In a cell without edges the test then is right for
-// every edge, so that its answer is the same in the whole cell.
+// Every edge is entered into all cells that it touches with a margin of 1e-9 of the extent, far
+// more than the rounding errors of the grid's own arithmetic. No edge passes through a cell without
+// edges, so that the answer is the same in the whole cell.
 //
 // The cells with edges form runs along each row. A point in a run asks for crossings to the right:
-// those of the edges in the run are tested as the plain test does it, and beyond the run lies a
+// those of the edges in the run are tested one by one, and beyond the run lies a
 // cell whose state is known and the same at every height of the row.
 //
 // States are found from right to left in every row: outside of the grid nothing is inside, and a
@@ -31,8 +28,8 @@ namespace {
 
 constexpr double RELATIVE_MARGIN = 1e-9;
 
-/// Extents between these, and edges no flatter than this, keep every product of the test away from
-/// the ends of the exponent range.
+/// Extents between these, and edges no flatter than this, keep the grid's arithmetic away from the
+/// ends of the exponent range.
 constexpr double SMALLEST_EXTENT = 1e-100;
 constexpr double LARGEST_EXTENT = 1e100;
 constexpr double SMALLEST_HEIGHT = 1e-150;
@@ -42,10 +39,6 @@ constexpr std::uint32_t MAX_SIZE = 1024;
 
 bool IsMeasurable(double extent) {
   return extent >= SMALLEST_EXTENT && extent <= LARGEST_EXTENT;
-}
-
-bool IsFinite(const Vec2d& point) {
-  return std::isfinite(point.x) && std::isfinite(point.y);
 }
 
 }  // namespace
@@ -209,7 +202,7 @@ bool ContourGrid::CanHaveCells() const {
   if (!IsMeasurable(bounds_.xRange()) || !IsMeasurable(bounds_.yRange())) return false;
   return std::all_of(edges_.begin(), edges_.end(), [](const ContourEdge& edge) {
     const double height = std::abs(edge.to.y - edge.from.y);
-    return IsFinite(edge.to) && (height == 0.0 || height >= SMALLEST_HEIGHT);
+    return edge.to.IsFinite() && (height == 0.0 || height >= SMALLEST_HEIGHT);
   });
 }
 

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Four edges at once. Each takes the same products and comparisons as the test of one edge in
-// ContourEdge.h, so that the answer has the same bits; only whether the number of crossings is
-// odd counts, so that their order does not matter.
+// Four edges at once, each by the same products and comparisons as in the test of one edge in
+// ContourEdge.h. Only whether the number of crossings is odd counts, so that their order does not
+// matter. Where the rounded products do not decide, which asks for a point all but on an edge, the
+// contour is left to the test of single edges.
 //
 // Most edges of a long contour lie above or below the point. Sixteen at a time are passed over when
 // all of their points are on one and the same side, which takes the y values alone.
@@ -11,6 +12,8 @@
 #include "shared/polygons/ContourTestAvx2.h"
 
 #include <immintrin.h>
+
+#include "shared/polygons/SideError.h"
 
 namespace shr {
 namespace {
@@ -52,8 +55,13 @@ inline Edges LoadLastEdges(const double* xy, std::size_t count, std::size_t inde
   return {join(p1, p2), join(p3, p4), join(p0, p1), join(p2, p3)};
 }
 
-/// Returns the edges that toggle the answer, one a lane.
-inline __m256d Toggles(const Edges& edges, const Target& point) {
+/// What is known of the edges so far, one a lane, in the sign bits.
+struct Crossings {
+  __m256d toggles;   ///< whether they toggle the answer
+  __m256d isUnsure;  ///< whether some edge was too near the point to tell
+};
+
+inline void AddCrossings(const Edges& edges, const Target& point, Crossings& crossings) {
   const __m256d toX = _mm256_unpacklo_pd(edges.to01, edges.to23);
   const __m256d toY = _mm256_unpackhi_pd(edges.to01, edges.to23);
   const __m256d fromX = _mm256_unpacklo_pd(edges.from01, edges.from23);
@@ -61,13 +69,20 @@ inline __m256d Toggles(const Edges& edges, const Target& point) {
 
   const __m256d isToBelow = _mm256_cmp_pd(toY, point.y, _CMP_LE_OQ);
   const __m256d isFromBelow = _mm256_cmp_pd(fromY, point.y, _CMP_LE_OQ);
-  const __m256d upward = _mm256_mul_pd(_mm256_sub_pd(fromX, toX), _mm256_sub_pd(point.y, toY));
-  const __m256d sideward = _mm256_mul_pd(_mm256_sub_pd(fromY, toY), _mm256_sub_pd(point.x, toX));
-  // Where the edge ends above, the comparison is the other way round: of the negated products.
-  const __m256d sign = _mm256_andnot_pd(isToBelow, _mm256_set1_pd(-0.0));
-  const __m256d isRight =
-      _mm256_cmp_pd(_mm256_xor_pd(upward, sign), _mm256_xor_pd(sideward, sign), _CMP_GT_OQ);
-  return _mm256_and_pd(_mm256_xor_pd(isToBelow, isFromBelow), isRight);
+  const __m256d left = _mm256_mul_pd(_mm256_sub_pd(fromX, point.x), _mm256_sub_pd(toY, point.y));
+  const __m256d right = _mm256_mul_pd(_mm256_sub_pd(fromY, point.y), _mm256_sub_pd(toX, point.x));
+  const __m256d determinant = _mm256_sub_pd(left, right);
+  const __m256d signBit = _mm256_set1_pd(-0.0);
+  const __m256d magnitude = _mm256_andnot_pd(signBit, _mm256_add_pd(left, right));
+  const __m256d error = _mm256_add_pd(_mm256_mul_pd(_mm256_set1_pd(SIDE_ERROR_FACTOR), magnitude),
+                                      _mm256_set1_pd(SIDE_ERROR_OF_UNDERFLOW));
+  const __m256d isUnsure =
+      _mm256_cmp_pd(_mm256_andnot_pd(signBit, determinant), error, _CMP_NGT_UQ);
+  const __m256d isSpanning = _mm256_xor_pd(isToBelow, isFromBelow);
+  // Of these numbers the sign bits are read: upward and not negative, or downward and negative.
+  const __m256d isToggle = _mm256_and_pd(isSpanning, _mm256_xor_pd(determinant, isFromBelow));
+  crossings.toggles = _mm256_xor_pd(crossings.toggles, isToggle);
+  crossings.isUnsure = _mm256_or_pd(crossings.isUnsure, _mm256_and_pd(isUnsure, isSpanning));
 }
 
 /// Returns whether every point of a block is below like the one before it, or none.
@@ -90,24 +105,24 @@ inline bool IsOdd(int bits) {
 
 }  // namespace
 
-bool IsInContourAvx2(double x, double y, const double* xy, std::size_t count) {
-  if (count == 0) return false;
+ContourAnswer IsInContourAvx2(double x, double y, const double* xy, std::size_t count) {
+  if (count == 0) return ContourAnswer::OUTSIDE;
   const Target point{_mm256_set1_pd(x), _mm256_set1_pd(y)};
-  __m256d toggles = _mm256_setzero_pd();
+  Crossings crossings{_mm256_setzero_pd(), _mm256_setzero_pd()};
   std::size_t i = 1;  // the end of the next edge
   for (bool isFromBelow = xy[1] <= y; i + BLOCK_SIZE <= count; i += BLOCK_SIZE) {
     const double* const to = xy + 2 * i;
     if (IsOnOneSide(to, point, isFromBelow)) continue;
     for (std::size_t k = 0; k < 2 * BLOCK_SIZE; k += 8) {
-      toggles = _mm256_xor_pd(toggles, Toggles(LoadEdges(to + k), point));
+      AddCrossings(LoadEdges(to + k), point, crossings);
     }
     isFromBelow = to[2 * BLOCK_SIZE - 1] <= y;
   }
-  for (; i + 4 <= count; i += 4) {
-    toggles = _mm256_xor_pd(toggles, Toggles(LoadEdges(xy + 2 * i), point));
-  }
-  toggles = _mm256_xor_pd(toggles, Toggles(LoadLastEdges(xy, count, i), point));
-  return IsOdd(_mm256_movemask_pd(toggles));
+  for (; i + 4 <= count; i += 4) AddCrossings(LoadEdges(xy + 2 * i), point, crossings);
+  AddCrossings(LoadLastEdges(xy, count, i), point, crossings);
+  if (_mm256_movemask_pd(crossings.isUnsure) != 0) return ContourAnswer::UNSURE;
+  return IsOdd(_mm256_movemask_pd(crossings.toggles)) ? ContourAnswer::INSIDE
+                                                      : ContourAnswer::OUTSIDE;
 }
 
 }  // namespace shr

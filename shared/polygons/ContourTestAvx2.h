@@ -10,8 +10,10 @@
 
 namespace shr {
 
-/// Returns what `PointInPolygon` returns for one contour of `count` points, which are pairs of x
-/// and y in `xy`. Runs only where `HasAvx2()` is true.
-bool IsInContourAvx2(double x, double y, const double* xy, std::size_t count);
+enum class ContourAnswer { OUTSIDE, INSIDE, UNSURE };
+
+/// Tells what `PointInPolygon` returns for one contour of `count` points, which are pairs of x and
+/// y in `xy`; unsure when the point is all but on an edge. Runs only where `HasAvx2()` is true.
+ContourAnswer IsInContourAvx2(double x, double y, const double* xy, std::size_t count);
 
 }  // namespace shr

@@ -31,9 +31,12 @@ bool IsInContourBaseline(const Vec2d& point, std::span<const Vec2d> contour) {
 const bool USES_AVX2 = HasAvx2();
 
 bool IsInContour(const Vec2d& point, std::span<const Vec2d> contour) {
-  if (!USES_AVX2) return IsInContourBaseline(point, contour);
-  const double* const first = contour.empty() ? nullptr : &contour.front().x;
-  return IsInContourAvx2(point.x, point.y, first, contour.size());
+  if (USES_AVX2) {
+    const double* const first = contour.empty() ? nullptr : &contour.front().x;
+    const ContourAnswer answer = IsInContourAvx2(point.x, point.y, first, contour.size());
+    if (answer != ContourAnswer::UNSURE) return answer == ContourAnswer::INSIDE;
+  }
+  return IsInContourBaseline(point, contour);
 }
 
 }  // namespace

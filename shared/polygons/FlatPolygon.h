@@ -57,9 +57,11 @@ SHARED_API double TriangulatedPolygonArea(std::span<const Vec2d> points,
                                           std::span<const unsigned int> counts);
 
 /// Return true when the point is inside by the even-odd rule. A point on a left or bottom edge of a
-/// rectangle is inside, one on a right or top edge is outside, so that of rectangles side by side
-/// exactly one holds it. The test has no tolerance. The contour need not be closed; contours inside
-/// contours are holes. Cost: O(n). Errors: as `PolygonArea`.
+/// rectangle is inside, one on a right or top edge is outside. The test is exact, without tolerance
+/// or rounding: of two polygons on both sides of a common edge, which may run either way, exactly
+/// one holds a point on the edge or beside it. The contour need not be closed; contours inside
+/// contours are holes. An edge with an infinite or NaN coordinate is no border. Cost: O(n).
+/// Errors: as `PolygonArea`.
 SHARED_API bool PointInPolygon(const Vec2d& point, const Vec2d* points, std::size_t count);
 SHARED_API bool PointInPolygon(const Vec2d& point, std::span<const Vec2d> points);
 SHARED_API bool PointInPolygon(const Vec2d& point, const Vec2d* points, const unsigned int* counts,
