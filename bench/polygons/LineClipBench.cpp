@@ -3,6 +3,9 @@
 
 // Short segments all over the map, clipped to a coast line of 100 to 10 thousand vertices; the
 // index of each contender is built inside the timed part. The argument is the number of segments.
+//
+// A dashed line through a view of 1000 x 800, of which the argument is the length; beside it, every
+// dash of the line made and clipped, as a program does that has but a generator of dashes.
 
 #include <benchmark/benchmark.h>
 
@@ -12,6 +15,10 @@
 #include <utility>
 
 #include "bench/polygons/ClipPeerGeos.h"
+#include "shared/polygons/ClipUtil.h"
+#include "shared/polygons/GPolygon.h"
+#include "shared/polygons/lines/GDashLineGenerator.h"
+#include "shared/polygons/lines/LineClip.h"
 #include "shared/polygons/lines/LineClipPolygon.h"
 
 namespace {
@@ -85,6 +92,57 @@ void RunGeos(benchmark::State& state) {
     benchmark::DoNotOptimize(workload.geos->ClipSegments(workload.ends).length);
   }
 }
+
+struct DashedLine {
+  explicit DashedLine(double length)
+      : points{{500.0 - length / 2.0, 400.0}, {500.0 + length / 2.0, 400.0}} {}
+
+  void ClipInView() {
+    pieces.points.clear();
+    pieces.counts.clear();
+    const unsigned int count = 2;
+    GClipDashedPolylinesToPolygon(points, &count, 1, dashes, view, pieces.points, pieces.counts);
+  }
+  void ClipEvery() {
+    pieces.points.clear();
+    pieces.counts.clear();
+    const CLineClip clip(Box2d(0.0, 0.0, 1000.0, 800.0));
+    dashes.Decompose(std::span<const Vec2d>(points), [&](const Vec2d& begin, const Vec2d& end) {
+      const Vec2d dash[] = {begin, end};
+      clip.ClipPolyline(dash, pieces.points, pieces.counts);
+    });
+  }
+
+  const double pattern[2] = {6.0, 3.0};
+  Vec2d points[2];
+  GLineClipPolygon view{GPolygon(0.0, 0.0, 1000.0, 800.0)};
+  GDashLineGenerator dashes{pattern};
+  struct {
+    Points points;
+    std::vector<unsigned int> counts;
+  } pieces;
+};
+
+template <void (DashedLine::*CLIP)()>
+void RunDashes(benchmark::State& state) {
+  DashedLine line(static_cast<double>(state.range(0)));
+  line.ClipInView();
+  const std::size_t inView = line.pieces.counts.size();
+  (line.*CLIP)();
+  DemandSame(static_cast<double>(line.pieces.counts.size()), static_cast<double>(inView),
+             "the dashes");
+  for (auto _ : state) {
+    (line.*CLIP)();
+    benchmark::DoNotOptimize(line.pieces.points.data());
+  }
+}
+
+void Lengths(benchmark::internal::Benchmark* benchmark) {
+  benchmark->Arg(10000)->Arg(1000000)->Arg(100000000)->Unit(benchmark::kMicrosecond);
+}
+
+BENCHMARK(RunDashes<&DashedLine::ClipInView>)->Name("polygons/dashes-in-view/ours")->Apply(Lengths);
+BENCHMARK(RunDashes<&DashedLine::ClipEvery>)->Name("polygons/dashes-in-view/every")->Apply(Lengths);
 
 void Sizes(benchmark::internal::Benchmark* benchmark) {
   benchmark->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMicrosecond);

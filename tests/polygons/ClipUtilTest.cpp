@@ -61,6 +61,16 @@ TEST(ClipUtil, edgesOnTheBorderStayAndTheBoxNeedNotBeInOrder) {
   EXPECT_EQ(Box2d(0, 1, 2, 3), result2d.GetBBox());
 }
 
+TEST(ClipUtil, contoursOfTwoPointsStayAndThoseOfOneDoNot) {
+  const Points points = {{1, 1}, {3, 3}, {2, 2}, {-1, 1}, {1, 3}};
+  const std::vector<unsigned int> counts = {2, 1, 2};
+  GPolygon result;
+  GClipGPolygonToRect(GPolygon(points, counts), Box2d(0, 0, 4, 4), result);
+  ASSERT_EQ(result.GetNumContours(), 2u);
+  EXPECT_EQ(result.GetContourVertexCount(0), 2u);
+  EXPECT_GE(result.GetContourVertexCount(1), 2u) << "cut on the way there and back";
+}
+
 TEST(ClipUtil, holesAreClippedAsContoursAndLoseTheirFlag) {
   GPolygon polygon(-1, -1, 9, 9);
   polygon.Difference(GPolygon(1, 1, 8, 8));

@@ -30,12 +30,13 @@ CLineClip MakeLineClip(Box2d box) {
   return CLineClip(box);
 }
 
-/// Cuts every polyline into dashes and calls the function with the two points of each.
+/// Cuts every polyline into dashes and calls the function with the two points of each that may
+/// touch the box.
 template <class Function>
 void ForEachDash(const Vec2d* points, const unsigned int* counts, std::size_t numPolylines,
-                 GDashLineGenerator& dashes, Function function) {
+                 GDashLineGenerator& dashes, const Box2d& view, Function function) {
   ForEachPolyline(points, counts, numPolylines, [&](std::span<const Vec2d> polyline) {
-    dashes.Decompose(polyline, [&](const Vec2d& begin, const Vec2d& end) {
+    dashes.Decompose(polyline, view, [&](const Vec2d& begin, const Vec2d& end) {
       const Vec2d dash[] = {begin, end};
       function(std::span<const Vec2d>(dash));
     });
@@ -79,11 +80,12 @@ void GClipDashedPolylinesToPolygon(const Vec2d* points, const unsigned int* coun
   Box2d box;
   if (clip.IsRectangle(&box)) {
     const CLineClip lineClip = MakeLineClip(box);
-    ForEachDash(points, counts, numPolylines, dashes, [&](std::span<const Vec2d> dash) {
+    const Box2d view = lineClip.IsClipEnabled() ? lineClip.GetClipRect() : Box2d::UNIVERSE;
+    ForEachDash(points, counts, numPolylines, dashes, view, [&](std::span<const Vec2d> dash) {
       lineClip.ClipPolyline(dash, outPoints, outCounts);
     });
   } else {
-    ForEachDash(points, counts, numPolylines, dashes,
+    ForEachDash(points, counts, numPolylines, dashes, clip.GetBBox(),
                 [&](std::span<const Vec2d> dash) { clip.Clip(dash, outPoints, outCounts); });
   }
 }

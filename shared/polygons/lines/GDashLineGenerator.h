@@ -12,6 +12,7 @@
 ///     GDashLineGenerator dashes(pattern);
 ///     std::vector<GLine2> pieces;
 ///     dashes.Decompose(river, pieces);        // a GPolyline, a vector or an array of points
+///     dashes.Decompose(river, Box2d(0.0, 0.0, 1000.0, 800.0), draw);  // only what a view shows
 ///
 /// Threads: an object belongs to one thread at a time.
 
@@ -22,7 +23,6 @@
 #include <cmath>
 #include <concepts>
 #include <cstddef>
-#include <numeric>
 #include <span>
 #include <utility>
 #include <vector>
@@ -88,6 +88,16 @@ public:
               [=](const Point& begin, const Point& end) { callback(begin, end, user); });
   }
 
+  /// The same for the parts that a box (`Box2d` or `Box3d`) may show: those that have a point in it
+  /// are delivered, whole, with the ends they have without the box, and few others. Whatever lies
+  /// elsewhere is passed over period by period, so that the limit of entries is one for the parts
+  /// in the box, and the phase of a part anywhere on the line is right to a unit in the last place
+  /// of the length so far. Degenerate: a box without points shows nothing. Cost: O(points * entries
+  /// of the pattern + parts in the box).
+  template <class Box, class Function>
+  requires std::invocable<Function&, const Point&, const Point&>
+  void Decompose(std::span<const Point> points, const Box& view, Function function);
+
   /// The same, appended to `lines`.
   void Decompose(std::span<const Point> points, std::vector<Line>& lines) {
     Decompose(points,
@@ -99,6 +109,8 @@ public:
 
 private:
   static constexpr const wchar_t* SOURCE = L"GDashLineGenerator";
+  /// With more of them, a period is shorter than a unit in the last place of the line's length.
+  static constexpr double MAXIMUM_PERIODS = 9007199254740992.0;
 
   [[noreturn]] static void ThrowNullArray(int line) {
     ThrowInternalError(SHARED_MODULE, SOURCE, line);
@@ -113,25 +125,62 @@ private:
     Point::ForEach([](double& x) { x = DBL_MAX; }, none);
     return none;
   }
-  static bool IsFinite(const Point& point) {
-    bool finite = true;
-    Point::ForEach([&finite](double x) { finite = finite && std::isfinite(x); }, point);
-    return finite;
-  }
   static double SegmentLength(const Point& begin, const Point& end);
+
+  /// A length as the sum of two numbers, the second within the rounding error of the first, so that
+  /// millions of entries do not drift (T. J. Dekker, "A Floating-Point Technique for Extending the
+  /// Available Precision", 1971).
+  struct Length {
+    double value = 0.0;
+    double error = 0.0;
+
+    void Add(double other, double otherError = 0.0) {
+      const double sum = value + other;
+      const double part = sum - value;
+      const double rest = (value - (sum - part)) + (other - part) + (error + otherError);
+      value = sum + rest;
+      error = rest - (value - sum);
+    }
+    bool IsAtMost(double limit) const { return (value - limit) + error <= 0.0; }
+  };
+
+  /// A stretch of a segment, as distances from its begin.
+  struct Stretch {
+    double from;
+    double to;
+  };
+  /// What shows every segment from its begin to its end.
+  struct Everything {
+    bool operator()(const Point&, const Point&, double length, Stretch& visible) const {
+      visible = {0.0, length};
+      return true;
+    }
+  };
+  /// What shows the part of a segment in a box.
+  template <class Box>
+  struct View {
+    bool operator()(const Point& begin, const Point& end, double length, Stretch& visible) const;
+    const Box& box;
+  };
 
   void InitState();
   void NextEntry();
-  void RequireFewEntries(std::span<const Point> points) const;
-  template <class Function>
-  void WalkSegment(const Point& begin, const Point& end, Function& function);
+  void SkipPeriods(double distance);
+  template <class Visible>
+  void RequireFewEntries(std::span<const Point> points, const Visible& visible) const;
+  template <class Visible, class Function>
+  void DecomposeVisible(std::span<const Point> points, const Visible& visible, Function& function);
+  template <class Visible, class Function>
+  void WalkSegment(const Point& begin, const Point& end, const Visible& visible,
+                   Function& function);
 
   std::vector<double> dashes_;
-  double patternLength_ = 0.0;
+  Length period_;  // until the pattern begins again with the pen down
+  std::size_t entriesOfPeriod_ = 0;
   Point lastPoint_ = NoPoint();
   std::size_t dashIndex_ = 0;
   bool penDown_ = true;
-  double remaining_ = 0.0;  // of the entry in progress
+  Length remaining_;  // of the entry in progress; along a segment, where it ends
 };
 
 /// Dashes in the plane.
@@ -159,7 +208,14 @@ void DashLineGenerator<Point, Line>::SetDashes(std::span<const double> dashes) {
   std::vector<double> pattern(dashes.begin(), dashes.end());
   if (pattern.empty()) pattern.push_back(0.0);
   dashes_ = std::move(pattern);
-  patternLength_ = std::accumulate(dashes_.begin(), dashes_.end(), 0.0);
+  // With an odd number of entries the pen is up where it was down one pattern before.
+  const int patterns = dashes_.size() % 2 == 0 ? 1 : 2;
+  period_ = {};
+  entriesOfPeriod_ = 0;
+  for (int i = 0; i < patterns; ++i) {
+    for (const double dash : dashes_) period_.Add(dash);
+    entriesOfPeriod_ += dashes_.size();
+  }
   InitState();
 }
 
@@ -167,15 +223,30 @@ template <class Point, class Line>
 template <class Function>
 requires std::invocable<Function&, const Point&, const Point&>
 void DashLineGenerator<Point, Line>::Decompose(std::span<const Point> points, Function function) {
-  if (points.size() < 2 || patternLength_ == 0.0) {
+  DecomposeVisible(points, Everything(), function);
+}
+
+template <class Point, class Line>
+template <class Box, class Function>
+requires std::invocable<Function&, const Point&, const Point&>
+void DashLineGenerator<Point, Line>::Decompose(std::span<const Point> points, const Box& view,
+                                               Function function) {
+  DecomposeVisible(points, View<Box>{view}, function);
+}
+
+template <class Point, class Line>
+template <class Visible, class Function>
+void DashLineGenerator<Point, Line>::DecomposeVisible(std::span<const Point> points,
+                                                      const Visible& visible, Function& function) {
+  if (points.size() < 2 || period_.value == 0.0) {
     InitState();
     return;
   }
-  RequireFewEntries(points);
+  RequireFewEntries(points, visible);
   if (!(points.front() == lastPoint_)) InitState();
   lastPoint_ = NoPoint();
   for (std::size_t i = 1; i < points.size(); ++i) {
-    WalkSegment(points[i - 1], points[i], function);
+    WalkSegment(points[i - 1], points[i], visible, function);
   }
   lastPoint_ = points.back();
 }
@@ -185,14 +256,39 @@ void DashLineGenerator<Point, Line>::InitState() {
   lastPoint_ = NoPoint();
   dashIndex_ = 0;
   penDown_ = true;
-  remaining_ = dashes_.front();
+  remaining_ = {dashes_.front(), 0.0};
 }
 
 template <class Point, class Line>
 void DashLineGenerator<Point, Line>::NextEntry() {
   dashIndex_ = dashIndex_ + 1 < dashes_.size() ? dashIndex_ + 1 : 0;
   penDown_ = !penDown_;
-  remaining_ = dashes_[dashIndex_];
+  remaining_.Add(dashes_[dashIndex_]);
+}
+
+/// Passes over whole periods until the entry in progress ends at most a period or two before a
+/// distance. Their lengths are multiplied exactly: the factors are split into halves of 26 bits.
+template <class Point, class Line>
+void DashLineGenerator<Point, Line>::SkipPeriods(double distance) {
+  const double count = std::floor((distance - remaining_.value) / period_.value) - 1.0;
+  if (!(count >= 1.0)) return;
+  if (count > MAXIMUM_PERIODS) {
+    remaining_ = {distance, 0.0};
+    return;
+  }
+  const auto half = [](double value) {
+    const double scaled = 134217729.0 * value;  // 2^27 + 1
+    return scaled - (scaled - value);
+  };
+  const double countHigh = half(count);
+  const double countLow = count - countHigh;
+  const double periodHigh = half(period_.value);
+  const double periodLow = period_.value - periodHigh;
+  const double product = count * period_.value;
+  const double error =
+      ((countHigh * periodHigh - product) + countHigh * periodLow + countLow * periodHigh) +
+      countLow * periodLow;
+  remaining_.Add(product, error + count * period_.error);
 }
 
 /// The squares of a length that is representable may not be; scaling keeps them in range.
@@ -208,9 +304,37 @@ double DashLineGenerator<Point, Line>::SegmentLength(const Point& begin, const P
   return along.Length() * largest;
 }
 
+/// Finds where the segment is in the box, or so near it that rounding could tell otherwise.
 template <class Point, class Line>
-void DashLineGenerator<Point, Line>::RequireFewEntries(std::span<const Point> points) const {
-  const double entriesPerUnit = static_cast<double>(dashes_.size()) / patternLength_;
+template <class Box>
+bool DashLineGenerator<Point, Line>::View<Box>::operator()(const Point& begin, const Point& end,
+                                                           double length, Stretch& visible) const {
+  constexpr double TOLERANCE = 1e-14;
+  double from = 0.0;
+  double to = 1.0;
+  Point::ForEach(
+      [&](double a, double b, double low, double high) {
+        const double slack = TOLERANCE * (std::abs(a) + std::abs(b));
+        if (a == b) {
+          if (a < low || a > high) from = 2.0;
+          return;
+        }
+        const double atLow = (low - slack - a) / (b - a);
+        const double atHigh = (high + slack - a) / (b - a);
+        if (low > high) from = 2.0;
+        from = std::max(from, std::min(atLow, atHigh));
+        to = std::min(to, std::max(atLow, atHigh));
+      },
+      begin, end, box.Min(), box.Max());
+  visible = {from * length, to * length};
+  return from <= to;
+}
+
+template <class Point, class Line>
+template <class Visible>
+void DashLineGenerator<Point, Line>::RequireFewEntries(std::span<const Point> points,
+                                                       const Visible& visible) const {
+  const double entriesPerUnit = static_cast<double>(entriesOfPeriod_) / period_.value;
   // The sum of the coordinates' differences is quickly found, and no line is longer.
   double bound = 0.0;
   for (std::size_t i = 1; i < points.size(); ++i) {
@@ -220,49 +344,63 @@ void DashLineGenerator<Point, Line>::RequireFewEntries(std::span<const Point> po
   if (bound * entriesPerUnit <= MAXIMUM_ENTRIES) return;
   double length = 0.0;
   for (std::size_t i = 1; i < points.size(); ++i) {
-    if (IsFinite(points[i - 1]) && IsFinite(points[i])) {
-      length += SegmentLength(points[i - 1], points[i]);
+    if (!points[i - 1].IsFinite() || !points[i].IsFinite()) continue;
+    const double whole = SegmentLength(points[i - 1], points[i]);
+    Stretch stretch;
+    if (!(whole <= DBL_MAX)) {
+      length = whole;
+    } else if (visible(points[i - 1], points[i], whole, stretch)) {
+      length += stretch.to - stretch.from;
     }
   }
   if (length == 0.0 || length * entriesPerUnit <= MAXIMUM_ENTRIES) return;
   ThrowErrorImpl(SOURCE, __LINE__,
                  L"A line of the length %g is too long for a dash pattern of the length %g.",
-                 length, patternLength_);
+                 length, period_.value);
 }
 
-/// Goes along one segment. Where each entry ends is summed up with the rounding error of every sum
-/// carried along (T. J. Dekker, "A Floating-Point Technique for Extending the Available Precision",
-/// 1971), so that thousands of short dashes do not drift.
+/// Goes along one segment, with where the entry in progress ends as the distance from its begin.
 template <class Point, class Line>
-template <class Function>
+template <class Visible, class Function>
 void DashLineGenerator<Point, Line>::WalkSegment(const Point& begin, const Point& end,
-                                                 Function& function) {
-  if (!IsFinite(begin) || !IsFinite(end)) {
+                                                 const Visible& visible, Function& function) {
+  if (!begin.IsFinite() || !end.IsFinite()) {
     InitState();
     return;
   }
-  const auto draw = [&function](const Point& from, const Point& to) {
-    if (!(from == to)) function(from, to);
-  };
   const double length = SegmentLength(begin, end);
   const Point along = end - begin;
+  const auto pointAt = [&](double distance) {
+    return distance < length ? begin + along * (distance / length) : end;
+  };
+  Stretch stretch{DBL_MAX, -DBL_MAX};
+  visible(begin, end, length, stretch);
   Point from = begin;
-  double walked = 0.0;
-  double error = 0.0;
-  double left = length;
-  while (remaining_ <= left) {
-    const double step = remaining_ + error;
-    const double sum = walked + step;
-    error = std::abs(walked) >= std::abs(step) ? (walked - sum) + step : (step - sum) + walked;
-    walked = sum;
-    left = std::max(0.0, (length - walked) - error);
-    const Point to = walked < length ? begin + along * (walked / length) : end;
-    if (penDown_) draw(from, to);
+  double distance = 0.0;  // of `from`
+  const auto drawTo = [&](double next, const Point& to) {
+    const bool isVisible = next >= stretch.from && distance <= stretch.to;
+    if (penDown_ && isVisible && !(from == to)) function(from, to);
+  };
+  const auto skipTo = [&](double target) {
+    const double before = remaining_.value;
+    SkipPeriods(std::min(target, length));
+    if (remaining_.value == before) return;
+    Length start = remaining_;
+    start.Add(-dashes_[dashIndex_]);
+    distance = start.value;
+    from = pointAt(distance);
+  };
+  skipTo(stretch.from);
+  while (remaining_.IsAtMost(length)) {
+    const Point to = pointAt(remaining_.value);
+    drawTo(remaining_.value, to);
     from = to;
+    distance = remaining_.value;
     NextEntry();
+    if (distance > stretch.to) skipTo(length);
   }
-  remaining_ -= left;
-  if (penDown_) draw(from, end);
+  drawTo(length, end);
+  remaining_.Add(-length);
 }
 
 }  // namespace shr

@@ -30,16 +30,33 @@ unsigned Classify(const Vec2d& point, const Box2d& box) {
   return point.x > box.xMax() ? code | RIGHT : code;
 }
 
+/// Returns where a segment from (x0, y0) to (x1, y1) has reached x, which lies between its ends.
+double Reach(double x, double x0, double y0, double x1, double y1) {
+  const double y = y0 + (x - x0) * (y1 - y0) / (x1 - x0);
+  if (IsFiniteNumber(y)) return y;
+  // A product was too large. Of a segment from infinity only the other end can be seen.
+  const double part = (x / 4.0 - x0 / 4.0) / (x1 / 4.0 - x0 / 4.0);
+  return part < 1.0 ? y0 * (1.0 - part) + y1 * part : y1;
+}
+
 /// Moves `end` along the segment to the side on the left or right beyond which it lies.
 void MoveToX(Vec2d& end, const Vec2d& other, unsigned code, const Box2d& box) {
   const double x = (code & LEFT) != 0 ? box.xMin() : box.xMax();
-  end = {x, end.y + (x - end.x) * (other.y - end.y) / (other.x - end.x)};
+  end = {x, Reach(x, end.x, end.y, other.x, other.y)};
 }
 
 /// Moves `end` along the segment to the side above or below beyond which it lies.
 void MoveToY(Vec2d& end, const Vec2d& other, unsigned code, const Box2d& box) {
   const double y = (code & ABOVE) != 0 ? box.yMax() : box.yMin();
-  end = {end.x + (y - end.y) * (other.x - end.x) / (other.y - end.y), y};
+  end = {Reach(y, end.y, end.x, other.y, other.x), y};
+}
+
+/// Moves a point that rounding has left outside of the box to its border.
+void Confine(Vec2d& point, const Box2d& box) {
+  if (point.x < box.xMin()) point.x = box.xMin();
+  if (point.x > box.xMax()) point.x = box.xMax();
+  if (point.y < box.yMin()) point.y = box.yMin();
+  if (point.y > box.yMax()) point.y = box.yMax();
 }
 
 /// Clips a segment whose ends have these codes.
@@ -62,6 +79,7 @@ bool ClipSegment(Vec2d& a, Vec2d& b, unsigned codeA, unsigned codeB, const Box2d
     codeB = ClassifyY(b.y, box);
   }
   if ((codeB & (ABOVE | BELOW)) != 0) MoveToY(b, a, codeB, box);
+  Confine(b, box);
   return true;
 }
 
@@ -147,15 +165,19 @@ void AppendSegment(const Vec2d& a, const Vec2d& b, Sink& sink) {
 
 }  // namespace
 
+// A NaN is less than nothing: a box with one clips nothing.
 void CLineClip::SetClipRect(const Box2d& box) {
   box_ = box;
-  isEnabled_ = box.HasArea();
+  isEnabled_ = box.xMin() < box.xMax() && box.yMin() < box.yMax();
 }
 
 void CLineClip::IntersectClipRect(const Box2d& box) {
-  if (!isEnabled_) return SetClipRect(box);
-  box_.Intersect(box);
-  isEnabled_ = box_.HasArea();
+  Box2d common = box;
+  if (isEnabled_) {
+    common = box_;
+    common.Intersect(box);
+  }
+  SetClipRect(common);
 }
 
 bool CLineClip::ClipLine(Vec2d& a, Vec2d& b) const {

@@ -40,10 +40,10 @@ public:
   explicit CLineClip(const Box2d& box) { SetClipRect(box); }
 
   void Clear() { *this = CLineClip(); }
-  /// Clipping is on afterwards exactly if the box has an area.
+  /// Clipping is on afterwards exactly if the box has an area; a box with a NaN has none.
   void SetClipRect(const Box2d& box);
   /// While clipping is off, as `SetClipRect`; otherwise keeps the common part of both boxes, with
-  /// clipping on exactly if that has an area.
+  /// clipping on exactly if that has an area. A NaN side of the box is no limit then.
   void IntersectClipRect(const Box2d& box);
   const Box2d& GetClipRect() const { return box_; }
 
@@ -51,7 +51,8 @@ public:
   void SetClipEnabled(bool isEnabled) { isEnabled_ = isEnabled; }
 
   /// Moves the ends of the segment into the rectangle and returns true when any of it is visible;
-  /// otherwise the ends are left anywhere.
+  /// otherwise the ends are left anywhere. Of what is visible no end lies outside, not even by a
+  /// rounding error.
   bool ClipLine(Vec2d& a, Vec2d& b) const;
 
   /// Call `callback(const Vec2d* points, std::size_t count)` with each visible piece in turn. The

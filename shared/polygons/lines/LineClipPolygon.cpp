@@ -30,13 +30,7 @@ constexpr double LONGEST_WALK = 1e100;
 
 /// Returns twice the signed area of a triangle, positive when it turns left.
 double Turn(const Vec2d& a, const Vec2d& b, const Vec2d& c) {
-  return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
-}
-
-/// The difference of a number to itself is 0 unless it is infinite or NaN.
-bool IsFinite(const GLineClipPolygon::SEGMENT& segment) {
-  const Vec2d zero = (segment.begin - segment.begin) + (segment.end - segment.end);
-  return zero == Vec2d::ZERO;
+  return (b - a).Cross(c - a);
 }
 
 bool CanTouch(const ContourEdge& edge, const Box2d& box) {
@@ -240,8 +234,7 @@ void GLineClipPolygon::cross_calc(const SEGMENT& segment, const Vec2d& from, con
   const double end = Turn(from, to, segment.end);
   const double t = begin / (begin - end);  // NaN where the segment lies on the edge
   if (!(t >= 0.0 && t <= 1.0)) return;
-  const Vec2d point = t == 1.0 ? segment.end : segment.begin + direction * t;
-  crossings.push_back({t, point, KIND::CROSSING});
+  crossings.push_back({t, segment.begin + direction * t, KIND::CROSSING});
 }
 
 bool GLineClipPolygon::on_contour(const Vec2d& point) const {
@@ -261,7 +254,8 @@ bool GLineClipPolygon::p_inside(const Vec2d& point) const {
 
 void GLineClipPolygon::clip_to_contours(const SEGMENT& segment, PIECE_CALLBACK callback,
                                         void* user) const {
-  if (disjunct(segment.box, bbox_) || !IsFinite(segment)) return;
+  if (disjunct(segment.box, bbox_)) return;
+  if (!segment.begin.IsFinite() || !segment.end.IsFinite()) return;
   CROSSINGS crossings;
   const Surroundings surroundings = FindCrossings(segment, crossings);
   if (surroundings == Surroundings::OUTSIDE) return;

@@ -21,6 +21,8 @@
 #include "shared/polygons/lines/PolyClip.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 #include "shared/polygons/FlatContours.h"
 #include "shared/polygons/lines/SideScan.h"
@@ -168,6 +170,12 @@ CPolyClip::CPolyClip(const Box2d& box) {
 }
 
 void CPolyClip::SetClipRect(const Box2d& box) {
+  const bool hasNan = std::isnan(box.xMin()) || std::isnan(box.yMin()) || std::isnan(box.xMax()) ||
+                      std::isnan(box.yMax());
+  if (hasNan) {
+    constexpr double FAR = std::numeric_limits<double>::infinity();
+    return SetClipRect(Box2d(-FAR, -FAR, FAR, FAR));
+  }
   stages_[0].boundary = box.xMax();
   stages_[1].boundary = box.yMin();
   stages_[2].boundary = box.xMin();

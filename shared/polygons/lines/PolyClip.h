@@ -34,7 +34,8 @@ namespace shr {
 /// thus comes back rotated by four positions: of p1 ... p6 come p5, p6, p1, p2, p3, p4.
 ///
 /// Degenerate: a point with a NaN coordinate counts as outside of the sides it is compared with.
-/// A box that is not in order leaves nothing; see `Box2d::Normalize`. Until a rectangle is set,
+/// A box that is not in order leaves nothing; see `Box2d::Normalize`. A box with a NaN clips
+/// nothing: contours with numbers come back whole. Until a rectangle is set,
 /// nothing is left of any contour.
 class SHARED_API CPolyClip {
 public:

@@ -186,6 +186,24 @@ TEST(GDashLineGenerator, cutsIntoCallsDrawTheSameLength) {
   }
 }
 
+TEST(GDashLineGenerator, millionsOfSegmentsDoNotDrift) {
+  const double pattern[] = {0.1, 0.2, 0.3, 0.4};
+  GDashLineGenerator generator(pattern);
+  Points line(1000001);
+  for (std::size_t i = 0; i < line.size(); ++i) line[i].x = static_cast<double>(i) * 0x1p-10;
+  double last = 0.0;
+  generator.Decompose(line, Box2d(976.0, -1.0, 1000.0, 1.0),
+                      [&](const Vec2d& begin, const Vec2d&) { last = begin.x; });
+  std::vector<GLine2> next;
+  generator.Decompose(Points{line.back(), line.back() + Vec2d(2.0, 0.0)}, next);
+  EXPECT_NEAR(line.back().x, 976.5625, 0.0);
+  // From 976.5625 on, 0.3 is drawn from 976.3 to 976.6, then 0.1 from 977.
+  ASSERT_GE(next.size(), 2u);
+  EXPECT_NEAR(next[0].GetEnd().x, 976.6, 2e-13);
+  EXPECT_NEAR(next[1].GetBegin().x, 977.0, 2e-13);
+  EXPECT_NEAR(last, 976.5625, 0.001) << "the last segment of the view";
+}
+
 TEST(GDashLineGenerator, thousandsOfDashesDoNotDrift) {
   const double pattern[] = {0.1, 0.2};
   GDashLineGenerator generator(pattern);

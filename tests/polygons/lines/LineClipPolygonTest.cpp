@@ -110,6 +110,8 @@ TEST(LineClipPolygon, keepsTheInsideOfSegments) {
       {"touches a corner from outside", {-1, 1}, {1, -1}, {}},
       {"a point inside", {1, 1}, {1, 1}, {{{1, 1}, {1, 1}}}},
       {"a point on an edge", {0, 1}, {0, 1}, {}},
+      {"ends a rounding error beyond an edge", {1.1, 1}, {-1e-17, 1}, {{{1.1, 1}, {-1e-17, 1}}}},
+      {"ends on an edge", {0.1, 1}, {0.1, 0}, {{{0.1, 1}, {0.1, 0}}}},
       {"not a number", {1, 1}, {NAN, 2}, {}},
       {"endless", {1, 1}, {HUGE_VAL, 1}, {}},
   };
@@ -230,8 +232,13 @@ TEST(LineClipPolygon, findsPointsInsideAndWhereTheInsideEnds) {
               {"on a right side", {9, 1}, true},
               {"on a left side of the hole", {3, 5}, true},
               {"outside", {10, 1}, false},
-              {"on the lower side", {5, 0}, false}};
+              {"on the lower side", {5, 0}, false},
+              {"nowhere", {NAN, 1}, false},
+              {"at no height", {1, NAN}, false}};
   for (const auto& row : rows) EXPECT_EQ(polygon.PointInside(row.point), row.isInside) << row.name;
+  Contours broken = nested;
+  broken.points[1].x = NAN;
+  EXPECT_NO_THROW(GLineClipPolygon(broken.points, broken.counts).PointInside(Vec2d(1, 1)));
 }
 
 }  // namespace

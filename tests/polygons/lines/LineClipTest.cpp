@@ -101,6 +101,53 @@ TEST(LineClip, isOnExactlyWhileTheRectangleHasAnArea) {
   EXPECT_EQ(clip.GetClipRect(), Box2d());
 }
 
+TEST(LineClip, aRectangleWithANanClipsNothing) {
+  for (int side = 0; side < 4; ++side) {
+    double sides[] = {0, 0, 4, 4};
+    sides[side] = NAN;
+    const Box2d box(sides[0], sides[1], sides[2], sides[3]);
+    CLineClip clip;
+    clip.SetClipRect(box);
+    EXPECT_FALSE(clip.IsClipEnabled()) << side;
+    Vec2d a(-9, -9), b(9, 8);
+    EXPECT_TRUE(clip.ClipLine(a, b)) << side;
+    EXPECT_EQ(a, Vec2d(-9, -9));
+    EXPECT_EQ(b, Vec2d(9, 8));
+    clip.SetClipRect(Box2d(0, 0, 4, 4));
+    clip.IntersectClipRect(box);
+    EXPECT_EQ(clip.GetClipRect(), Box2d(0, 0, 4, 4)) << "a side that is no number is no limit";
+  }
+}
+
+TEST(LineClip, endsNeverLieOutside) {
+  std::mt19937_64 random(48);
+  std::uniform_real_distribution<double> unit(-1.0, 1.0);
+  for (const double scale : {1.0, 1e-3, 1e6, 1e15, 1e154, 1e300, 1.7e308}) {
+    int visible = 0;
+    for (int i = 0; i < 20000; ++i) {
+      Box2d box(Vec2d(unit(random), unit(random)), Vec2d(unit(random), unit(random)));
+      box.Normalize();
+      const CLineClip clip(box);
+      Vec2d a = Vec2d(unit(random), unit(random)) * scale;
+      Vec2d b = Vec2d(unit(random), unit(random)) * scale;
+      if (i % 4 == 1) b = box.Max() + (box.Max() - a);       // all but through a corner
+      if (i % 4 == 2) b = Vec2d(unit(random) * scale, a.y);  // along an axis
+      if (i % 4 == 3) a = Vec2d(box.xMin(), unit(random) * scale);
+      if (!clip.ClipLine(a, b)) continue;
+      ++visible;
+      ASSERT_TRUE(box.Contains(a) && box.Contains(b)) << scale << ' ' << box << a << b;
+    }
+    EXPECT_GT(visible, 10) << scale;
+  }
+  const CLineClip clip(Box2d(-1, -1, 1, 1));
+  for (const Vec2d& far : {Vec2d(-HUGE_VAL, 0.5), Vec2d(0.25, HUGE_VAL), Vec2d(HUGE_VAL, -3)}) {
+    Vec2d a = far;
+    Vec2d b(0.25, 0.5);
+    ASSERT_TRUE(clip.ClipLine(b, a)) << far;
+    EXPECT_TRUE(clip.GetClipRect().Contains(a)) << far << a;
+  }
+}
+
 TEST(LineClip, clipsSegmentsFromEverySide) {
   const CLineClip clip(Box2d(0.0, 0.0, 8.0, 4.0));
   const struct {

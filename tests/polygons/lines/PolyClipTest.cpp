@@ -147,6 +147,23 @@ TEST(PolyClip, takesABoxWhoseAxisRunsDownward) {
   EXPECT_THROW(clip.Clip(nullptr, 1, out), InternalErrorException);
 }
 
+TEST(PolyClip, aBoxWithANanClipsNothing) {
+  const Points contour = {{-5, -5}, {5, -5}, {5, 5}, {-5, 5}, {-7, 0}, {-6, -1}};
+  for (int side = 0; side < 4; ++side) {
+    double sides[] = {0, 0, 1, 1};
+    sides[side] = std::numeric_limits<double>::quiet_NaN();
+    CPolyClip clip(Box2d(sides[0], sides[1], sides[2], sides[3]));
+    CPolyClip::Output out;
+    EXPECT_EQ(clip.Clip(contour, out), contour.size()) << side;
+  }
+  const double infinity = std::numeric_limits<double>::infinity();
+  CPolyClip strip(Box2d(-infinity, 0, infinity, 1));
+  CPolyClip::Output out;
+  strip.Clip(contour, out);
+  for (const Vec2d& point : out) EXPECT_TRUE(point.y >= 0 && point.y <= 1) << point;
+  EXPECT_GE(out.size(), 4u);
+}
+
 TEST(PolyClip, equalsStagesThatTakeOnePointAtATime) {
   std::mt19937_64 random(41);
   const auto makePoint = test::RandomPointMaker(random);
