@@ -17,6 +17,7 @@ packages_of() {
   case $1 in
     demo) echo "${build[@]}" "${examples[@]}" ;;
     test) echo "${build[@]}" "${examples[@]}" "${windows[@]}" wine wine64 googletest clang-format tidy \
+               libeigen3-dev \
                python3 pkg-config ;;
     bench) echo "${build[@]}" libbenchmark-dev libcereal-dev libfast-float-dev libfmt-dev \
                 libgeos++-dev libgeos-dev libgmp-dev libmpfr-dev libpolyclipping-dev python3 \

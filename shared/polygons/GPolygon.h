@@ -140,6 +140,17 @@ public:
   /// shared/polygons/FlatPolygon.h is far cheaper.
   bool PointInside(const Vec2d& point) const;
 
+  /// Return the area that is inside an odd number of contours, the length of its border and its
+  /// center of mass. The region counts, not the contours: borders inside of it count for nothing,
+  /// and the order of the points does not matter. For the plain sums over contours see
+  /// shared/polygons/FlatPolygon.h. Degenerate: area and perimeter are 0 for what has no inside,
+  /// such as a polygon with an infinite or NaN coordinate; its centroid is that of the edges, where
+  /// those have no length that of the points, and NaN where there are none. Cost: a boolean
+  /// operation.
+  double GetArea() const;
+  double GetPerimeter() const;
+  Vec2d GetCentroid() const;
+
   /// Store the contours as closed rings: those at an even depth of nesting as outer rings, each
   /// with the contours directly inside it as its holes. Contours without points are left out.
   /// Requires: contours do not cross each other or themselves, as in results of the operations;

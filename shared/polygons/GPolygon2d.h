@@ -112,6 +112,15 @@ public:
   /// those whose bounds hold the point).
   bool PointInside(const Vec2d& point) const;
 
+  /// Return the area that is inside, the length of its border and its center of mass. What is
+  /// inside is told at `Union`: polygons that overlap count once, and a border between two of them
+  /// for nothing. For the plain sums over rings see shared/polygons/FlatPolygon.h. Degenerate: area
+  /// and perimeter are 0 for what has no inside; its centroid is that of the edges, where those
+  /// have no length that of the points, and NaN where there are none. Cost: boolean operations.
+  double GetArea() const;
+  double GetPerimeter() const;
+  Vec2d GetCentroid() const;
+
   /// Stores the polygons as plain values (shared/polygons/MultiPolygon.h), exactly as they are.
   void GetMultiPolygon(MultiPolygon2d& polygons) const;
 

@@ -9,6 +9,7 @@
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/polygons/FlatContours.h"
 #include "shared/polygons/GPolygon.h"
+#include "shared/polygons/PolygonMeasures.h"
 #include "shared/polygons/clipper/GpcHolder.h"
 #include "shared/polygons/clipper/GpcRun.h"
 #include "shared/polygons/clipper/OffsetCurve.h"
@@ -147,7 +148,7 @@ void GPolygon::RemoveZeroWidthReturnPaths() {
 }
 
 bool GPolygon::PointInside(const Vec2d& point) const {
-  if (!box_.Contains(point)) return false;
+  if (!box_.Contains(point) || !IsFinite(*this)) return false;
   Box2d rectangle;
   if (IsRectangle(&rectangle)) {
     rectangle.Normalize();

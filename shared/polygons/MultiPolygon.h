@@ -5,14 +5,14 @@
 /// The model of polygons with holes as plain values, to hand them in and out of `GPolygon2d`, and
 /// the checks of its validity.
 ///
-/// The types are built like the polygon models of Boost.Geometry, and `CopyMultiPolygon` takes
-/// those directly, closed and clockwise as they are by default; this header does not need Boost.
+/// The types are built like the polygon models of Boost.Geometry, closed and clockwise as those
+/// are by default; this header does not need Boost. With shared/polygons/BoostGeometry.h its
+/// algorithms take them as they are, and `CopyMultiPolygon` copies from and to its own models.
 ///
 ///     MultiPolygon2d model;
 ///     country.GetMultiPolygon(model);
-///     if (!IsValidMultiPolygon(model)) Warn();
-///     boost::geometry::model::multi_polygon<boost::geometry::model::polygon<Vec2d>> overlay;
-///     CopyMultiPolygon(model, overlay);
+///     model.erase(model.begin());
+///     country = GPolygon2d(model);
 ///
 /// Threads: plain values.
 

@@ -4,9 +4,13 @@
 #include "shared/polygons/PointLocator.h"
 
 #include <limits>
+#include <vector>
 
 #include "shared/polygons/ContourGrid.h"
 #include "shared/polygons/FlatContours.h"
+#include "shared/polygons/GPolygon.h"
+#include "shared/polygons/GPolygon2d.h"
+#include "shared/polygons/PolygonMeasures.h"
 
 namespace shr {
 namespace {
@@ -46,6 +50,16 @@ PointLocator::PointLocator(const Vec2d* points, std::size_t count)
 
 PointLocator::PointLocator(const Vec2d* points, const unsigned int* counts, std::size_t numContours)
     : PointLocator(PointsOf(points, counts, numContours), std::span(counts, numContours)) {}
+
+PointLocator::PointLocator(const GPolygon& polygon) {
+  std::vector<Vec2d> points;
+  std::vector<unsigned int> counts;
+  polygon.GetPolyPolygon(points, counts, false);
+  *this = PointLocator(points, counts);
+}
+
+PointLocator::PointLocator(const GPolygon2d& polygons)
+    : PointLocator(polygons.GetNumContours() > 1 ? RegionOf(polygons) : GPolygon(polygons)) {}
 
 bool PointLocator::Contains(const Vec2d& point) const {
   return grid_->IsInside(point);

@@ -24,6 +24,8 @@
 namespace shr {
 
 class ContourGrid;
+class GPolygon;
+class GPolygon2d;
 
 /// An index over contours in flat form, of which it keeps a copy; copies of it share that. Contours
 /// inside contours are holes.
@@ -40,6 +42,13 @@ public:
   explicit PointLocator(std::span<const Vec2d> points);
   PointLocator(const Vec2d* points, const unsigned int* counts, std::size_t numContours);
   PointLocator(std::span<const Vec2d> points, std::span<const unsigned int> counts);
+  /// The contours of the polygon.
+  explicit PointLocator(const GPolygon& polygon);
+  /// What is inside at least one of the polygons, as told at `GPolygon2d::Union`: several polygons
+  /// are first united, so that those that overlap count once and a border between two of them is
+  /// none. Where rings cross, the even-odd rule differs from the winding numbers of
+  /// `GPolygon2d::PointInside`; and that leaves out every point on a ring.
+  explicit PointLocator(const GPolygon2d& polygons);
 
   /// Returns what `PointInPolygon` returns for the contours. Cost: a few lookups for most points,
   /// for one near an edge a test of the edges near it and beside it at its height.

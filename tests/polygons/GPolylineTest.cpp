@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 namespace shr {
 namespace {
 
@@ -21,6 +23,27 @@ TEST(GPolyline, isMadeFromPointsOfAnyKind) {
   const std::span<const Vec2d> span = line;
   EXPECT_EQ(span.data(), line.data());
   EXPECT_EQ(span.size(), 3u);
+}
+
+TEST(GPolyline, isAVectorOfPoints) {
+  GPolyline line(2, Vec2d(1.0, 1.0));
+  line.emplace_back(2.0, 3.0);
+  line.insert(line.begin() + 1, {{5.0, 5.0}, {6.0, 6.0}});
+  line.erase(line.begin());
+  EXPECT_EQ(line, (GPolyline{{5.0, 5.0}, {6.0, 6.0}, {1.0, 1.0}, {2.0, 3.0}}));
+  line.pop_back();
+  line.resize(4, Vec2d(9.0, 9.0));
+  EXPECT_EQ(line.front(), Vec2d(5.0, 5.0));
+  EXPECT_EQ(line.back(), Vec2d(9.0, 9.0));
+  EXPECT_EQ(*line.rbegin(), line.at(3));
+  EXPECT_THROW(line.at(4), std::out_of_range);
+  GPolyline other;
+  other.assign(line.cbegin(), line.cend() - 1);
+  other.swap(line);
+  EXPECT_EQ(line.size(), 3u);
+  EXPECT_GE(other.capacity(), 4u);
+  const std::vector<Vec2d>& points = other;
+  EXPECT_EQ(points.size(), 4u);
 }
 
 TEST(GPolyline, knowsItsLengthAndBounds) {
