@@ -9,8 +9,6 @@
 // bytes as the wide text has.
 
 #include <benchmark/benchmark.h>
-#include <unicode/ucnv.h>
-#include <unicode/ustring.h>
 
 #include <cstdint>
 #include <cstdio>
@@ -21,45 +19,17 @@
 #include <string>
 #include <vector>
 
+#include "bench/text/CodePagePeerIcu.h"
 #include "shared/platform/CodePages.h"
 #include "shared/text/Utf.h"
 
 namespace {
 
-static_assert(sizeof(wchar_t) == sizeof(UChar32), "a wide unit is a code point");
+using shr::bench::IcuAndUtf32;
+using shr::bench::IcuAndWidening;
+using shr::bench::IcuPage;
 
 using Decoder = std::size_t (*)(std::string_view bytes, wchar_t* out);
-
-std::u16string& Units() {
-  static std::u16string units;
-  return units;
-}
-
-std::size_t IcuUtf16(std::string_view bytes) {
-  std::u16string& units = Units();
-  if (units.size() < bytes.size() + 1) units.resize(bytes.size() + 1);
-  UErrorCode status = U_ZERO_ERROR;
-  std::int32_t length = 0;
-  u_strFromUTF8(units.data(), static_cast<std::int32_t>(units.size()), &length, bytes.data(),
-                static_cast<std::int32_t>(bytes.size()), &status);
-  return U_FAILURE(status) ? 0 : static_cast<std::size_t>(length);
-}
-
-std::size_t IcuAndWidening(std::string_view bytes, wchar_t* out) {
-  const std::size_t length = IcuUtf16(bytes);
-  const char16_t* units = Units().data();
-  for (std::size_t i = 0; i < length; ++i) out[i] = static_cast<wchar_t>(units[i]);
-  return length;
-}
-
-std::size_t IcuAndUtf32(std::string_view bytes, wchar_t* out) {
-  const std::size_t length = IcuUtf16(bytes);
-  std::int32_t count = 0;
-  UErrorCode status = U_ZERO_ERROR;
-  u_strToUTF32(reinterpret_cast<UChar32*>(out), static_cast<std::int32_t>(bytes.size()), &count,
-               Units().data(), static_cast<std::int32_t>(length), &status);
-  return static_cast<std::size_t>(count);
-}
 
 enum class Script { Ascii, Latin, Chinese };
 
@@ -152,14 +122,6 @@ struct Page {
   const char* converter;
 };
 
-std::size_t IcuPage(UConverter* converter, std::string_view bytes, std::u16string& units) {
-  UErrorCode status = U_ZERO_ERROR;
-  const std::int32_t length =
-      ucnv_toUChars(converter, units.data(), static_cast<std::int32_t>(units.size()), bytes.data(),
-                    static_cast<std::int32_t>(bytes.size()), &status);
-  return static_cast<std::size_t>(length);
-}
-
 void RunPage(benchmark::State& state, Page page) {
   const std::string& bytes =
       Cached(MakePageText, page.number, static_cast<std::size_t>(state.range(0)));
@@ -177,17 +139,15 @@ void RunPage(benchmark::State& state, Page page) {
 void RunIcuPage(benchmark::State& state, Page page) {
   const std::string& bytes =
       Cached(MakePageText, page.number, static_cast<std::size_t>(state.range(0)));
-  UErrorCode status = U_ZERO_ERROR;
-  UConverter* converter = ucnv_open(page.converter, &status);
+  IcuPage icu(page.converter);
   std::u16string units(bytes.size() + 1, u'\0');
-  std::size_t length = IcuPage(converter, bytes, units);
+  const std::size_t length = icu.Convert(bytes, units);
   std::wstring wide;
   shr::platform::AppendWide(page.number, bytes, wide);
   RequireEqual(std::wstring(units.begin(), units.begin() + static_cast<std::ptrdiff_t>(length)),
                wide);
   wide = std::wstring();
-  for (auto _ : state) benchmark::DoNotOptimize(IcuPage(converter, bytes, units));
-  ucnv_close(converter);
+  for (auto _ : state) benchmark::DoNotOptimize(icu.Convert(bytes, units));
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes.size()));
 }
 
