@@ -4,6 +4,7 @@
 #include "shared/color/ColorTable.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "shared/color/Color4b.h"
 #include "shared/files/ConfigFile.h"
@@ -66,6 +67,19 @@ bool ParseColorLine(const GString& line, CColorTableEntry& entry) {
   return true;
 }
 
+std::vector<CColorTableEntry> BuiltInColorTable() {
+  constexpr struct {
+    std::uint32_t color;
+    const wchar_t* name;
+  } ROWS[] = {
+#include "shared/color/BuiltInColors.inc"
+  };
+  std::vector<CColorTableEntry> entries;
+  entries.reserve(std::size(ROWS));
+  for (const auto& row : ROWS) entries.emplace_back(row.color, row.name);
+  return entries;
+}
+
 std::vector<CColorTableEntry> ReadColorTable(const GString& fileName) {
   std::vector<GString> lines;
   CConfigFile(fileName).ReadSection(SECTION, lines);
@@ -91,8 +105,9 @@ CColorTable::~CColorTable() = default;
 
 void CColorTable::Load() {
   const GString fileName = LocateFile(FILE_NAME);
-  if (fileName.empty()) return;
-  entries_ = ReadColorTable(fileName);
+  // A program that is linked to the archive, or a library that was moved without its files, has
+  // the colors nevertheless.
+  entries_ = IsFileReadable(fileName) ? ReadColorTable(fileName) : BuiltInColorTable();
   lowerNames_.reserve(entries_.size());
   for (const CColorTableEntry& entry : entries_) lowerNames_.push_back(entry.Name().ToLower());
 }

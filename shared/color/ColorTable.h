@@ -56,8 +56,12 @@ SHARED_API bool ParseColorLine(const GString& line, CColorTableEntry& entry);
 /// skipped. Errors: an internal error when `fileName` is empty.
 SHARED_API std::vector<CColorTableEntry> ReadColorTable(const GString& fileName);
 
-/// The entries of the first "Colors.ini" found, in file order, duplicates included; empty when
-/// there is none.
+/// Returns the entries of the "Colors.ini" that comes with the library, as they are compiled into
+/// it: the 140 names of CSS Color Module Level 3.
+SHARED_API std::vector<CColorTableEntry> BuiltInColorTable();
+
+/// The entries of the first "Colors.ini" found, in file order, duplicates included; those of
+/// `BuiltInColorTable` when there is none or it cannot be read.
 class SHARED_API CColorTable : public Singleton<CColorTable> {
 public:
   using const_iterator = std::vector<CColorTableEntry>::const_iterator;

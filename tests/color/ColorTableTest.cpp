@@ -12,6 +12,7 @@
 
 #include "shared/color/Color4b.h"
 #include "shared/diagnostics/Exception.h"
+#include "shared/files/Path.h"
 #include "shared/platform/WindowsTypes.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -92,6 +93,10 @@ TEST(CColorTable, theShippedFileIsFoundAndHoldsTheConstants) {
     EXPECT_EQ(table[index].Color(), row.color.GetCOLORREF()) << row.color;
     EXPECT_EQ(table[index].Name().ToLower(), GString(row.name).ToLower()) << row.color;
   }
+}
+
+TEST(CColorTable, theShippedFileIsCompiledIn) {
+  EXPECT_EQ(BuiltInColorTable(), ReadColorTable(LocateFile(L"Colors.ini")));
 }
 
 TEST(CColorTable, theFirstEntryOfAColorIsFound) {
