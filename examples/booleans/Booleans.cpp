@@ -16,6 +16,7 @@
 
 #include "shared/diagnostics/Exception.h"
 #include "shared/geometry/MathUtility.h"
+#include "shared/platform/Console.h"
 #include "shared/polygons/GPolygon.h"
 
 namespace {
@@ -173,8 +174,15 @@ void WritePicture() {
 int main() {
   try {
     WritePicture();
-  } catch (const shr::Exception&) {
+  } catch (const shr::Exception& error) {
+    shr::platform::WriteText(stderr, L"booleans: " + error.GetDescription() + L"\n");
     return 1;
   }
-  return 0;
+  // What was printed may have been lost before: the flush alone does not tell.
+  const bool lost = std::ferror(stdout) != 0;
+  const int status = shr::platform::WriteResult(L"booleans", L"");
+  if (lost && status == 0) {
+    shr::platform::WriteText(stderr, L"booleans: Unable to write the standard output.\n");
+  }
+  return lost ? 1 : status;
 }

@@ -6,7 +6,8 @@
 //
 //   encodings [--page NUMBER] FILE...
 //
-// Exit status: 0, 1 when a file cannot be read, 2 for a wrong command line.
+// Exit status: 0, 1 when a file cannot be read or the output cannot be written, 2 for a wrong
+// command line.
 
 #include <string>
 #include <vector>
@@ -70,7 +71,7 @@ GString Describe(const GString& path, shr::TextEncoding asked, unsigned codePage
   return text;
 }
 
-void PrintFile(const GString& path, unsigned codePage) {
+int PrintFile(const GString& path, unsigned codePage) {
   GString text = path + L"\n";
   for (const auto asked :
        {shr::EncodingANSI, shr::EncodingUTF8, shr::EncodingUTF16LE, shr::EncodingUTF16BE}) {
@@ -78,7 +79,7 @@ void PrintFile(const GString& path, unsigned codePage) {
     const GString kept = Describe(path, asked, codePage, true);
     text.AppendFormatString(L"  %-8s -> %s (%s)\n", NameOf(asked), found, kept);
   }
-  shr::platform::WriteText(stdout, text);
+  return shr::platform::WriteResult(L"encodings", text);
 }
 
 }  // namespace
@@ -89,12 +90,11 @@ int main(int argc, char* argv[]) {
     shr::platform::WriteText(stderr, USAGE);
     return BAD_USAGE;
   }
-  if (command.isHelp) {
-    shr::platform::WriteText(stdout, USAGE);
-    return 0;
-  }
+  if (command.isHelp) return shr::platform::WriteResult(L"encodings", USAGE);
   try {
-    for (const GString& path : command.files) PrintFile(path, command.codePage);
+    for (const GString& path : command.files) {
+      if (PrintFile(path, command.codePage) != 0) return BAD_INPUT;
+    }
   } catch (const shr::Exception& error) {
     shr::platform::WriteText(stderr, error.GetDescription() + L"\n");
     return BAD_INPUT;

@@ -15,5 +15,5 @@ int main() {
   shr::GString line;
   line.FormatString(L"%s lies at %.2f degrees: %s\n", name, latitude, note);
   if (name.starts_with(L"Reyk")) line.replace(line.rfind(L"port"), 4, L"harbour");
-  shr::platform::WriteText(stdout, line);
+  return shr::platform::WriteResult(L"hello", line);
 }

@@ -77,29 +77,33 @@ void RunSteps(MapEditor& editor, Model& model, const Options& options, IProgress
   }
 }
 
-void Run(const Options& options) {
+/// Writes a text to standard output; a full or closed one is an error of the run.
+ExitStatus Show(const GString& text) {
+  const int status = platform::WriteResult(L"mapreport", text);
+  return status == 0 ? ExitStatus::Success : ExitStatus::BadInput;
+}
+
+ExitStatus Run(const Options& options) {
   const RunLog log(options.log, options.remoteLog);
   const std::unique_ptr<IProgress> progress = MakeProgress(options.quiet);
   Model model = MakeModel(options, *progress);
   const GString report = WriteOutputs(MakeOutputs(model, options, *progress), options);
   if (options.remember) Remember(SETTINGS_KEY, model.window, model.palette.ramp);
-  if (!options.quiet) platform::WriteText(stdout, report + L"\n");
+  return options.quiet ? ExitStatus::Success : Show(report + L"\n");
 }
 
 ExitStatus RunArguments(const std::vector<GString>& arguments) {
   const CommandLine commandLine = ParseCommandLine(arguments);
   switch (commandLine.action) {
     case CommandLine::Action::ShowText:
-      platform::WriteText(stdout, commandLine.text);
-      return ExitStatus::Success;
+      return Show(commandLine.text);
     case CommandLine::Action::UsageError:
       Complain(commandLine.text);
       return ExitStatus::Usage;
     case CommandLine::Action::Run:
       break;
   }
-  Run(commandLine.options);
-  return ExitStatus::Success;
+  return Run(commandLine.options);
 }
 
 }  // namespace

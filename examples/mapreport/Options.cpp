@@ -75,6 +75,15 @@ auto MustParse(Parse parse, const char* complaint) {
   };
 }
 
+std::string CheckWindow(const std::string& text) {
+  const GString fault = FaultOfWindow(FromUtf8(text));
+  return fault.empty() ? std::string() : "'" + text + "' " + fault.ToNarrow(UTF8_PAGE);
+}
+
+std::string CheckColors(const std::string& text) {
+  return FaultOfColors(FromUtf8(text)).ToNarrow(UTF8_PAGE);
+}
+
 std::string CheckCodePage(const std::string& text) {
   unsigned int page = 0;
   if (StringToUnsigned(text, page) && platform::IsCodePageServed(page)) return std::string();
@@ -104,7 +113,7 @@ void AddInputs(CLI::App& app, RawOptions& raw) {
 void AddSettings(CLI::App& app, RawOptions& raw, Options& options) {
   app.add_option("--window", raw.window, "Part of the world to show, in degrees")
       ->type_name("W,S,E,N")
-      ->check(MustParse(ParseWindow, "is no window; it takes west,south,east,north in degrees"));
+      ->check(CheckWindow);
   app.add_option("--clip", raw.clip,
                  "Show only what lies in a country or a polygon: a name, WKT, GeoJSON, or @FILE")
       ->type_name("AREA");
@@ -113,7 +122,7 @@ void AddSettings(CLI::App& app, RawOptions& raw, Options& options) {
   app.add_option("--colors", raw.colors,
                  "Colors from few events to many, by name or #rrggbb; two or more")
       ->type_name("C,C...")
-      ->check(MustParse(ParseColors, "are no colors; it takes two or more names or #rrggbb"));
+      ->check(CheckColors);
   app.add_option("--title", raw.title, "Title of the map and the report")->type_name("TEXT");
   app.add_option("--labels", raw.labels, "Most city names on the map")
       ->type_name("N")
@@ -260,6 +269,9 @@ CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
   } catch (const CLI::CallForVersion& version) {
     return Text(version.what());
   } catch (const CLI::ParseError& error) {
+    // What is unknown is the likelier mistake than what is missing.
+    const std::vector<std::string> unknown = app.remaining();
+    if (!unknown.empty()) return UsageError(L"There is no option '" + FromUtf8(unknown[0]) + L"'");
     return UsageError(FromUtf8(error.what()));
   }
   return CheckInputs(std::move(result));

@@ -136,6 +136,15 @@ std::optional<Box2d> ParseWindow(const GString& text) {
   return IsWindow(window) ? std::optional<Box2d>(window) : std::nullopt;
 }
 
+GString FaultOfWindow(const GString& text) {
+  if (ParseWindow(text)) return GString();
+  const auto sides = ParseNumbers(text);
+  if (sides && sides->size() == 4 && (*sides)[1] > (*sides)[3]) {
+    return L"has its south above its north; a window is west,south,east,north in degrees";
+  }
+  return L"is no window; it takes west,south,east,north in degrees";
+}
+
 bool IsWindow(const Box2d& window) {
   // Written so that a number that is none fails.
   return window.xMin() >= -180 && window.xMin() < 180 && window.yMin() >= -90 &&
@@ -160,6 +169,14 @@ std::optional<std::vector<Color4b>> ParseColors(const GString& text) {
   }
   if (colors.size() < 2) return std::nullopt;
   return colors;
+}
+
+GString FaultOfColors(const GString& text) {
+  if (ParseColors(text)) return GString();
+  for (const GString& part : SplitAtCommas(text)) {
+    if (!ParseColor(part)) return L"'" + part + L"' is no color; it takes names or #rrggbb";
+  }
+  return L"'" + text + L"' is one color; it takes two or more";
 }
 
 GString ColorsText(const std::vector<Color4b>& colors) {

@@ -56,6 +56,9 @@ void Remember(const GString& key, const Box2d& window, const std::vector<Color4b
 /// globe, or without area. An east side that is not east of the west side lies beyond the
 /// antimeridian.
 std::optional<Box2d> ParseWindow(const GString& text);
+/// Returns what is wrong with the text of a window, as the end of a sentence; empty when nothing
+/// is.
+GString FaultOfWindow(const GString& text);
 /// Returns the text that `ParseWindow` reads as this window.
 GString WindowText(const Box2d& window);
 /// Returns true for the windows that `ParseWindow` returns.
@@ -63,6 +66,8 @@ bool IsWindow(const Box2d& window);
 
 /// Reads two or more colors between commas.
 std::optional<std::vector<Color4b>> ParseColors(const GString& text);
+/// Returns a sentence that names what is no color in a list; empty when all are.
+GString FaultOfColors(const GString& text);
 /// Returns "#rrggbb,#rrggbb".
 GString ColorsText(const std::vector<Color4b>& colors);
 /// Reads "#rrggbb" or the name of a color of `shr::CColorTable`, in any letter case.

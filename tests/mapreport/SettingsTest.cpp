@@ -39,6 +39,15 @@ TEST(Settings, windowsAreReadAndWrapped) {
   for (const Row& row : rows) EXPECT_EQ(row.expected, ParseWindow(row.text)) << GString(row.text);
 }
 
+TEST(Settings, whatIsWrongIsNamed) {
+  EXPECT_TRUE(FaultOfWindow(L"1,2,3,4").empty());
+  EXPECT_EQ(0u, FaultOfWindow(L"0,20,20,10").find(L"has its south above its north"));
+  EXPECT_EQ(0u, FaultOfWindow(L"0,20,20").find(L"is no window"));
+  EXPECT_TRUE(FaultOfColors(L"red,blue").empty());
+  EXPECT_EQ(0u, FaultOfColors(L"red,nosuch").find(L"'nosuch' is no color"));
+  EXPECT_EQ(0u, FaultOfColors(L"red").find(L"'red' is one color"));
+}
+
 TEST(Settings, aWindowReadsBackFromItsText) {
   for (const Box2d& window : {Box2d(-180, -90, 180, 90), Box2d(160, -50.1, 290, 1.0 / 3)}) {
     EXPECT_EQ(window, ParseWindow(WindowText(window))) << WindowText(window);

@@ -14,6 +14,7 @@
 #include <memory>
 #include <string>
 
+#include "shared/platform/RawFile.h"
 #include "shared/text/Utf.h"
 
 namespace shr::platform {
@@ -74,6 +75,14 @@ bool WriteText(std::FILE* stream, const GString& text) {
   std::string bytes(text.size() * UTF8_BYTES_PER_UNIT, '\0');
   bytes.resize(WideToUtf8(text, bytes.data()));
   return WriteBytes(stream, bytes);
+}
+
+int WriteResult(const GString& program, const GString& text) {
+  ClearLastError();
+  if (WriteText(stdout, text)) return 0;
+  const GString reason = LastErrorText();
+  WriteText(stderr, program + L": Unable to write the standard output. " + reason + L"\n");
+  return 1;
 }
 
 }  // namespace shr::platform

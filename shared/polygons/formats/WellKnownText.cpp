@@ -119,12 +119,12 @@ private:
   }
 
   Vec2d ReadPoint() {
-    cursor_.SkipSpace();
+    CheckClosed();
     double numbers[4] = {cursor_.Number(), 0.0, 0.0, 0.0};
     int count = 1;
     for (; count < dimensions_.most && !IsEndOfPoint(); ++count) {
       const std::size_t before = cursor_.Offset();
-      cursor_.SkipSpace();
+      CheckClosed();
       if (cursor_.Offset() == before) cursor_.Fail(L"A space is missing between two numbers.");
       numbers[count] = cursor_.Number();
     }
@@ -139,11 +139,25 @@ private:
     return ahead.Peek() == ',' || ahead.Peek() == ')';
   }
 
-  void Open() { cursor_.Expect('(', L"The sign ( is missing."); }
-  void Close() { cursor_.Expect(')', L"The sign , or ) is missing."); }
+  void Open() {
+    if (depth_ > 0) CheckClosed();
+    cursor_.Expect('(', L"The sign ( is missing.");
+    ++depth_;
+  }
+  void Close() {
+    CheckClosed();
+    cursor_.Expect(')', L"The sign , or ) is missing.");
+    --depth_;
+  }
+  /// Goes to what comes next within parentheses.
+  void CheckClosed() {
+    cursor_.SkipSpace();
+    if (cursor_.IsAtEnd()) cursor_.Fail(L"The text ends, but a parenthesis is not closed.");
+  }
 
   TextCursor cursor_;
   Dimensions dimensions_;
+  int depth_ = 0;  ///< open parentheses
 };
 
 }  // namespace
