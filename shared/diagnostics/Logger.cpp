@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "shared/diagnostics/ThrowError.h"
+#include "shared/platform/ForkSafeMutex.h"
 #include "shared/platform/Paths.h"
 #include "shared/platform/RawFile.h"
 #include "shared/platform/TextMode.h"
@@ -30,10 +31,13 @@ constexpr int LINE_WRITE_FAILED = 250;
 
 constexpr std::string_view UTF16_MARK = "\xFF\xFE";
 
-/// The critical section of all loggers. It outlives static destructors that still log.
+struct LoggerTag;
+
+/// The critical section of all loggers. It outlives static destructors that still log, and a child
+/// of fork finds it free.
 std::recursive_mutex& GetMutex() {
-  static auto* const mutex = new std::recursive_mutex;
-  return *mutex;
+  static platform::ForkSafeMutex<std::recursive_mutex, LoggerTag> mutex;
+  return mutex.Get();
 }
 
 using Lock = std::lock_guard<std::recursive_mutex>;
@@ -47,6 +51,42 @@ std::string_view EncodeLine(std::wstring_view line, std::string& room) {
   std::size_t size = WideToUtf16(line, ByteOrder::LittleEndian, room.data());
   size += WideToUtf16(lineEnd, ByteOrder::LittleEndian, room.data() + size);
   return std::string_view(room).substr(0, size);
+}
+
+/// Returns whether lines can be appended to what is at `path`: whatever is no file, a file without
+/// content, and UTF-16 text with its mark.
+bool IsAppendable(const GString& path) {
+  if (platform::GetFileKind(platform::ResolveLinks(path)) != platform::FileKind::Regular)
+    return true;
+  platform::FileOpenOptions options;
+  options.read = true;
+  const int file = platform::OpenDescriptor(path, options);
+  if (file == platform::NO_DESCRIPTOR) return true;  // opening it to write tells why
+  char head[UTF16_MARK.size()] = {};
+  const std::ptrdiff_t got = platform::ReadDescriptor(file, head, sizeof head);
+  platform::CloseDescriptor(file);
+  return got <= 0 || std::string_view(head, static_cast<std::size_t>(got)) == UTF16_MARK;
+}
+
+/// Returns the path of a log beside one that is not UTF-16: "run.utf16.log", "run.utf16-2.log" ...
+GString PathBeside(const GString& path, int number) {
+  std::size_t name = path.size();
+  while (name > 0 && !platform::IsPathSeparator(path[name - 1])) --name;
+  std::size_t dot = path.String().rfind(L'.');
+  if (dot == std::wstring::npos || dot <= name) dot = path.size();
+  const GString mark =
+      number == 1 ? GString(L".utf16") : GString(L".utf16-" + std::to_wstring(number));
+  return path.substr(0, dot) + mark + path.substr(dot);
+}
+
+/// Returns the path of the log to which lines for `path` can be appended.
+GString FindAppendable(const GString& path) {
+  constexpr int MOST_FILES = 100;
+  GString found = path;
+  for (int number = 1; number <= MOST_FILES && !IsAppendable(found); ++number) {
+    found = PathBeside(path, number);
+  }
+  return found;
 }
 
 GString FormatPrefix() {
@@ -129,7 +169,26 @@ void CLogger::Send(int kind, const GString& line) {
   }
   lastLineEmpty_ = line.empty();
   if ((kind & LogRemote) != 0 && IsRemoteLoggerEnabled()) remote_->Send(remotePrefix_ + written);
-  if (callback_ != nullptr) callback_(kind, written, callbackUser_);
+  CallCallback(kind, written);
+}
+
+/// Hands a line to the callback. It may log; lines that it sends while it is handed a line of its
+/// own are only written, so that it never goes on without end.
+void CLogger::CallCallback(int kind, const GString& line) {
+  constexpr int MOST_CALLS_WITHIN_CALLS = 2;
+  if (callback_ == nullptr || callbackDepth_ == MOST_CALLS_WITHIN_CALLS) return;
+  struct Depth {
+    explicit Depth(int& depth) : depth_(++depth) {}
+    ~Depth() { --depth_; }
+    int& depth_;
+  };
+  const Depth depth(callbackDepth_);
+  callback_(kind, line, callbackUser_);
+}
+
+GString CLogger::GetOutputFile() const {
+  const Lock lock(GetMutex());
+  return file_ == platform::NO_DESCRIPTOR ? path_ : openPath_;
 }
 
 void CLogger::SendFormatted(int kind, const wchar_t* format, ...) {
@@ -160,46 +219,34 @@ void CLogger::EmptyBuffer() {
 }
 
 void CLogger::OpenOutputFile() {
-  if (!append_) CreateEmptyFile();
+  const bool afresh = !append_;
+  const int line = afresh ? LINE_CREATE_FAILED : LINE_OPEN_FAILED;
+  openPath_ = afresh ? path_ : FindAppendable(path_);
+  // Only a file is deleted. A device, a pipe and a link are there for a reason.
+  if (afresh && platform::GetFileKind(path_) == platform::FileKind::Regular) {
+    platform::RemoveFile(path_);
+  }
   platform::FileOpenOptions options;
-  options.write = true;
-  options.append = true;
-  options.create = true;
-  file_ = platform::OpenDescriptor(path_, options);
-  if (file_ == platform::NO_DESCRIPTOR)
-    Fail(LINE_OPEN_FAILED, OPEN_ERROR, platform::LastErrorText());
-  if (platform::GetDescriptorLength(file_) == 0 &&
-      !platform::WriteDescriptor(file_, UTF16_MARK.data(), UTF16_MARK.size())) {
-    Fail(LINE_OPEN_FAILED, OPEN_ERROR, platform::LastErrorText());
+  options.write = options.append = options.create = true;
+  options.truncate = afresh;
+  file_ = platform::OpenDescriptor(openPath_, options);
+  if (file_ == platform::NO_DESCRIPTOR) Fail(line, OPEN_ERROR, platform::LastErrorText());
+  std::string head;
+  if (afresh || platform::GetDescriptorLength(file_) == 0) head = UTF16_MARK;
+  if (afresh) head += EncodeLine(std::wstring_view(), room_);
+  if (!platform::WriteDescriptor(file_, head.data(), head.size())) {
+    Fail(line, OPEN_ERROR, platform::LastErrorText());
   }
   // What follows is appended, also when the same file is opened again.
   append_ = true;
-}
-
-void CLogger::CreateEmptyFile() {
-  platform::RemoveFile(path_);
-  platform::FileOpenOptions options;
-  options.write = true;
-  options.create = true;
-  options.truncate = true;
-  const int file = platform::OpenDescriptor(path_, options);
-  if (file == platform::NO_DESCRIPTOR)
-    Fail(LINE_CREATE_FAILED, OPEN_ERROR, platform::LastErrorText());
-  std::string head(UTF16_MARK);
-  head += EncodeLine(std::wstring_view(), room_);
-  const bool written = platform::WriteDescriptor(file, head.data(), head.size());
-  const GString reason = platform::LastErrorText();
-  if (!platform::CloseDescriptor(file) && written)
-    Fail(LINE_CREATE_FAILED, OPEN_ERROR, platform::LastErrorText());
-  if (written) return;
-  Enable(false);
-  ThrowErrorImpl(UNIT, LINE_CREATE_FAILED, OPEN_ERROR, path_.c_str(), reason.c_str());
+  DropHalfUnit();
+  if (openPath_ != path_) WriteToFile(L"'" + path_ + L"' is not UTF-16; its log goes on here.");
 }
 
 void CLogger::Fail(int line, const wchar_t* format, const GString& reason) {
   CloseFile();
   Enable(false);
-  ThrowErrorImpl(UNIT, line, format, path_.c_str(), reason.c_str());
+  ThrowErrorImpl(UNIT, line, format, openPath_.c_str(), reason.c_str());
 }
 
 void CLogger::CloseFile() noexcept {

@@ -8,12 +8,20 @@
 /// The file begins with the byte-order mark FF FE and an empty line; lines end as the platform's
 /// text files do. Every line is handed to the system at once, so a crash loses none.
 ///
+/// Only a plain file is deleted when a log begins afresh: a link stays and the file behind it is
+/// emptied; a device or a pipe is written as it is. A file that is not UTF-16 is never appended to:
+/// the log goes on beside it ("run.utf16.log" for "run.log"), with a line that says so.
+///
 ///     g_Logger.SetOutputFile(L"run.log", false);
 ///     g_Logger.SendVA(LogInfo, L"%d points read from '%s'", count, path.c_str());
 ///     ScopedLogMessage scope(L"Import");   // "Enter Import" ... "Exit Import"
 ///
 /// Threads: lines may be sent from any thread; one critical section of the process serializes the
 /// lines of all loggers, so they never interleave. Set a logger up before other threads use it.
+/// A child of fork may log at once, whatever the threads of its parent did, but not when a callback
+/// forked it: its lines go to the same file, whole, between those of the parent. Where no line has
+/// opened the file yet, parent and child both begin it afresh, so send one before. The child has a
+/// copy of the lines that were collected in memory.
 
 #pragma once
 
@@ -70,7 +78,13 @@ public:
   /// Sets the kinds that `SendVA` lets through.
   void SetType(int typeMask) noexcept;
   int GetType() const noexcept { return type_.load(std::memory_order_relaxed); }
-  /// A null callback switches it off. It runs inside the critical section and may log.
+  /// Returns the path of the open file, else the one that was set. It is another one than was set
+  /// when that file is not UTF-16.
+  GString GetOutputFile() const;
+
+  /// A null callback switches it off. It runs inside the critical section and may log: it is handed
+  /// the lines that it sends, but not those that it sends in turn meanwhile, which are only
+  /// written.
   void SetOutputCallback(OutputCallback callback, void* user);
 
   /// Replaces the remote logger by one for the destination; `prefix` goes in front of each line
@@ -136,7 +150,7 @@ private:
   void UpdatePassing() noexcept;
   void OpenOutputFile();
   [[noreturn]] void Fail(int line, const wchar_t* format, const GString& reason);
-  void CreateEmptyFile();
+  void CallCallback(int kind, const GString& line);
   void CloseFile() noexcept;
   void WriteToFile(const std::wstring& line);
   void DropHalfUnit() noexcept;
@@ -149,7 +163,9 @@ private:
   std::atomic<int> passing_{0};  ///< the mask while enabled, 0 otherwise
   GString buffer_;
   GString path_;
+  GString openPath_;  ///< of the open file
   int file_;
+  int callbackDepth_ = 0;
   OutputCallback callback_ = nullptr;
   void* callbackUser_ = nullptr;
   GString remotePrefix_;

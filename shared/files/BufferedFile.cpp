@@ -100,6 +100,7 @@ void CBufferedFile::Take(CBufferedFile& other) noexcept {
   isReadable_ = other.isReadable_;
   direction_ = other.direction_;
   path_.swap(other.path_);
+  fullPath_.swap(other.fullPath_);
   stream_ = std::exchange(other.stream_, nullptr);
   memory_ = std::move(other.memory_);
   other.Forget();
@@ -113,6 +114,7 @@ void CBufferedFile::Forget() noexcept {
   stream_ = nullptr;
   memory_.reset();
   path_.clear();
+  fullPath_.clear();
 }
 
 void CBufferedFile::CheckOpenArguments(const GString& path, const GString& mode, Sharing sharing,
@@ -133,6 +135,7 @@ bool CBufferedFile::TryOpen(const GString& path, const GString& mode, Sharing sh
   isReadable_ = mode[0] == L'r' || mode.find(L'+') != GString::npos;
   direction_ = Direction::None;
   path_ = path;
+  fullPath_ = platform::AnchorPath(path);
   return true;
 }
 
@@ -179,7 +182,7 @@ void CBufferedFile::Close() {
 
 void CBufferedFile::Abort(bool remove) noexcept {
   if (stream_ != nullptr) std::fclose(stream_);
-  if (remove && !path_.empty()) platform::RemoveFile(path_);
+  if (remove && !path_.empty()) platform::RemoveFile(fullPath_);
   Forget();
 }
 
@@ -400,6 +403,11 @@ bool CBufferedFile::EndOfFile() {
 
 unsigned char* CBufferedFile::GetBuffer() const noexcept {
   return memory_ ? memory_->GetBuffer() : nullptr;
+}
+
+void CBufferedFile::SetFilePath(const wchar_t* path) {
+  path_ = path;
+  fullPath_ = platform::AnchorPath(path_);
 }
 
 }  // namespace shr

@@ -146,7 +146,7 @@ public:
   /// Returns the path opened; empty for memory files.
   const GString& GetFilePath() const noexcept { return path_; }
   /// Sets the path that messages name and `Abort` deletes, for a stream that was opened elsewhere.
-  void SetFilePath(const wchar_t* path) { path_ = path; }
+  void SetFilePath(const wchar_t* path);
 
 private:
   /// Raises the error of a format that does not take the text objects among its arguments.
@@ -171,6 +171,7 @@ private:
   bool isReadable_ = true;
   Direction direction_ = Direction::None;
   GString path_;
+  GString fullPath_;  ///< what is deleted, wherever the current folder is then
   std::FILE* stream_ = nullptr;
   std::unique_ptr<CMemoryFile> memory_;
 };

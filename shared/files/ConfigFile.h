@@ -32,7 +32,7 @@ namespace shr {
 ///
 /// Text that the active ANSI page cannot hold makes an unmarked file UTF-16 as a whole, so nothing
 /// is stored as question marks. A writer that finds the lock of the folder (Linux) or of the
-/// session (Windows) taken waits for it at most five seconds.
+/// session (Windows) taken waits for it at most three seconds.
 ///
 /// A file that is missing or cannot be read has no entries. Errors of everything that changes the
 /// file: an `Exception` "Unable to write '%s'.\n%s" of unit "ConfigFile" with the full path and the

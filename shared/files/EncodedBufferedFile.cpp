@@ -129,6 +129,7 @@ CEncodedBufferedFile& CEncodedBufferedFile::operator=(CEncodedBufferedFile&& oth
   removeWhenAbandoned_ = other.removeWhenAbandoned_;
   isReadable_ = other.isReadable_;
   path_ = std::exchange(other.path_, GString());
+  fullPath_ = std::exchange(other.fullPath_, GString());
   stream_ = std::move(other.stream_);
   encoding_ = other.encoding_;
   codePage_ = other.codePage_;
@@ -170,6 +171,7 @@ bool CEncodedBufferedFile::TryOpen(const GString& path, const GString& modeText,
     ThrowInternalError(SHARED_MODULE, UNIT_NAME, __LINE__);
   }
   path_ = path;
+  fullPath_ = platform::AnchorPath(path);
   if (request.encoding < EncodingANSI || request.encoding > EncodingUTF16BE) {
     ThrowErrorImpl(UNIT_NAME, __LINE__, INVALID_PARAMETER_TEXT);
   }
@@ -249,7 +251,7 @@ void CEncodedBufferedFile::Abort(bool remove) noexcept {
   lineBuffer_.clear();
   cursor_ = 0;
   const GString path = std::exchange(path_, GString());
-  if (remove && !path.empty()) platform::RemoveFile(path);
+  if (remove && !path.empty()) platform::RemoveFile(fullPath_);
 }
 
 // Reading.

@@ -162,6 +162,7 @@ private:
   bool removeWhenAbandoned_ = false;
   bool isReadable_ = false;
   GString path_;
+  GString fullPath_;  ///< what is deleted, wherever the current folder is then
   std::unique_ptr<TextStream> stream_;
   TextEncoding encoding_ = EncodingANSI;
   unsigned codePage_ = 0;

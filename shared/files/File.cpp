@@ -75,6 +75,7 @@ CFile& CFile::operator=(CFile&& other) noexcept {
 void CFile::Take(CFile& other) noexcept {
   open_ = other.open_;
   path_.swap(other.path_);
+  fullPath_.swap(other.fullPath_);
   handle_ = std::exchange(other.handle_, NO_HANDLE);
   memory_ = std::move(other.memory_);
   other.Forget();
@@ -85,6 +86,7 @@ void CFile::Forget() noexcept {
   handle_ = NO_HANDLE;
   memory_.reset();
   path_.clear();
+  fullPath_.clear();
 }
 
 bool CFile::TryOpen(const GString& path, Access access, Mode mode, Sharing sharing) {
@@ -92,6 +94,7 @@ bool CFile::TryOpen(const GString& path, Access access, Mode mode, Sharing shari
   if (handle == platform::NO_DESCRIPTOR) return false;
   handle_ = handle;
   path_ = path;
+  fullPath_ = platform::AnchorPath(path);
   open_ = true;
   return true;
 }
@@ -136,7 +139,7 @@ void CFile::Close() {
 
 void CFile::Abort(bool remove) noexcept {
   if (handle_ != NO_HANDLE) platform::CloseDescriptor(handle_);
-  if (remove && !path_.empty()) platform::RemoveFile(path_);
+  if (remove && !path_.empty()) platform::RemoveFile(fullPath_);
   Forget();
 }
 
@@ -223,6 +226,11 @@ bool CFile::EndOfFile() const {
 
 unsigned char* CFile::GetBuffer() const noexcept {
   return memory_ ? memory_->GetBuffer() : nullptr;
+}
+
+void CFile::SetFilePath(const GString& path) {
+  path_ = path;
+  fullPath_ = platform::AnchorPath(path_);
 }
 
 }  // namespace shr

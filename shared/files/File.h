@@ -116,7 +116,7 @@ public:
   const GString& GetFilePath() const noexcept { return path_; }
   /// Sets the path that messages name and `Abort` deletes, for a file that was opened by its
   /// handle.
-  void SetFilePath(const GString& path) { path_ = path; }
+  void SetFilePath(const GString& path);
 
 private:
   bool TryOpen(const GString& path, Access access, Mode mode, Sharing sharing);
@@ -127,6 +127,7 @@ private:
 
   bool open_ = false;
   GString path_;
+  GString fullPath_;  ///< what is deleted, wherever the current folder is then
   int handle_ = NO_HANDLE;
   std::unique_ptr<CMemoryFile> memory_;
 };

@@ -28,8 +28,9 @@ public:
 
   const GString& GetPath() const noexcept { return path_; }
 
-  /// Returns the path made absolute against the current folder, "." and ".." resolved by their
-  /// text; empty when it takes 260 units or more, its terminator included.
+  /// Returns the path made absolute against the current folder, "." and ".." resolved as
+  /// the system does when it opens the path (on Linux `link/..` is the folder above the target of
+  /// the link); empty when it takes 260 units or more, its terminator included.
   GString GetFullPath() const;
 
   /// Returns what stands before the file name, empty when nothing does. The separator behind it is

@@ -38,8 +38,20 @@ inline constexpr std::size_t FULL_PATH_UNITS = 260;
 /// The most units of a found path, the terminator included.
 inline constexpr std::size_t FOUND_PATH_UNITS = 263;
 
-/// Returns `path` made absolute against the current folder, "." and ".." resolved by their text
-/// alone, or the empty string when that fails or takes more than `FULL_PATH_UNITS`. An empty path
+/// Returns `path` independent of the current folder, of any length and otherwise as it is: it leads
+/// where it leads now when the current folder is another one. Returns it unchanged on failure.
+SHARED_API GString AnchorPath(const GString& path);
+
+/// What a path names, links not followed.
+enum class FileKind { Missing, Regular, Folder, Link, Other };
+
+/// Returns the kind of what is at `path`; `Other` is a device, a pipe and the like, and whatever
+/// cannot be looked at.
+SHARED_API FileKind GetFileKind(const GString& path);
+
+/// Returns `path` made absolute against the current folder, "." and ".." resolved as the system
+/// does when it opens the path, so both name the same file: by their text on Windows, on Linux
+/// behind the links before them. Returns the empty string when that fails or takes more than `FULL_PATH_UNITS`. An empty path
 /// gives the current folder.
 SHARED_API GString GetFullPath(const GString& path);
 

@@ -8,8 +8,9 @@
 /// Two openers get along when each allows what the other does: the second open fails while the
 /// first one denies reading or writing that the second asks for, or the other way round. This holds
 /// between descriptors and streams, within a process and between processes. On Windows the system
-/// enforces it against every program. On Linux it binds the openers of this library only (and
-/// whoever holds record locks over the whole file); there, deleting and renaming an open file is
+/// enforces it against every program. On Linux it binds the openers of this library only, and of
+/// whoever holds record locks over the whole file a shared one denies writing and an exclusive one
+/// both; there, deleting and renaming an open file is
 /// never refused, and file systems without record locks, devices and pipes do not take part.
 ///
 /// Failures are told by the result; `LastErrorText` then gives the system's words for them. Paths
@@ -47,6 +48,7 @@ enum class FileOrigin { Begin = 0, Current = 1, End = 2 };
 inline constexpr int NO_DESCRIPTOR = -1;
 
 /// Opens a file and returns its descriptor, or `NO_DESCRIPTOR`. A folder is not a file: opening one
+/// fails. A named pipe whose other end nobody opens is waited for three seconds, then opening
 /// fails. A file whose share mode refuses the open keeps its content, also when `truncate` is set.
 SHARED_API int OpenDescriptor(const GString& path, const FileOpenOptions& options);
 SHARED_API bool CloseDescriptor(int descriptor);

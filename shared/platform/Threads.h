@@ -31,4 +31,8 @@ SHARED_API std::optional<StackBounds> ThreadStackBounds() noexcept;
 /// Returns the address that the stack of the running code has reached.
 SHARED_API std::uintptr_t StackPosition() noexcept;
 
+/// Has three functions called around every `fork` of the process from now on: before it, and behind
+/// it in the parent and in the child. Does nothing where processes are not forked.
+void CallAroundFork(void (*before)(), void (*inParent)(), void (*inChild)());
+
 }  // namespace shr::platform

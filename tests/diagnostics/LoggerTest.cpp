@@ -210,6 +210,55 @@ TEST(Logger, callbackSeesEveryLineAndMayLog) {
   EXPECT_EQ(logger.GetBuffer(), L"question\nanswer\n");
 }
 
+TEST(Logger, aCallbackThatAlwaysLogsEnds) {
+  CLogger logger;
+  Recorded recorded;
+  recorded.logger = &logger;
+  logger.SetOutputCallback(
+      [](int, const GString& line, void* user) {
+        auto& record = *static_cast<Recorded*>(user);
+        record.lines.emplace_back(0, line);
+        record.logger->Send(LogTrace, line + L"+");
+      },
+      &recorded);
+  logger.Send(LogInfo, L"a");
+  EXPECT_EQ(logger.GetBuffer(), L"a\na+\na++\n");
+  EXPECT_EQ(recorded.lines.size(), 2u);
+  logger.Send(LogInfo, L"b");
+  EXPECT_EQ(recorded.lines.size(), 4u) << "the next line is handed over again";
+}
+
+TEST(Logger, aFileThatIsNotUtf16IsContinuedBesideIt) {
+  for (const std::string& old : {std::string("narrow text"), std::string("\xFE\xFF\0a", 4),
+                                 std::string("\xEF\xBB\xBFx"), std::string("x")}) {
+    const test::TemporaryFolder folder;
+    const GString path = folder.Path(L"run.log");
+    const std::wstring notice = L"'" + path + L"' is not UTF-16; its log goes on here.";
+    test::WriteBytes(path, old);
+    test::WriteBytes(folder.Path(L"run.utf16.log"), "neither is this");
+    for (const wchar_t* const line : {L"one", L"two"}) {
+      CLogger logger;
+      logger.SetOutputFile(path, true);
+      logger.Send(LogInfo, line);
+      EXPECT_EQ(logger.GetOutputFile(), folder.Path(L"run.utf16-2.log"));
+    }
+    EXPECT_EQ(test::ReadBytes(path), old);
+    EXPECT_EQ(ReadLog(folder.Path(L"run.utf16-2.log")), AsFile({notice, L"one", notice, L"two"}));
+  }
+}
+
+TEST(Logger, halfAUnitAtTheEndDoesNotShiftWhatIsAppended) {
+  const test::TemporaryFolder folder;
+  const GString path = folder.Path(L"run.log");
+  test::WriteBytes(path, std::string("\xFF\xFE"
+                                     "a\0b",
+                                     5));
+  CLogger logger;
+  logger.SetOutputFile(path, true);
+  logger.Send(LogInfo, L"c");
+  EXPECT_EQ(ReadLog(path), AsFile({L"ac"}));
+}
+
 TEST(Logger, linesOfEightThreadsAreWholeAndAllThere) {
   constexpr int THREADS = 8;
   constexpr int LINES = 500;

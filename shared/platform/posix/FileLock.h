@@ -21,7 +21,7 @@ enum class LockResult { Held, Unsupported, TimedOut };
 inline constexpr int LOCK_TIMED_OUT = 0x5348'5201;
 
 /// How long others are waited for.
-inline constexpr int LOCK_PATIENCE_SECONDS = 5;
+inline constexpr int LOCK_PATIENCE_SECONDS = 3;
 
 /// Takes the exclusive lock (flock) of an open file or folder, which lasts until it is closed.
 /// `Unsupported` means that the file system has no such locks.

@@ -45,9 +45,17 @@ std::string CurrentFolder() {
   return folder;
 }
 
-/// Resolves "." and ".." of an absolute path by its text; a trailing slash stays.
+std::string RealPath(const std::string& path) {
+  const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr),
+                                                             &std::free);
+  return resolved == nullptr ? std::string() : std::string(resolved.get());
+}
+
+/// Resolves "." and ".." of an absolute path as the system does when it opens it: ".." leads to the
+/// folder above what a link before it leads to. Links without ".." behind them stay, and so does a
+/// trailing slash. Where nothing is there the text alone counts.
 std::string Normalize(std::string_view path) {
-  std::vector<std::string_view> parts;
+  std::string normal;
   for (std::size_t begin = 0; begin < path.size();) {
     std::size_t end = path.find('/', begin);
     if (end == std::string_view::npos) end = path.size();
@@ -55,14 +63,14 @@ std::string Normalize(std::string_view path) {
     begin = end + 1;
     if (part.empty() || part == ".") continue;
     if (part != "..") {
-      parts.push_back(part);
-    } else if (!parts.empty()) {
-      parts.pop_back();
+      normal.append("/").append(part);
+      continue;
     }
+    const std::string real = RealPath(normal.empty() ? "/" : normal);
+    if (!real.empty()) normal = real;
+    normal.resize(normal.empty() ? 0 : normal.rfind('/'));
   }
-  std::string normal;
-  for (const std::string_view part : parts) normal.append("/").append(part);
-  if (parts.empty() || path.back() == '/') normal += '/';
+  if (normal.empty() || path.back() == '/') normal += '/';
   return normal;
 }
 
@@ -127,12 +135,6 @@ std::string ModuleName(const void* address) {
   return name;
 }
 
-std::string RealPath(const std::string& path) {
-  const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr),
-                                                             &std::free);
-  return resolved == nullptr ? std::string() : std::string(resolved.get());
-}
-
 /// Refuses targets that are no files, and hands on the permissions of the one that will be
 /// replaced.
 bool PrepareReplacement(const std::string& source, const std::string& target) {
@@ -186,6 +188,23 @@ GString GetFullPath(const GString& path) {
   if (path.empty()) return WithinLimit(CurrentFolder(), FULL_PATH_UNITS);
   if (!IsUsablePath(path)) return GString();
   return WithinLimit(MakeAbsolute(ToNativePath(path)), FULL_PATH_UNITS);
+}
+
+GString AnchorPath(const GString& path) {
+  if (!IsUsablePath(path) || IsAbsolutePath(path)) return path;
+  const GString folder = FromNativePath(CurrentFolder());
+  if (folder.empty()) return path;
+  return folder + (folder[folder.size() - 1] == L'/' ? L"" : L"/") + path;
+}
+
+FileKind GetFileKind(const GString& path) {
+  struct stat status = {};
+  if (!IsUsablePath(path) || lstat(ToNativePath(path).c_str(), &status) != 0) {
+    return errno == ENOENT || path.empty() ? FileKind::Missing : FileKind::Other;
+  }
+  if (S_ISREG(status.st_mode)) return FileKind::Regular;
+  if (S_ISDIR(status.st_mode)) return FileKind::Folder;
+  return S_ISLNK(status.st_mode) ? FileKind::Link : FileKind::Other;
 }
 
 GString FindInSearchOrder(const GString& name) {

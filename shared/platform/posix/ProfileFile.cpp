@@ -26,6 +26,7 @@
 #include <utility>
 
 #include "shared/platform/FileReplacement.h"
+#include "shared/platform/ForkSafeMutex.h"
 #include "shared/platform/RawFile.h"
 #include "shared/platform/posix/Descriptor.h"
 #include "shared/platform/posix/FileLock.h"
@@ -90,9 +91,11 @@ std::list<CachedProfile>& Cache() {
   return *cache;
 }
 
+struct ProfileTag;
+
 std::mutex& ProfileMutex() {
-  static auto* const mutex = new std::mutex;
-  return *mutex;
+  static ForkSafeMutex<std::mutex, ProfileTag> mutex;
+  return mutex.Get();
 }
 
 /// Moves the text of a file to the front of the cache and returns it, or null.

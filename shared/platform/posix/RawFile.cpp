@@ -4,7 +4,9 @@
 #include "shared/platform/RawFile.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -50,6 +52,49 @@ int OpenNative(const std::string& path, int flags) {
     descriptor = open(path.c_str(), flags, NEW_FILE_PERMISSIONS);
   } while (descriptor == NO_DESCRIPTOR && errno == EINTR);
   return descriptor;
+}
+
+/// Returns whether somebody has opened the other end of a named pipe that is open for reading, or
+/// has left something in it.
+bool HasWriter(int descriptor) {
+  pollfd state = {descriptor, POLLIN, 0};
+  if (poll(&state, 1, 0) > 0) return true;
+  // Copying from an empty pipe tells apart "nothing yet" and "nobody there". Nothing is consumed.
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) return true;
+  const ssize_t copied = tee(descriptor, ends[1], 1, SPLICE_F_NONBLOCK);
+  close(ends[0]);
+  close(ends[1]);
+  return copied != 0;
+}
+
+bool IsPipe(const std::string& path) {
+  struct stat status = {};
+  return stat(path.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
+/// Opens without waiting for the other end of a named pipe for longer than a bounded time.
+int OpenWithoutHanging(const std::string& path, int flags) {
+  constexpr int ATTEMPTS = 600;
+  constexpr timespec PAUSE = {0, 5'000'000};
+  int descriptor = NO_DESCRIPTOR;
+  for (int attempt = 0; attempt < ATTEMPTS; ++attempt) {
+    if (attempt > 0) nanosleep(&PAUSE, nullptr);
+    if (descriptor == NO_DESCRIPTOR) descriptor = OpenNative(path, flags | O_NONBLOCK);
+    if (descriptor == NO_DESCRIPTOR) {
+      if (errno != ENXIO || !IsPipe(path)) return NO_DESCRIPTOR;
+      continue;
+    }
+    struct stat status = {};
+    const bool waits = (flags & O_ACCMODE) == O_RDONLY && fstat(descriptor, &status) == 0 &&
+                       S_ISFIFO(status.st_mode) && !HasWriter(descriptor);
+    if (waits) continue;
+    fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
+    return descriptor;
+  }
+  if (descriptor == NO_DESCRIPTOR) return NO_DESCRIPTOR;
+  errno = ETIMEDOUT;
+  return Abandon(descriptor);
 }
 
 /// Empties a file that is open already and whose use is registered. A read-only descriptor cannot,
@@ -101,7 +146,7 @@ int OpenDescriptor(const GString& path, const FileOpenOptions& options) {
     return NO_DESCRIPTOR;
   }
   const std::string native = ToNativePath(path);
-  const int descriptor = OpenNative(native, OpenFlags(options));
+  const int descriptor = OpenWithoutHanging(native, OpenFlags(options));
   if (descriptor == NO_DESCRIPTOR) return NO_DESCRIPTOR;
   struct stat status = {};
   if (fstat(descriptor, &status) != 0) return Abandon(descriptor);

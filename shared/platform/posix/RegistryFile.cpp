@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "shared/platform/FileReplacement.h"
+#include "shared/platform/ForkSafeMutex.h"
 #include "shared/platform/RawFile.h"
 #include "shared/platform/posix/Descriptor.h"
 #include "shared/platform/posix/FileLock.h"
@@ -217,10 +218,12 @@ private:
   std::uint64_t serial_ = 0;
 };
 
+struct HiveTag;
+
 /// Guards the hives in memory.
 std::mutex& HiveMutex() {
-  static std::mutex mutex;
-  return mutex;
+  static ForkSafeMutex<std::mutex, HiveTag> mutex;
+  return mutex.Get();
 }
 
 /// Returns the hive called `name` in the folder of the moment.

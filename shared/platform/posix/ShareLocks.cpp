@@ -15,6 +15,10 @@
 // only take exclusive locks and looks for a free offset behind it. Asking who else holds anything
 // in a range (F_OFD_GETLK) needs neither access.
 //
+// Locks of other programs count for what they mean: a shared one of somebody who reads and wants no
+// writing meanwhile, an exclusive one of somebody who writes alone. They are known by their length,
+// since a mark has one byte. When a foreign shared lock was there before a mark it hides that mark.
+//
 // Marks are set before the check, so of two racing openers that exclude each other never both get
 // through. That both refuse themselves is prevented by a gate: the whole-file lock of flock, which
 // is a word of its own, held only while marking and checking. Who finds it taken for long goes on
@@ -97,7 +101,9 @@ Step SetMark(int descriptor, Mark mark, bool readable) {
 Step CheckNoOther(int descriptor, Mark mark) {
   struct flock lock = MakeLock(F_WRLCK, BeginOf(mark), MARKS_PER_KIND);
   if (fcntl(descriptor, F_OFD_GETLK, &lock) != 0) return Step::Unsupported;
-  return lock.l_type == F_UNLCK ? Step::Done : Step::Conflict;
+  const bool foreignReader = lock.l_type == F_RDLCK && lock.l_len != 1;
+  const bool counts = !foreignReader || mark == Mark::Reads || mark == Mark::DeniesWriting;
+  return lock.l_type != F_UNLCK && counts ? Step::Conflict : Step::Done;
 }
 
 struct MarkRule {

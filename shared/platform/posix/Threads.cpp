@@ -44,4 +44,8 @@ std::uintptr_t StackPosition() noexcept {
   return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
 }
 
+void CallAroundFork(void (*before)(), void (*inParent)(), void (*inChild)()) {
+  pthread_atfork(before, inParent, inChild);
+}
+
 }  // namespace shr::platform

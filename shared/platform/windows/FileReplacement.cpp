@@ -132,7 +132,7 @@ bool CanOpen(const std::wstring& path, DWORD rights) {
 class Turn {
 public:
   Turn() : mutex_(CreateMutexW(nullptr, FALSE, L"Local\\Shared.FileReplacement")) {
-    constexpr DWORD PATIENCE = 5000;  // milliseconds
+    constexpr DWORD PATIENCE = 3000;  // milliseconds
     const DWORD result =
         mutex_.IsOpen() ? WaitForSingleObject(mutex_.Get(), PATIENCE) : WAIT_FAILED;
     held_ = result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;

@@ -105,6 +105,35 @@ GString GetFullPath(const GString& path) {
   return _wfullpath(full, path.c_str(), FULL_PATH_UNITS) == nullptr ? GString() : GString(full);
 }
 
+GString AnchorPath(const GString& path) {
+  if (!IsUsablePath(path) || IsAbsolutePath(path)) return path;
+  const std::wstring full = UnlimitedFullPath(path);
+  return full.empty() ? path : GString(full);
+}
+
+FileKind GetFileKind(const GString& path) {
+  const DWORD attributes =
+      IsUsablePath(path) ? GetFileAttributesW(path.c_str()) : INVALID_FILE_ATTRIBUTES;
+  if (attributes == INVALID_FILE_ATTRIBUTES) return FileKind::Missing;
+  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) return FileKind::Link;
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return FileKind::Folder;
+  const HANDLE file =
+      CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                  OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return FileKind::Regular;
+  const DWORD type = GetFileType(file);
+  CloseHandle(file);
+  if (type != FILE_TYPE_DISK) return FileKind::Other;
+  // A system that follows links by itself shows them by the name of what was opened.
+  const GString final = ResolveLinks(path);
+  const auto nameOf = [](const GString& whole) {
+    return whole.substr(whole.String().find_last_of(L"\\/") + 1);
+  };
+  const bool sameName =
+      CompareStringOrdinal(nameOf(final).c_str(), -1, nameOf(path).c_str(), -1, TRUE) == CSTR_EQUAL;
+  return sameName ? FileKind::Regular : FileKind::Link;
+}
+
 GString FindInSearchOrder(const GString& name) {
   if (!IsUsablePath(name)) return GString();
   wchar_t found[FOUND_PATH_UNITS] = {};

@@ -24,7 +24,7 @@ namespace {
 class Turn {
 public:
   Turn() : mutex_(CreateMutexW(nullptr, FALSE, L"Local\\Shared.Profile")) {
-    constexpr DWORD PATIENCE = 5000;  // milliseconds
+    constexpr DWORD PATIENCE = 3000;  // milliseconds
     const DWORD result = mutex_ == nullptr ? WAIT_FAILED : WaitForSingleObject(mutex_, PATIENCE);
     held_ = result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
     if (result == WAIT_TIMEOUT) SetLastError(WAIT_TIMEOUT);

@@ -25,4 +25,6 @@ std::uintptr_t StackPosition() noexcept {
   return reinterpret_cast<std::uintptr_t>(&here);
 }
 
+void CallAroundFork(void (*)(), void (*)(), void (*)()) {}
+
 }  // namespace shr::platform

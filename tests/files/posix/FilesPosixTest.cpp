@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "shared/files/BufferedFile.h"
+#include "shared/files/ConfigFile.h"
 #include "shared/files/EncodedBufferedFile.h"
 #include "shared/files/File.h"
 #include "shared/files/Path.h"
@@ -202,6 +203,31 @@ TEST(PosixFiles, aDiskThatFillsUpLeavesTheOldFile) {
   EXPECT_EQ(1u, folder.Names().size());
 }
 
+TEST(PosixFiles, theFileThatWasOpenedIsRemovedWhereverTheCurrentFolderIs) {
+  const TemporaryFolder folder;
+  const TemporaryFolder other;
+  const std::filesystem::path before = std::filesystem::current_path();
+  for (int kind = 0; kind < 3; ++kind) {
+    WriteBytes(other.Path(L"a.txt"), "somebody else's");
+    std::filesystem::current_path(test::ToFilesystemPath(folder.Path()));
+    {
+      CFile raw;
+      CBufferedFile buffered;
+      CEncodedBufferedFile encoded;
+      if (kind == 0) raw.Open(L"a.txt", CFile::AccessWrite, CFile::ModeCreateNew, CFile::ShareAll);
+      if (kind == 1) buffered.Open(L"a.txt", L"wb", CBufferedFile::ShareAll, true);
+      if (kind == 2) {
+        encoded.Open(L"a.txt", L"w", CEncodedBufferedFile::ShareAll, EncodingUTF8, 0, false, true);
+      }
+      std::filesystem::current_path(test::ToFilesystemPath(other.Path()));
+      raw.Abort(true);
+    }
+    EXPECT_TRUE(folder.Names().empty()) << kind;
+    EXPECT_EQ("somebody else's", ReadBytes(other.Path(L"a.txt"))) << kind;
+  }
+  std::filesystem::current_path(before);
+}
+
 TEST(PosixFiles, anOpenFileMayBeReplacedAndRemoved) {
   const TemporaryFolder folder;
   const GString path = folder.Path(L"a.dat");
@@ -223,6 +249,25 @@ TEST(PosixFiles, devicesAreNotReplaced) {
   struct stat status = {};
   ASSERT_EQ(0, stat("/dev/null", &status));
   EXPECT_TRUE(S_ISCHR(status.st_mode));
+}
+
+TEST(PosixFiles, fullPathsNameWhatTheSystemOpens) {
+  const TemporaryFolder folder;
+  const auto at = [&folder](const char* name) {
+    return test::ToFilesystemPath(folder.Path()) / name;
+  };
+  std::filesystem::create_directories(at("deep/down"));
+  std::filesystem::create_directory_symlink("deep/down", at("link"));
+  WriteBytes(folder.Path(L"deep/x.ini"), "[s]\r\nk=right\r\n");
+  WriteBytes(folder.Path(L"x.ini"), "[s]\r\nk=wrong\r\n");
+  const GString path = folder.Path() + L"/link/../x.ini";
+  EXPECT_EQ(ReadBytes(path), ReadBytes(CPath(path).GetFullPath()));
+  GString value;
+  CConfigFile(path).Read(L"s", L"k", value);
+  EXPECT_EQ(L"right", value);
+  EXPECT_EQ(folder.Path(L"deep/x.ini"), LocateFile(path));
+  EXPECT_EQ(folder.Path(L"link/y"), CPath(folder.Path(L"link/./y")).GetFullPath());
+  EXPECT_EQ(folder.Path(L"y"), CPath(folder.Path(L"missing") + L"/../y").GetFullPath());
 }
 
 TEST(PosixFiles, modulesAreKnownByAnAddressInThem) {

@@ -66,6 +66,42 @@ TEST(PosixDevices, aPipeIsReadAndHasNoPosition) {
   EXPECT_TRUE(CloseDescriptor(end));
 }
 
+TEST(PosixDevices, aPipeThatNobodyOpensIsWaitedForForABoundedTime) {
+  const test::TemporaryFolder folder;
+  const GString path = folder.Path(L"pipe");
+  ASSERT_EQ(0, mkfifo(test::ToFilesystemPath(path).c_str(), 0600));
+  const auto refused = [&path](bool read) {
+    const int end = OpenDescriptor(path, Options(read, !read, FileSharing::All));
+    const bool told = !LastErrorText().empty();
+    return end == NO_DESCRIPTOR && told;
+  };
+  EXPECT_TRUE(refused(true));
+  EXPECT_TRUE(refused(false));
+}
+
+TEST(PosixSharing, locksOfOtherProgramsCountForWhatTheyMean) {
+  const test::TemporaryFolder folder;
+  const GString path = folder.Path(L"a.dat");
+  test::WriteBytes(path, "1");
+  const auto opens = [&path](bool read, bool write, FileSharing sharing) {
+    const int descriptor = OpenDescriptor(path, Options(read, write, sharing));
+    if (descriptor != NO_DESCRIPTOR) CloseDescriptor(descriptor);
+    return descriptor != NO_DESCRIPTOR;
+  };
+  for (const bool shared : {true, false}) {
+    const int foreign = open(test::ToFilesystemPath(path).c_str(), O_RDWR | O_CLOEXEC);
+    struct flock lock = {};
+    lock.l_type = shared ? F_RDLCK : F_WRLCK;
+    ASSERT_EQ(0, fcntl(foreign, F_OFD_SETLK, &lock));
+    EXPECT_EQ(shared, opens(true, false, FileSharing::All));
+    EXPECT_EQ(shared, opens(true, false, FileSharing::Read));
+    EXPECT_FALSE(opens(true, false, FileSharing::None)) << "the other one reads";
+    EXPECT_FALSE(opens(true, true, FileSharing::All));
+    EXPECT_FALSE(opens(false, true, FileSharing::All));
+    close(foreign);
+  }
+}
+
 TEST(PosixSharing, bindsOtherProcessesAndEndsWithThem) {
   const test::TemporaryFolder folder;
   const GString path = folder.Path(L"shared.dat");
