@@ -316,7 +316,9 @@ TEST(EncodedBufferedFile, aLineFeedGivenBackEndsALineOfItsOwn) {
   EXPECT_EQ(next(), L"ab");
   EXPECT_EQ(in.UnGetc(L'\n'), L'\n');
   EXPECT_EQ(next(), L"") << "behind a line that was taken whole";
-  while (in.Getc() != L'\n') continue;
+  EXPECT_EQ(in.Getc(), L'c');
+  EXPECT_EQ(in.Getc(), L'd');
+  EXPECT_EQ(in.Getc(), L'\n');
   EXPECT_EQ(in.UnGetc(L'\n'), L'\n');
   EXPECT_EQ(next(), L"") << "the line feed that was just read";
   EXPECT_EQ(next(), L"ef");
@@ -334,7 +336,9 @@ TEST(EncodedBufferedFile, whatWasGivenBackMovesAlong) {
   std::wstring line;
   EXPECT_TRUE(made.ReadString(line));
   EXPECT_EQ(line, L">b");
-  while (made.Getc() != L'\n') continue;
+  EXPECT_EQ(made.Getc(), L'c');
+  EXPECT_EQ(made.Getc(), L'd');
+  EXPECT_EQ(made.Getc(), L'\n');
   made.UnGetc(L'+');
   CEncodedBufferedFile assigned;
   assigned = std::move(made);
