@@ -17,6 +17,7 @@
 #include "examples/mapreport/ReportPage.h"
 #include "examples/mapreport/RunLog.h"
 #include "examples/mapreport/SvgMap.h"
+#include "examples/mapreport/TableFiles.h"
 #include "shared/diagnostics/Exception.h"
 #include "shared/files/Path.h"
 #include "shared/platform/Console.h"
@@ -120,7 +121,8 @@ Model MakeModel(const Options& options, IProgress& progress) {
 Outputs MakeOutputs(Model& model, const Options& options, IProgress& progress) {
   const Operation operation(progress, L"Drawing", 0);
   const MapPicture picture = DrawMap(model);
-  Outputs outputs{picture.svg, MakePage(model, picture, MAP_NAME), {}, {}};
+  Outputs outputs{picture.svg, MakePage(model, picture, MAP_NAME, options.csv)};
+  if (options.csv) outputs.tables = MakeTableFiles(model, picture);
   if (!options.save.empty()) outputs.saved = StoreMap(model);
   if (!options.geojson.empty()) outputs.geojson = MakeGeoJson(model);
   return outputs;
@@ -133,6 +135,7 @@ GString WriteOutputs(const Outputs& outputs, const Options& options) {
   files.Add(folder.Join(MAP_NAME), outputs.map);
   if (!options.save.empty()) files.Add(options.save, outputs.saved);
   if (!options.geojson.empty()) files.Add(options.geojson, outputs.geojson);
+  for (const auto& [name, content] : outputs.tables) files.Add(folder.Join(name), content);
   files.Add(report, outputs.page);
   files.Commit();
   return report;

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "examples/mapreport/Model.h"
@@ -21,6 +22,7 @@ struct Outputs {
   std::string page;       ///< content of report.html
   std::string saved{};    ///< content of the saved map, empty when none is asked for
   std::string geojson{};  ///< content of the GeoJSON file, empty when none is asked for
+  std::vector<std::pair<GString, std::string>> tables{};  ///< name and content of the CSV files
 };
 
 /// Reads the inputs or the saved map, and runs the steps on it that the options ask for. Errors:

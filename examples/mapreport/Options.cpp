@@ -152,6 +152,7 @@ void AddOutputs(CLI::App& app, RawOptions& raw, Options& options) {
   app.add_option("--geojson", raw.geojson,
                  "Write the united continent, or else the visible countries, as GeoJSON")
       ->type_name("FILE");
+  app.add_flag("--csv", options.csv, "Write the tables of the report as CSV files beside it, too");
   app.add_option("--undo", options.undo,
                  "Take the last N steps back and do them again; the report tells them")
       ->type_name("N")

@@ -23,6 +23,7 @@ struct Options {
   GString load;       ///< saved map to begin with, or empty
   GString save;       ///< where to save the map, or empty
   GString geojson;    ///< where to write areas as GeoJSON, or empty
+  bool csv = false;   ///< whether to write the tables of the report as CSV files
   std::size_t undo = 0;
   bool remember = false;
   GString log;

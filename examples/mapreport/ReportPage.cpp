@@ -5,10 +5,13 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <string_view>
 
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
 #include "examples/mapreport/MapEditor.h"
+#include "examples/mapreport/SvgPoints.h"
+#include "examples/mapreport/TableFiles.h"
 #include "shared/html/HtmlReport.h"
 
 namespace mapreport {
@@ -17,14 +20,47 @@ using namespace shr;
 
 namespace {
 
+/// Wide things scroll by themselves on a narrow screen, the map at a size at which its names can be
+/// read; on paper they are as wide as they are, and rows stay whole.
 constexpr const char* STYLE =
     "BODY    {max-width:1300px; margin:1.5em auto; padding:0 1em; color:#2b2b2b;}\n"
-    "TABLE   {border-collapse:collapse; margin:0 0 2em 0;}\n"
+    "H1, H2  {line-height:1.2; overflow-wrap:break-word;}\n"
+    "TABLE   {border-collapse:collapse; margin:0;}\n"
     "TD      {border-bottom:solid #dddddd thin; padding-top:2px; padding-bottom:2px;}\n"
     ".num    {text-align:right;}\n"
-    ".swatch {width:1.2em; border:solid #857a6b thin;}\n"
+    ".swatch {width:1.2em; border:solid #857a6b thin; print-color-adjust:exact;"
+    " -webkit-print-color-adjust:exact;}\n"
     ".note   {color:#555555; font-size:smaller;}\n"
-    "IMG     {max-width:100%; height:auto;}";
+    ".scroll {overflow-x:auto; margin:0 0 2em 0;}\n"
+    "IMG     {max-width:100%; height:auto;}\n"
+    "@media screen and (max-width:700px) {\n"
+    "  BODY  {margin:0.5em auto; padding:0 0.6em;}\n"
+    "  H1    {font-size:1.4em;}\n"
+    "  H2    {font-size:1.15em;}\n"
+    "  IMG   {max-width:none; width:900px;}\n"
+    "  TD, TH {white-space:nowrap;}\n"
+    "}\n"
+    "@media print {\n"
+    "  BODY  {max-width:none; margin:0; padding:0; font-size:9pt;}\n"
+    "  H2    {page-break-after:avoid;}\n"
+    "  TR, IMG {page-break-inside:avoid;}\n"
+    "  THEAD {display:table-header-group;}\n"
+    "  .scroll {overflow:visible;}\n"
+    "  .screen {display:none;}\n"
+    "}";
+
+/// What the head of a page of today needs beside what that of a report has.
+constexpr std::string_view DOCUMENT_TAG = "<HTML>";
+constexpr std::string_view DOCUMENT_TAG_OF_LANGUAGE = "<HTML LANG=\"en\">";
+constexpr std::string_view HEAD_TAG = "<HEAD>";
+constexpr std::string_view VIEWPORT =
+    "\n<META NAME=\"viewport\" CONTENT=\"width=device-width, initial-scale=1\">";
+
+std::string WithLanguageAndViewport(std::string page) {
+  page.replace(page.find(DOCUMENT_TAG), DOCUMENT_TAG.size(), DOCUMENT_TAG_OF_LANGUAGE);
+  page.insert(page.find(HEAD_TAG) + HEAD_TAG.size(), VIEWPORT);
+  return page;
+}
 
 CellAttrib CellOfClass(const char* name) {
   CellAttrib attributes;
@@ -42,7 +78,8 @@ void BeginTable(CHtmlReport& report, const char* title, std::initializer_list<Co
   TableAttrib attributes;
   attributes.SUMMARY = title;
   attributes.CELLSPACING = "0";
-  report << Heading(2, title) << TableBeg(attributes) << THeadBeg() << TRBeg();
+  report << Heading(2, title) << "<DIV CLASS=\"scroll\">\n";
+  report << TableBeg(attributes) << THeadBeg() << TRBeg();
   for (const Column& column : columns) {
     CellAttrib cell = CellOfClass(column.isNumeric ? "num" : "");
     cell.SCOPE = "col";
@@ -51,8 +88,13 @@ void BeginTable(CHtmlReport& report, const char* title, std::initializer_list<Co
   report << TREnd() << THeadEnd() << TBodyBeg();
 }
 
-void EndTable(CHtmlReport& report) {
+/// `file` is the name of the same table as a file; empty when there is none.
+void EndTable(CHtmlReport& report, const GString& file = GString()) {
   report << TBodyEnd() << TableEnd();
+  if (!file.empty()) {
+    report << Anchor(HtmlEscape(file), "The table as CSV", CoreAttrib("", "note screen", "", ""));
+  }
+  report << "</DIV>\n";
 }
 
 void Cell(CHtmlReport& report, const GString& text) {
@@ -110,10 +152,18 @@ void WritePicture(CHtmlReport& report, const Model& model, const MapPicture& pic
   image.ALT = "Map of " + HtmlEscape(model.view.title);
   image.WIDTH = std::to_string(picture.width);
   image.HEIGHT = std::to_string(picture.height);
-  report << Img(image) << VSpace(1) << Anchor(name, "The map as a picture of its own");
+  report << "<DIV CLASS=\"scroll\">\n" << Img(image) << "</DIV>\n";
+  report << Anchor(name, "The map as a picture of its own", CoreAttrib("", "screen", "", ""))
+         << Note("tells what an event is when it is pointed at.", CoreAttrib("", "screen", "", ""));
+  const std::size_t counted = CountCounted(model);
+  if (counted == 0) return;
+  const GString text = L"Of so many events the strongest " + FormatCount(STRONGEST_OF_MANY) +
+                       L" are drawn one by one; the other " + FormatCount(counted) +
+                       L" are counted in small squares, the darker the more.";
+  report << Paragraph(HtmlEscape(text), CoreAttrib("", "note", "", ""));
 }
 
-void WriteCountries(CHtmlReport& report, const Model& model) {
+void WriteCountries(CHtmlReport& report, const Model& model, bool tables) {
   BeginTable(report, "Countries by number of events",
              {{"", false},
               {"Country", false},
@@ -133,10 +183,10 @@ void WriteCountries(CHtmlReport& report, const Model& model) {
     Cell(report, largest.place);
     report << TREnd();
   }
-  EndTable(report);
+  EndTable(report, tables ? GString(COUNTRIES_TABLE) : GString());
 }
 
-void WriteStrongest(CHtmlReport& report, const Model& model) {
+void WriteStrongest(CHtmlReport& report, const Model& model, bool tables) {
   BeginTable(report, "Strongest events",
              {{"Magnitude", true},
               {"Time (UTC)", false},
@@ -155,10 +205,10 @@ void WriteStrongest(CHtmlReport& report, const Model& model) {
     NumberCell(report, event.depth ? FormatNumber(*event.depth, 1) : GString(L"\u2013"));
     report << TREnd();
   }
-  EndTable(report);
+  EndTable(report, tables ? GString(STRONGEST_TABLE) : GString());
 }
 
-void WriteCities(CHtmlReport& report, const Model& model, const MapPicture& picture) {
+void WriteCities(CHtmlReport& report, const Model& model, const MapPicture& picture, bool tables) {
   BeginTable(report, "Cities on the map",
              {{"City", false}, {"Country code", false}, {"Population", true}, {"Position", false}});
   for (const std::size_t index : picture.cities) {
@@ -171,7 +221,7 @@ void WriteCities(CHtmlReport& report, const Model& model, const MapPicture& pict
     Cell(report, FormatPosition(city.position));
     report << TREnd();
   }
-  EndTable(report);
+  EndTable(report, tables ? GString(CITIES_TABLE) : GString());
 }
 
 void WriteSources(CHtmlReport& report, const Model& model) {
@@ -229,19 +279,20 @@ void WriteHistory(CHtmlReport& report, const Model& model) {
 
 }  // namespace
 
-std::string MakePage(const Model& model, const MapPicture& picture, const GString& pictureName) {
+std::string MakePage(const Model& model, const MapPicture& picture, const GString& pictureName,
+                     bool tables) {
   CHtmlReport report;
   const std::string title = HtmlEscape(model.view.title);
   report << Preamble(title, STYLE) << Heading(1, title);
   WriteSummary(report, model);
   WriteAreas(report, model);
   WritePicture(report, model, picture, pictureName);
-  WriteCountries(report, model);
-  WriteStrongest(report, model);
-  WriteCities(report, model, picture);
+  WriteCountries(report, model, tables);
+  WriteStrongest(report, model, tables);
+  WriteCities(report, model, picture, tables);
   WriteSources(report, model);
   WriteHistory(report, model);
-  return report.GetReport() + "\n";
+  return WithLanguageAndViewport(report.GetReport()) + "\n";
 }
 
 }  // namespace mapreport

@@ -16,7 +16,9 @@
 namespace mapreport {
 
 /// Returns the page as HTML 4.01 in pure ASCII: every other character is a reference.
-/// `pictureName` is the file name of the map, beside the page.
-std::string MakePage(const Model& model, const MapPicture& picture, const GString& pictureName);
+/// `pictureName` is the file name of the map, beside the page; with `tables` the files of
+/// TableFiles.h are there, too.
+std::string MakePage(const Model& model, const MapPicture& picture, const GString& pictureName,
+                     bool tables = false);
 
 }  // namespace mapreport

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
 
 namespace mapreport {
@@ -45,6 +46,16 @@ public:
     DrawPath(cut_, "", HexColor(country.fill));
     DrawPath(borders_, "country", "");
     svg_.End();
+  }
+
+  void DrawGround(const Contours& contours) {
+    whole_ = PathBuilder();
+    const Vec2d* points = contours.points.data();
+    for (const unsigned int count : contours.counts) {
+      AddRing(Ring{points, count}, false, whole_);
+      points += count;
+    }
+    DrawPath(whole_, "ground", "");
   }
 
   void DrawOutline(const Contours& contours, const char* cssClass) {
@@ -168,6 +179,14 @@ private:
 };
 
 }  // namespace
+
+void DrawGround(SvgWriter& svg, const Model& model, const Projection& projection) {
+  if (model.clip.IsEmpty()) return;
+  CountryPainter painter(svg, projection);
+  for (const Country& country : model.countries) {
+    painter.DrawGround(ClipCountry(country, model.window));
+  }
+}
 
 void DrawCountries(SvgWriter& svg, const Model& model, const Projection& projection) {
   CountryPainter painter(svg, projection);

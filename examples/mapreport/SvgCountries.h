@@ -12,6 +12,9 @@
 
 namespace mapreport {
 
+/// Draws the land outside of the area that the map is clipped to; nothing of a whole map.
+void DrawGround(SvgWriter& svg, const Model& model, const Projection& projection);
+
 /// Draws one group a country that shows, with its name and count as the title.
 void DrawCountries(SvgWriter& svg, const Model& model, const Projection& projection);
 

@@ -67,6 +67,10 @@ void DrawClasses(SvgWriter& svg, const Model& model, const Vec2d& corner) {
     DrawSwatch(svg, at, c.color, ClassLabel(c), c.countries);
     at.x += SWATCH_WIDTH;
   }
+  if (model.clip.IsEmpty()) return;
+  svg.BeginRectangle(Box2d(at.x, at.y, at.x + SWATCH_WIDTH, at.y + SWATCH_HEIGHT));
+  svg.Attribute("class", "ground").End();
+  Write(svg, Vec2d(at.x + SWATCH_WIDTH / 2, at.y + 29), "middle", "", L"not shown");
 }
 
 void DrawMagnitudes(SvgWriter& svg, const Model& model, const Vec2d& corner) {
@@ -75,7 +79,8 @@ void DrawMagnitudes(SvgWriter& svg, const Model& model, const Vec2d& corner) {
   const double largest = std::ceil(*model.events[strongest.front()].magnitude);
   const double last = std::clamp(largest, 2.0, LARGEST_SHOWN);
   const EventSizes sizes(model);
-  Write(svg, corner, "", "head", L"Magnitude");
+  Write(svg, corner, "", "head",
+        CountCounted(model) == 0 ? L"Magnitude" : L"Magnitude; squares: many events");
   Vec2d at(corner.x + 6, corner.y + 20);
   for (double magnitude = std::max(1.0, last - 5); magnitude <= last; ++magnitude) {
     svg.Begin("circle").Attribute("class", "event").Attribute("cx", at.x).Attribute("cy", at.y);

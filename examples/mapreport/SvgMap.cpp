@@ -2,8 +2,8 @@
 // Copyright (c) 2026 The Shared authors
 
 // The page is laid out in units of a CSS pixel. The map is as large as MAX_WIDTH by MAX_HEIGHT
-// allow, the page at least as wide as the legend. Layers go from the bottom up: sea, countries,
-// rivers, areas, graticule, events, names, frame.
+// allow, the page at least as wide as the legend. Layers go from the bottom up: sea, land outside
+// of the clip, countries, rivers, areas, graticule, events, names, frame.
 
 #include "examples/mapreport/SvgMap.h"
 
@@ -31,12 +31,15 @@ constexpr double SIDE = 48;
 constexpr double TOP = 92;
 constexpr double FRAME_TO_LEGEND = 40;
 constexpr double LABEL_MARGIN = 3;
+/// Countries that the description of the picture names.
+constexpr std::size_t MOST_DESCRIBED = 3;
 
 /// Scripts that the first faces lack are found by the viewer; East Asian faces by the language of
 /// the text.
 constexpr const char* STYLE_SHEET =
     "text{font-family:'Noto Sans','Segoe UI','DejaVu Sans','Noto Sans Arabic','Noto Sans Hebrew',"
     "'Noto Sans Thai',Arial,sans-serif;fill:#2b2b2b}"
+    ".ground{fill:#dbd9d4;stroke:#c8c5bf;stroke-width:.5;stroke-linejoin:round}"
     ".country{stroke:#857a6b;stroke-width:.5;stroke-linejoin:round}"
     ".river{fill:none;stroke-width:1;stroke-linejoin:round}"
     ".clip{stroke:#6b4f3a;stroke-width:.9;stroke-linejoin:round}"
@@ -44,6 +47,7 @@ constexpr const char* STYLE_SHEET =
     ".graticule{fill:none;stroke:#5f7f93;stroke-width:.5;stroke-opacity:.45}"
     ".degree{font-size:10.5px;fill:#55626b}"
     ".event{fill:#27368a;fill-opacity:.42;stroke:#fff;stroke-width:.35;stroke-opacity:.7}"
+    ".many{fill:#27368a;stroke:none}"
     ".halo{paint-order:stroke;stroke:#fff;stroke-opacity:.85;stroke-width:2.6px;"
     "stroke-linejoin:round}"
     ".strong{font-size:12px;font-weight:700;fill:#1e2a6b}"
@@ -86,14 +90,30 @@ void DrawTitle(SvgWriter& svg, const Model& model, double left) {
   svg.Attribute("font-size", "14px").Text(Subtitle(model)).End();
 }
 
-void BeginDocument(SvgWriter& svg, const Page& page, const GString& title) {
+/// What the map shows, for those who do not see it.
+GString Description(const Model& model) {
+  GString text = L"Map of " + FormatWindow(model.window) + L": " + Subtitle(model) + L".";
+  if (!model.clip.IsEmpty()) text += L" It is clipped to " + model.clip.name + L".";
+  const std::vector<std::size_t> struck = CountriesByCount(model);
+  for (std::size_t i = 0; i < std::min(struck.size(), MOST_DESCRIBED); ++i) {
+    const Country& country = model.countries[struck[i]];
+    text += (i == 0 ? L" Most of them lie in " : L", ") + country.name + L" (" +
+            FormatCount(country.eventCount) + L")";
+  }
+  return struck.empty() ? text : text + L".";
+}
+
+void BeginDocument(SvgWriter& svg, const Page& page, const Model& model) {
   std::string box = "0 0 ";
   AppendTenths(box, Tenths(page.width));
   box += ' ';
   AppendTenths(box, Tenths(page.height));
   svg.Begin("svg").Attribute("xmlns", "http://www.w3.org/2000/svg").Attribute("version", "1.1");
   svg.Attribute("width", page.width).Attribute("height", page.height).Attribute("viewBox", box);
-  svg.Begin("title").Text(title).End();
+  svg.Attribute("xml:lang", "en").Attribute("role", "img");
+  svg.Attribute("aria-labelledby", "title desc");
+  svg.Begin("title").Attribute("id", "title").Text(model.view.title).End();
+  svg.Begin("desc").Attribute("id", "desc").Text(Description(model)).End();
   svg.Begin("style").Raw(STYLE_SHEET).End();
   svg.Begin("clipPath").Attribute("id", "map");
   svg.BeginRectangle(page.projection.Frame()).Attribute("fill", "#fff").End();
@@ -108,9 +128,10 @@ MapPicture DrawMap(const Model& model) {
   const Projection& projection = page.projection;
   const Graticule graticule = MakeGraticule(model.window);
   SvgWriter svg;
-  BeginDocument(svg, page, model.view.title);
+  BeginDocument(svg, page, model);
   svg.Begin("g").Attribute("clip-path", "url(#map)");
   svg.BeginRectangle(projection.Frame()).Attribute("fill", HexColor(model.palette.sea)).End();
+  DrawGround(svg, model, projection);
   DrawCountries(svg, model, projection);
   DrawRivers(svg, model, projection);
   DrawAreas(svg, model, projection);

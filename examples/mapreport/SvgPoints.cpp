@@ -4,9 +4,12 @@
 #include "examples/mapreport/SvgPoints.h"
 
 #include <algorithm>
+#include <bit>
 #include <iterator>
 #include <optional>
 #include <set>
+#include <span>
+#include <string>
 #include <utility>
 
 #include "examples/mapreport/Analysis.h"
@@ -36,8 +39,52 @@ std::vector<std::size_t> VisibleEventsBySize(const Model& model) {
   return order;
 }
 
+/// "M 5.3, 2018-01-31 02:00, Tokyo, depth 10 km", as much of it as is known.
+GString Tooltip(const Event& event) {
+  GString text = L"M " + FormatMagnitude(event.magnitude);
+  if (!event.time.empty()) text += L", " + FormatTime(event.time);
+  if (!event.place.empty()) text += L", " + event.place;
+  if (event.depth) text += L", depth " + FormatNumber(*event.depth, 0) + L" km";
+  return text;
+}
+
 Vec2d EventPosition(const Model& model, std::size_t index, const Projection& projection) {
   return projection.ToPage(*PlaceInWindow(model.events[index].position, model.window));
+}
+
+/// Counts events in square cells and draws each cell, the darker the more events are in it: a class
+/// for each power of four.
+void DrawCells(SvgWriter& svg, const Model& model, const Projection& projection,
+               std::span<const std::size_t> events) {
+  constexpr double SIZE = 4;
+  constexpr int CLASSES = 5;
+  const Box2d& frame = projection.Frame();
+  const auto columns = static_cast<std::size_t>(frame.xRange() / SIZE) + 1;
+  const auto rows = static_cast<std::size_t>(frame.yRange() / SIZE) + 1;
+  std::vector<std::size_t> counts(columns * rows);
+  for (const std::size_t index : events) {
+    const Vec2d cell = (EventPosition(model, index, projection) - frame.Min()) / SIZE;
+    const std::size_t column = std::min(static_cast<std::size_t>(cell.x), columns - 1);
+    ++counts[std::min(static_cast<std::size_t>(cell.y), rows - 1) * columns + column];
+  }
+  std::string paths[CLASSES];
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    if (counts[i] == 0) continue;
+    const int power = (static_cast<int>(std::bit_width(counts[i])) - 1) / 2;
+    std::string& path = paths[std::min(power, CLASSES - 1)];
+    path += 'M';
+    AppendTenths(path, Tenths(frame.xMin() + SIZE * static_cast<double>(i % columns)));
+    path += ' ';
+    AppendTenths(path, Tenths(frame.yMin() + SIZE * static_cast<double>(i / columns)));
+    path += "h4v4h-4z";
+  }
+  svg.Begin("g").Attribute("class", "many");
+  svg.Begin("title").Text(FormatCount(events.size()) + L" events, counted in squares").End();
+  for (int i = 0; i < CLASSES; ++i) {
+    if (paths[i].empty()) continue;
+    svg.Begin("path").Attribute("fill-opacity", 0.2 * (i + 1)).Attribute("d", paths[i]).End();
+  }
+  svg.End();
 }
 
 const char* AnchorText(LabelPlace::Anchor anchor) {
@@ -122,13 +169,26 @@ double EventSizes::Radius(double magnitude) const {
   return factor_ * BaseRadius(magnitude);
 }
 
+std::size_t CountCounted(const Model& model) {
+  const std::size_t visible = CountVisible(model);
+  return visible <= MOST_CIRCLES ? 0 : visible - STRONGEST_OF_MANY;
+}
+
 void DrawEvents(SvgWriter& svg, const Model& model, const Projection& projection) {
   const EventSizes sizes(model);
+  const std::vector<std::size_t> order = VisibleEventsBySize(model);
+  std::span<const std::size_t> circles(order);
+  if (order.size() > MOST_CIRCLES) {
+    circles = circles.first(STRONGEST_OF_MANY);
+    DrawCells(svg, model, projection, std::span(order).subspan(STRONGEST_OF_MANY));
+  }
   svg.Begin("g").Attribute("class", "event");
-  for (const std::size_t index : VisibleEventsBySize(model)) {
+  for (const std::size_t index : circles) {
+    const Event& event = model.events[index];
     const Vec2d at = EventPosition(model, index, projection);
     svg.Begin("circle").Attribute("cx", at.x).Attribute("cy", at.y);
-    svg.Attribute("r", sizes.Radius(model.events[index].magnitude.value_or(0))).End();
+    svg.Attribute("r", sizes.Radius(event.magnitude.value_or(0)));
+    svg.Begin("title").Text(Tooltip(event)).End().End();
   }
   svg.End();
 }

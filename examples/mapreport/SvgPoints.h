@@ -38,7 +38,17 @@ struct CitySize {
 /// The sizes, largest first; the last one holds all the rest.
 inline constexpr CitySize CITY_SIZES[] = {{5e6, 12, 2.6}, {1e6, 11, 2.1}, {0, 10, 1.7}};
 
-/// Draws the visible events, large ones first, so that small ones stay visible.
+/// Up to this many events are drawn one by one.
+inline constexpr std::size_t MOST_CIRCLES = 20000;
+/// Of more events, this many of the strongest are drawn one by one and the others are counted in
+/// square cells, so that a million of them make a picture that opens.
+inline constexpr std::size_t STRONGEST_OF_MANY = 5000;
+
+/// Returns how many of the visible events are drawn in cells; 0 where each is a circle.
+std::size_t CountCounted(const Model& model);
+
+/// Draws the visible events, large ones first, so that small ones stay visible. Each circle tells
+/// what it is when it is pointed at.
 void DrawEvents(SvgWriter& svg, const Model& model, const Projection& projection);
 
 /// Writes their magnitudes beside the strongest events.

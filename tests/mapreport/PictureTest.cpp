@@ -9,12 +9,15 @@
 #include <string>
 
 #include "examples/mapreport/Analysis.h"
+#include "examples/mapreport/Areas.h"
 #include "examples/mapreport/Format.h"
 #include "examples/mapreport/Labels.h"
 #include "examples/mapreport/Projection.h"
 #include "examples/mapreport/ReportPage.h"
 #include "examples/mapreport/SvgMap.h"
+#include "examples/mapreport/SvgPoints.h"
 #include "examples/mapreport/SvgWriter.h"
+#include "examples/mapreport/TableFiles.h"
 #include "tests/mapreport/SmallModel.h"
 
 using namespace mapreport;
@@ -198,6 +201,74 @@ TEST(SvgMap, riversAreDashedAlongTheirCourse) {
   EXPECT_LT(solid, longDashes);
   EXPECT_NEAR(static_cast<double>(dashes({5, 2.5}) - solid),
               2 * static_cast<double>(longDashes - solid), 2);
+}
+
+TEST(SvgMap, tellsWhatItIsAndWhatEventsAre) {
+  Model model = SmallModel();
+  const std::string svg = Draw(model, Box2d(-5, -5, 15, 15)).svg;
+  EXPECT_TRUE(Contains(svg, "role=\"img\" aria-labelledby=\"title desc\""));
+  EXPECT_TRUE(Contains(svg, "<title id=\"title\">Title &amp; more</title>"));
+  EXPECT_TRUE(Contains(svg, "Most of them lie in A&lt;B (1).</desc>"));
+  EXPECT_TRUE(Contains(svg, "<title>M 5.3, 2018-01-31 02:00, "));
+  EXPECT_FALSE(Contains(svg, "class=\"ground\"")) << "nothing is left out";
+}
+
+TEST(SvgMap, landOutsideOfTheClipIsNeutralGround) {
+  Model model = SmallModel();
+  Draw(model, Box2d(-5, -5, 15, 15));
+  SilentProgress silent;
+  ClipToArea(model, FindArea(model, L"POLYGON ((0 0, 3 0, 3 9, 0 9, 0 0))"), silent);
+  const std::string svg = DrawMap(model).svg;
+  const std::size_t ground = svg.find("<path class=\"ground\"");
+  ASSERT_NE(std::string::npos, ground);
+  EXPECT_LT(ground, svg.find("class=\"country\"")) << "below the countries";
+  EXPECT_TRUE(Contains(svg, ">not shown</text>"));
+}
+
+TEST(SvgMap, manyEventsAreCountedInSquares) {
+  Model model = SmallModel();
+  const Event event = model.events[0];
+  std::mt19937 random(51);
+  std::uniform_real_distribution<double> degrees(-5.0, 15.0);
+  for (int i = 0; i < 100000; ++i) {
+    model.events.push_back(event);
+    model.events.back().position = Vec2d(degrees(random), degrees(random));
+    model.events.back().magnitude = 1.0;
+  }
+  const MapPicture picture = Draw(model, Box2d(-5, -5, 15, 15));
+  EXPECT_EQ(Count(picture.svg, "<circle cx="), STRONGEST_OF_MANY);
+  EXPECT_LT(picture.svg.size(), 3000000u);
+  EXPECT_EQ(CountCounted(model), model.events.size() - STRONGEST_OF_MANY);
+  EXPECT_TRUE(Contains(picture.svg, " events, counted in squares</title>"));
+  const std::string page = MakePage(model, picture, L"map.svg");
+  EXPECT_TRUE(Contains(page, "the strongest 5,000 are drawn one by one; the other 95,00"));
+}
+
+TEST(TableFiles, holdWhatTheReportShows) {
+  Model model = SmallModel();
+  model.cities[0].name = L"a \"b\", c";
+  const MapPicture picture = Draw(model, Box2d(-5, -5, 15, 15));
+  const auto files = MakeTableFiles(model, picture);
+  ASSERT_EQ(3u, files.size());
+  EXPECT_EQ(0u, files[0].second.find("\xEF\xBB\xBF"
+                                     "country,events,largest_magnitude,"));
+  EXPECT_TRUE(Contains(files[0].second, "\r\nA<B,1,5.26,"));
+  EXPECT_TRUE(Contains(files[1].second, "\r\n5.26,2018-01-31T02:00"));
+  EXPECT_TRUE(Contains(files[2].second, "\r\n\"a \"\"b\"\", c\",JP,6000000,8,8\r\n"));
+  const std::string page = MakePage(model, picture, L"map.svg", true);
+  for (const auto& [name, content] : files) {
+    EXPECT_TRUE(Contains(page, "HREF=\"" + name.ToNarrow(65001) + "\"")) << content;
+  }
+}
+
+TEST(ReportPage, namesItsLanguageAndFitsTheScreen) {
+  Model model = SmallModel();
+  const MapPicture picture = Draw(model, Box2d(-5, -5, 15, 15));
+  const std::string page = MakePage(model, picture, L"map.svg");
+  EXPECT_TRUE(Contains(page, "\n<HTML LANG=\"en\">\n<HEAD>\n<META NAME=\"viewport\" "));
+  EXPECT_TRUE(Contains(page, "@media print {"));
+  EXPECT_EQ(Count(page, "<DIV"), Count(page, "</DIV>"));
+  EXPECT_FALSE(Contains(page, "The table as CSV"));
 }
 
 TEST(ReportPage, holdsTheTablesInPureAscii) {
