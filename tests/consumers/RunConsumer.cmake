@@ -48,6 +48,21 @@ else()
   execute_process(COMMAND "${build}/consumer" COMMAND_ERROR_IS_FATAL ANY)
 endif()
 
+if(KIND STREQUAL "find_package" AND SHARED AND NOT EMULATOR)
+  # As on systems where /lib leads to /usr/lib: the library is loaded from behind a link, and what is beside the link
+  # is not what is beside the library.
+  set(root "${WORK_DIR}/linked")
+  file(REMOVE_RECURSE "${root}")
+  file(COPY "${PREFIX}/" DESTINATION "${root}/usr")
+  file(GLOB_RECURSE libraries RELATIVE "${root}/usr" "${root}/usr/*/libshared.so")
+  list(GET libraries 0 library)
+  cmake_path(GET library PARENT_PATH folder)
+  string(REGEX REPLACE "/.*" "" top "${folder}")
+  file(CREATE_LINK "usr/${top}" "${root}/${top}" SYMBOLIC)
+  set(ENV{LD_LIBRARY_PATH} "${root}/${folder}")
+  execute_process(COMMAND "${build}/consumer" COMMAND_ERROR_IS_FATAL ANY)
+endif()
+
 if(KIND STREQUAL "add_subdirectory")
   # A part of another project builds the library and nothing else.
   execute_process(COMMAND ninja -C "${build}" -t targets all OUTPUT_VARIABLE targets

@@ -11,6 +11,7 @@
 #include "shared/color/ColorTable.h"
 #include "shared/diagnostics/Exception.h"
 #include "shared/diagnostics/ThrowError.h"
+#include "shared/files/Path.h"
 #include "shared/text/GString.h"
 
 namespace {
@@ -27,6 +28,8 @@ std::string DescriptionOfThrown() {
 
 /// The color file that comes with the library must be found from wherever that is.
 bool KnowsTeal() {
+  // The colors are compiled in, too, so that the file is found shows only by itself.
+  if (!shr::IsFileReadable(shr::LocateFile(L"Colors.ini"))) return false;
   const shr::CColorTable& table = shr::CColorTable::Instance();
   std::size_t index = 0;
   return table.IndexFromColor(shr::GString(L"teal"), index) && table[index].Color() == 0x00808000;
