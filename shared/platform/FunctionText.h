@@ -2,9 +2,9 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// `SHARED_FUNCTION_TEXT`, the compiler's own text for the function it stands in, template arguments
-/// included, as a constant. The standard's `source_location` would do, but not every compiler of
-/// the library has it. Threads: any.
+/// `SHARED_FUNCTION_TEXT`, the compiler's own text for the function it stands in, template
+/// arguments included, as a constant. The standard's `source_location` would do, but not every
+/// compiler of the library has it. Threads: any.
 
 #pragma once
 

@@ -51,8 +51,8 @@ SHARED_API FileKind GetFileKind(const GString& path);
 
 /// Returns `path` made absolute against the current folder, "." and ".." resolved as the system
 /// does when it opens the path, so both name the same file: by their text on Windows, on Linux
-/// behind the links before them. Returns the empty string when that fails or takes more than `FULL_PATH_UNITS`. An empty path
-/// gives the current folder.
+/// behind the links before them. Returns the empty string when that fails or takes more than
+/// `FULL_PATH_UNITS`. An empty path gives the current folder.
 SHARED_API GString GetFullPath(const GString& path);
 
 /// Returns the full path of the first file called `name` in the platform's default search order, or

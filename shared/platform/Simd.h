@@ -2,8 +2,8 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// `SHARED_HAS_SSE2`: 1 where the baseline has the vectors of SSE2, the intrinsics of which are then
-/// declared, else 0. Internal; wider vectors are asked for by shared/platform/CpuFeatures.h.
+/// `SHARED_HAS_SSE2`: 1 where the baseline has the vectors of SSE2, the intrinsics of which are
+/// then declared, else 0. Internal; wider vectors are asked for by shared/platform/CpuFeatures.h.
 
 #pragma once
 
