@@ -77,11 +77,11 @@ auto MustParse(Parse parse, const char* complaint) {
 
 std::string CheckWindow(const std::string& text) {
   const GString fault = FaultOfWindow(FromUtf8(text));
-  return fault.empty() ? std::string() : "'" + text + "' " + fault.ToNarrow(UTF8_PAGE);
+  return fault.empty() ? std::string() : "'" + text + "' " + fault.ToUtf8();
 }
 
 std::string CheckColors(const std::string& text) {
-  return FaultOfColors(FromUtf8(text)).ToNarrow(UTF8_PAGE);
+  return FaultOfColors(FromUtf8(text)).ToUtf8();
 }
 
 std::string CheckCodePage(const std::string& text) {

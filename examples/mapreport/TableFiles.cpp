@@ -4,7 +4,6 @@
 #include "examples/mapreport/TableFiles.h"
 
 #include <charconv>
-#include <cstdint>
 #include <initializer_list>
 #include <optional>
 
@@ -16,8 +15,6 @@ using namespace shr;
 
 namespace {
 
-constexpr std::uint32_t UTF8_PAGE = 65001;
-
 class CsvWriter {
 public:
   explicit CsvWriter(std::initializer_list<const char*> headings) : out_("\xEF\xBB\xBF") {
@@ -26,7 +23,7 @@ public:
   }
 
   CsvWriter& Text(const GString& text) {
-    const std::string bytes = text.ToNarrow(UTF8_PAGE);
+    const std::string bytes = text.ToUtf8();
     if (bytes.find_first_of(",\"\r\n") == std::string::npos) return Raw(bytes);
     std::string quoted = "\"";
     for (const char ch : bytes) {

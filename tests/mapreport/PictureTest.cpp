@@ -257,7 +257,7 @@ TEST(TableFiles, holdWhatTheReportShows) {
   EXPECT_TRUE(Contains(files[2].second, "\r\n\"a \"\"b\"\", c\",JP,6000000,8,8\r\n"));
   const std::string page = MakePage(model, picture, L"map.svg", true);
   for (const auto& [name, content] : files) {
-    EXPECT_TRUE(Contains(page, "HREF=\"" + name.ToNarrow(65001) + "\"")) << content;
+    EXPECT_TRUE(Contains(page, "HREF=\"" + name.ToUtf8() + "\"")) << content;
   }
 }
 
