@@ -13,8 +13,9 @@ ROWS ?= .
 SECONDS_EACH := $(if $(filter command line environment,$(origin SECONDS)),$(SECONDS),60)
 FUZZ ?=
 GOAL ?= all
+CELLS ?= .
 
-.PHONY: help demo test bench fuzz test-tsan coverage docs package format setup clean
+.PHONY: help demo test bench fuzz test-builds test-tsan coverage docs package format setup clean
 
 help: ## List the commands
 	@sed -nE 's/^([a-z-]+):.*## (.*)$$/  make \1|\2/p' $(MAKEFILE_LIST) | awk -F'|' '{ printf "%-18s %s\n", $$1, $$2 }'
@@ -34,6 +35,10 @@ bench: ## Time the hot paths beside their peers: ROWS=regex for some of them
 fuzz: ## Fuzz every target: SECONDS=60 for the time of each, FUZZ=name for one
 	@tools/setup.sh fuzz
 	@tools/fuzz.sh '$(SECONDS_EACH)' '$(FUZZ)'
+
+test-builds: ## Build without presets by two compilers, as C++20 and 23, in all types: CELLS=static for some
+	@tools/setup.sh builds
+	@tools/test_builds.sh '$(CELLS)'
 
 test-tsan: ## Run the tests under ThreadSanitizer (clang)
 	@tools/setup.sh tsan

@@ -12,18 +12,24 @@ else()
   set(SHARED_INSTALL_DATADIR "${CMAKE_INSTALL_DATADIR}/shared")
 endif()
 
-# shared_install_library(): library and headers, and the targets file that describes them.
+# shared_install_library(): library and headers, and the targets file that describes them. Two components: what programs
+# run with, and what they are compiled with.
 function(shared_install_library)
   install(TARGETS Shared EXPORT SharedTargets
-          RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
-          LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-          ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-          FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
-  install(EXPORT SharedTargets NAMESPACE Shared:: DESTINATION "${SHARED_INSTALL_CMAKEDIR}")
-  install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/README.md"
+          RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime
+          LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime NAMELINK_COMPONENT development
+          ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development
+          FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT development)
+  install(EXPORT SharedTargets NAMESPACE Shared:: DESTINATION "${SHARED_INSTALL_CMAKEDIR}" COMPONENT development)
+  install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
           "${PROJECT_SOURCE_DIR}/tools/codepages/licences/unicode-icu-data-V3.txt"
-          DESTINATION "${CMAKE_INSTALL_DOCDIR}")
-  install(FILES "${PROJECT_SOURCE_DIR}/shared/color/Colors.ini" DESTINATION "${SHARED_INSTALL_DATADIR}")
+          DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documents)
+  install(FILES "${PROJECT_SOURCE_DIR}/shared/color/Colors.ini" DESTINATION "${SHARED_INSTALL_DATADIR}"
+          COMPONENT runtime)
+  # How debuggers show the library's values.
+  install(FILES "${PROJECT_SOURCE_DIR}/tools/debuggers/shared_gdb.py"
+                "${PROJECT_SOURCE_DIR}/tools/debuggers/Shared.natvis"
+          DESTINATION "${CMAKE_INSTALL_DATADIR}/shared/debuggers" COMPONENT development)
 endfunction()
 
 # shared_static_dependencies(): what a user of the archive must link besides it, in the words of CMake packages
@@ -74,7 +80,7 @@ function(shared_install_package_config)
                                    COMPATIBILITY SameMinorVersion)
   install(FILES "${PROJECT_BINARY_DIR}/SharedConfig.cmake"
                 "${PROJECT_BINARY_DIR}/SharedConfigVersion.cmake"
-          DESTINATION "${SHARED_INSTALL_CMAKEDIR}")
+          DESTINATION "${SHARED_INSTALL_CMAKEDIR}" COMPONENT development)
 endfunction()
 
 # shared_install_pkg_config(): shared.pc, whose prefix is found from the place of the file itself.
@@ -89,7 +95,7 @@ function(shared_install_pkg_config)
     set(SHARED_PC_CFLAGS " -DSHARED_STATIC")
   endif()
   configure_file("${PROJECT_SOURCE_DIR}/cmake/shared.pc.in" "${PROJECT_BINARY_DIR}/shared.pc" @ONLY)
-  install(FILES "${PROJECT_BINARY_DIR}/shared.pc" DESTINATION "${pkgconfigdir}")
+  install(FILES "${PROJECT_BINARY_DIR}/shared.pc" DESTINATION "${pkgconfigdir}" COMPONENT development)
 endfunction()
 
 # shared_install_runtime_dlls(): a program on a Windows machine without the compiler needs its libraries beside it.
@@ -105,28 +111,62 @@ function(shared_install_runtime_dlls)
     if(NOT IS_ABSOLUTE "${file}")
       message(FATAL_ERROR "The compiler does not know where its ${dll} is")
     endif()
-    install(PROGRAMS "${file}" DESTINATION "${CMAKE_INSTALL_BINDIR}")
+    install(PROGRAMS "${file}" DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
   endforeach()
 endfunction()
 
-# shared_pack(): the archives. DEB names the packages it depends on by looking at what the library links.
+# shared_pack_debian(): two packages as Debian has them, libshared<version of the interface> and libshared-dev. They
+# belong below /usr, in the folders of the architecture (tools/package.sh configures so). What each needs is found by
+# looking at what the library links.
+macro(shared_pack_debian)
+  set(CPACK_DEB_COMPONENT_INSTALL ON)
+  set(CPACK_COMPONENTS_GROUPING IGNORE)
+  set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+  set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+  set(runtime "libshared${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}")
+  set(about "Shared is the ground of scientific mapping and graphing programs: wide text
+ and code pages, text files of any encoding, archives of objects, undoable
+ commands, vectors and matrices, and polygons with boolean operations.")
+  set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtime})
+  set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+  set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
+  set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_SOURCE_DIR}/packaging/debian/triggers")
+  set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "base library of scientific mapping and graphing\n${about}\n .\n This package holds the library that programs run with.")
+  set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libshared-dev)
+  set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+  set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtime} (= ${PROJECT_VERSION})")
+  set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "base library of scientific mapping and graphing (headers)\n${about}\n .\n This package holds what programs that use it are compiled with.")
+
+  # Every package has these two; the list of changes is compressed without a time, so that builds are the same.
+  set(folder "${PROJECT_BINARY_DIR}/debian")
+  file(MAKE_DIRECTORY "${folder}")
+  execute_process(COMMAND gzip -9nc "${PROJECT_SOURCE_DIR}/packaging/debian/changelog"
+                  OUTPUT_FILE "${folder}/changelog.gz" COMMAND_ERROR_IS_FATAL ANY)
+  foreach(component IN ITEMS runtime development)
+    string(TOUPPER ${component} name)
+    install(FILES "${PROJECT_SOURCE_DIR}/packaging/debian/copyright" "${folder}/changelog.gz"
+            DESTINATION "share/doc/${CPACK_DEBIAN_${name}_PACKAGE_NAME}" COMPONENT ${component})
+  endforeach()
+  set(CPACK_COMPONENTS_ALL runtime development)
+endmacro()
+
+# shared_pack(): the archives.
 macro(shared_pack)
   set(CPACK_PACKAGE_NAME shared)
   set(CPACK_PACKAGE_VENDOR "The Shared authors")
-  set(CPACK_PACKAGE_CONTACT "The Shared authors")
+  set(CPACK_PACKAGE_CONTACT "The Shared authors <shared@shared.invalid>")
   set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
   set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
   string(TOLOWER "${CMAKE_SYSTEM_NAME}-x86_64" CPACK_SYSTEM_NAME)
   set(CPACK_STRIP_FILES ON)
   if(WIN32)
     set(CPACK_GENERATOR ZIP)
+  elseif(SHARED_PACK_DEBIAN)
+    set(CPACK_GENERATOR DEB)
+    shared_pack_debian()
   else()
-    set(CPACK_GENERATOR TGZ DEB)
-    set(CPACK_DEBIAN_PACKAGE_NAME libshared-dev)
-    set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-    set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
-    set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-    set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+    set(CPACK_GENERATOR TGZ)
   endif()
   include(CPack)
 endmacro()

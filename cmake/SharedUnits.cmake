@@ -30,22 +30,39 @@ function(shared_avx2_units folder)
   set_source_files_properties(${sources} TARGET_DIRECTORY Shared PROPERTIES COMPILE_OPTIONS "${options}")
 endfunction()
 
-# shared_test(<folder> <source> ...): the test program <folder>_tests from files of tests/<folder>.
+# shared_test_settings(<target>): how tests are compiled and what they link. Optimising test code takes longer than
+# running it as it is; the library keeps its level.
+function(shared_test_settings target)
+  shared_compile_settings(${target})
+  target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${target} PRIVATE Shared::Shared Shared_gtest)
+  if(NOT MSVC)
+    target_compile_options(${target} PRIVATE -O0)
+  endif()
+  target_compile_definitions(${target} PRIVATE
+    SHARED_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data"
+    SHARED_EXAMPLE_DATA_DIR="${PROJECT_SOURCE_DIR}/examples/data")
+endfunction()
+
+# shared_test(<folder> <source> ...): the test program <folder>_tests from files of tests/<folder>. ctest runs each of
+# its suites as the test <folder>.<Suite>; they are listed when ctest starts, by what TestSuites.cmake says.
 function(shared_test folder)
   list(TRANSFORM ARGN PREPEND "${PROJECT_SOURCE_DIR}/tests/${folder}/" OUTPUT_VARIABLE sources)
   set(program "${folder}_tests")
   add_executable(${program} ${sources})
-  shared_compile_settings(${program})
-  target_include_directories(${program} PRIVATE "${PROJECT_SOURCE_DIR}")
-  target_link_libraries(${program} PRIVATE Shared::Shared Shared_gtest)
-  if(NOT MSVC)
-    # Optimising test code under sanitizers takes longer than running it unoptimised. The library keeps its level.
-    target_compile_options(${program} PRIVATE $<$<CONFIG:Debug>:-O0>)
-  endif()
-  target_compile_definitions(${program} PRIVATE
-    SHARED_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data"
-    SHARED_EXAMPLE_DATA_DIR="${PROJECT_SOURCE_DIR}/examples/data")
-  gtest_discover_tests(${program} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+  shared_test_settings(${program})
+  target_precompile_headers(${program} REUSE_FROM Shared_test_headers)
+  set(suites "${CMAKE_CURRENT_BINARY_DIR}/${program}_suites.cmake")
+  file(CONFIGURE OUTPUT "${suites}" @ONLY CONTENT [[
+set(SHARED_TEST_FOLDER "@folder@")
+include("@CMAKE_CURRENT_BINARY_DIR@/@program@${CTEST_CONFIGURATION_TYPE}.cmake" OPTIONAL)
+include("@CMAKE_CURRENT_BINARY_DIR@/@program@.cmake" OPTIONAL)
+include("@PROJECT_SOURCE_DIR@/cmake/TestSuites.cmake")
+]])
+  get_property(is_multi_config GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
+  file(GENERATE OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/${program}$<${is_multi_config}:$<CONFIG>>.cmake"
+       CONTENT "set(SHARED_TEST_COMMAND \"$<JOIN:${CMAKE_CROSSCOMPILING_EMULATOR};$<TARGET_FILE:${program}>,;>\")\n")
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${suites}")
 endfunction()
 
 # shared_fuzz(<Name>): a fuzz target from fuzz/<Name>.cpp with seeds in fuzz/corpus/<Name>/.
@@ -64,7 +81,7 @@ function(shared_fuzz name)
   if(SHARED_BUILD_FUZZ)
     target_link_options(${name} PRIVATE -fsanitize=fuzzer)
   else()
-    target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/fuzz/ReplayMain.cpp")
+    target_link_libraries(${name} PRIVATE Shared_replay)
     add_test(NAME Replay.${name} COMMAND ${name} "${seeds}")
     set_tests_properties(Replay.${name} PROPERTIES TIMEOUT 120)
   endif()

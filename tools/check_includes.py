@@ -6,7 +6,8 @@
 The folders of shared/ stand on floors. A file may include files of its own floor and of those below, never of one
 above, and no chain of includes leads back to where it began. Only shared/platform knows the operating system.
 The library's own headers are included with quotes, by their path from the root. Heavy template libraries stay out
-of headers. Every source of the library is named in the CMakeLists.txt of its folder.
+of headers. Every source of the library is named in the CMakeLists.txt of its folder and includes its own header before
+anything else, which shows that the header compiles alone.
 
 Prints one line a fault, "file:line: text", and exits with 1 if there is any.
 """
@@ -83,6 +84,7 @@ class Checker:
             self.check_fence(relative, text)
             self.check_includes(relative, text)
             self.check_listed(relative)
+            self.check_own_header(relative, text)
         self.check_cycles()
         return self.faults
 
@@ -162,6 +164,18 @@ class Checker:
         )
         if not listed:
             self.fault(relative, 1, "is in no CMakeLists.txt: name it in SOURCES, a public header in HEADERS")
+
+    def check_own_header(self, relative, text):
+        if relative.parts[0] != "shared" or relative.suffix != ".cpp":
+            return
+        folder = relative.parent
+        folders = [folder, folder.parent] if folder.parent.as_posix() == "shared/platform" else [folder]
+        for header in (place / f"{relative.stem}.h" for place in folders):
+            first = next(includes(text), (1, True, None))
+            if (self.root / header).is_file() and first[2] != header.as_posix():
+                self.fault(relative, first[0], f'the first include is not "{header.as_posix()}"')
+            if (self.root / header).is_file():
+                break
 
     def check_cycles(self):
         """Depth-first search; a file met again while still open closes a cycle."""

@@ -3,7 +3,7 @@
 # Copyright (c) 2026 The Shared authors
 #
 # Usage: tools/setup.sh GOAL...
-# Sees to it that the Debian packages which a goal needs are installed. GOAL is one of demo, test, bench, fuzz,
+# Sees to it that the Debian packages which a goal needs are installed. GOAL is one of demo, test, bench, builds, fuzz,
 # tsan, coverage, docs, package, format or all. With nothing missing the network is not touched. Where packages
 # may not be installed, their names are printed in one line and the exit status is 1.
 set -euo pipefail
@@ -23,6 +23,7 @@ packages_of() {
                 libgeos++-dev libgeos-dev libgmp-dev libmpfr-dev libpolyclipping-dev python3 \
                 "${windows[@]}" wine wine64 ;;
     fuzz) echo "${build[@]}" "${clang[@]}" ;;
+    builds) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest python3 ;;
     tsan) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest tidy ;;
     coverage) echo "${build[@]}" "${examples[@]}" googletest gcovr tidy ;;
     docs) echo doxygen ;;
@@ -34,7 +35,7 @@ packages_of() {
 
 goals=("$@")
 if [ "${goals[*]-}" = all ]; then
-  goals=(demo test bench fuzz tsan coverage docs package format)
+  goals=(demo test bench builds fuzz tsan coverage docs package format)
 fi
 wanted=()
 for goal in "${goals[@]}"; do

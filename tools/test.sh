@@ -30,6 +30,9 @@ run_suite() {
   sed -n '/% tests passed/,$p' "$log" | grep -v '^$' >>"$summaries"
 }
 
+# Setting up a Windows takes as long as many tests; nothing of it is part of a test.
+cmake/wine-run.sh || note "Wine could not be made ready"
+
 run_suite linux-asan
 run_suite windows
 

@@ -15,7 +15,7 @@ else()
 endif()
 if(KIND STREQUAL "add_subdirectory")
   get_filename_component(root "${SOURCE_DIR}/../.." ABSOLUTE)
-  list(APPEND options "-DSHARED_SOURCE_DIR=${root}")
+  list(APPEND options "-DSHARED_SOURCE_DIR=${root}" -D BUILD_SHARED_LIBS=OFF -D CMAKE_CXX_STANDARD=23)
 elseif(KIND STREQUAL "find_package")
   # Named directly: a cross build looks for packages in the folders of its target only.
   file(GLOB_RECURSE config "${PREFIX}/*/SharedConfig.cmake")
