@@ -16,13 +16,7 @@
 
 #include "shared/archive/ByteSumAvx2.h"
 #include "shared/platform/CpuFeatures.h"
-
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#define SHARED_BYTE_SUM_SSE2 1
-#else
-#define SHARED_BYTE_SUM_SSE2 0
-#endif
+#include "shared/platform/Simd.h"
 
 namespace shr {
 namespace {
@@ -39,7 +33,7 @@ std::uint64_t AddLanes(std::uint64_t lanes) {
   return (pairs & 0xFFFFFFFFu) + (pairs >> 32);
 }
 
-#if SHARED_BYTE_SUM_SSE2
+#if SHARED_HAS_SSE2
 
 __m128i SumBlock(const unsigned char* bytes) {
   const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
@@ -115,7 +109,7 @@ std::uint16_t PortableByteSum(const void* bytes, std::size_t size) noexcept {
 }
 
 std::uint16_t ByteSum(const void* bytes, std::size_t size) noexcept {
-#if SHARED_BYTE_SUM_SSE2
+#if SHARED_HAS_SSE2
   const unsigned char* const first = static_cast<const unsigned char*>(bytes);
   return static_cast<std::uint16_t>(size < 8 ? SumSingly(first, size) : SumVectors(first, size));
 #else

@@ -20,10 +20,7 @@
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#define SHARED_DIGIT_CHUNK_SSE2 1
-#endif
+#include "shared/platform/Simd.h"
 
 namespace shr {
 
@@ -54,7 +51,7 @@ inline DigitChunk LoadDigitChunk(const char* text) noexcept {
 }
 
 inline DigitChunk LoadDigitChunk(const wchar_t* text) noexcept {
-#if defined(SHARED_DIGIT_CHUNK_SSE2)
+#if SHARED_HAS_SSE2
   const auto load = [](const wchar_t* at) {
     return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
   };

@@ -383,37 +383,51 @@ std::size_t Utf8ToWide(std::string_view bytes, wchar_t* out) noexcept {
 
 #if SHARED_HAS_SSE2
 
+/// What may be loaded or stored behind the place of a block: the rest of it behind a pair that its
+/// last byte begins.
+constexpr std::ptrdiff_t LINE_REACH = 2 * WIDE_BLOCK + 1;
+
+// Blocks follow each other at a fixed distance while they hold ASCII and pairs, so that loading one
+// never waits for what the one before holds. Behind a pair the rest of its block is widened again.
 Utf8Line DecodeUtf8Line(std::string_view bytes, std::span<wchar_t> out) noexcept {
   const auto* const begin = reinterpret_cast<const unsigned char*>(bytes.data());
-  const unsigned char* const end = begin + bytes.size();
-  const unsigned char* in = begin;
   // No sequence has more units than bytes, so one limit holds for both.
-  const std::size_t reach = std::min(bytes.size(), out.size());
+  const unsigned char* const limit = begin + std::min(bytes.size(), out.size());
+  const unsigned char* in = begin;
   wchar_t* next = out.data();
-  while (static_cast<std::size_t>(in - begin) + WIDE_BLOCK <= reach) {
+  while (limit - in >= LINE_REACH) {
     const __m128i block = LoadBlock(in);
     StoreBytes(next, block);
     const unsigned feeds = LineFeeds(block);
-    const unsigned stops = feeds | BytesBeyondAscii(block);
-    const int count = std::countr_zero(stops | 1u << WIDE_BLOCK);
-    in += count;
-    next += count;
-    if (stops == 0) continue;
-    if ((feeds >> count & 1) != 0) {
-      return {static_cast<std::size_t>(in - begin) + 1,
-              static_cast<std::size_t>(next - out.data()) + 1};
+    unsigned stops = feeds | BytesBeyondAscii(block);
+    int from = 0;
+    while (stops != 0) {
+      const int at = std::countr_zero(stops);
+      next += at - from;
+      from = at;
+      if ((feeds >> at & 1) != 0) {
+        const auto units = static_cast<std::size_t>(next - out.data());
+        return {static_cast<std::size_t>(in - begin + at) + 1, units + 1};
+      }
+      if (!IsPair(in[at], in[at + 1])) break;
+      *next++ = static_cast<wchar_t>((in[at] & 0x1F) << 6 | (in[at + 1] & 0x3F));
+      from = at + 2;
+      StoreBytes(next, LoadBlock(in + from));
+      stops &= ~0u << from;
     }
-    if (end - in >= 2 && IsPair(in[0], in[1])) {
-      *next++ = static_cast<wchar_t>((in[0] & 0x1F) << 6 | (in[1] & 0x3F));
-      in += 2;
+    if (stops == 0) {
+      const int whole = std::max(from, static_cast<int>(WIDE_BLOCK));
+      next += whole - from;
+      in += whole;
       continue;
     }
-    const unsigned char* runEnd = in + 1;
-    while (runEnd < begin + reach && *runEnd >= 0x80) ++runEnd;
-    // A run that goes on behind the reach is not whole.
-    if (runEnd == begin + reach) break;
-    const auto size = static_cast<std::size_t>(runEnd - in);
-    next += Utf8ToWide({reinterpret_cast<const char*>(in), size}, next);
+    const unsigned char* const run = in + from;
+    const unsigned char* runEnd = run + 1;
+    while (runEnd < limit && *runEnd >= 0x80) ++runEnd;
+    // A run that goes on behind the limit is not whole.
+    if (runEnd == limit) break;
+    const auto size = static_cast<std::size_t>(runEnd - run);
+    next += Utf8ToWide({reinterpret_cast<const char*>(run), size}, next);
     in = runEnd;
   }
   return {};

@@ -19,7 +19,7 @@ struct Utf8Line {
 };
 
 /// Decodes the first line of `bytes` like `Utf8ToWide`. The search gives up, with nothing found,
-/// where fewer than 16 bytes or units are left.
+/// where fewer than 33 bytes or units are left.
 Utf8Line DecodeUtf8Line(std::string_view bytes, std::span<wchar_t> out) noexcept;
 
 }  // namespace shr

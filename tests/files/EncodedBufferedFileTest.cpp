@@ -751,6 +751,33 @@ TEST(TextCodec, lineEndsAreFoundAtUnitsOnly) {
   }
 }
 
+TEST(TextCodec, linesAreDecodedAsUtf8ToWideDoes) {
+  const std::string_view parts[] = {"a",        "name,12.5",    "\xC3\xA9",
+                                    "\xD0\x96", "\xE4\xB8\xAD", "\xF0\x9F\x98\x80",
+                                    "\xE4\xB8", "\x80",         "0123456789abcde"};
+  const unsigned seed = 20265;
+  std::mt19937 random(seed);
+  for (int round = 0; round < 3000; ++round) {
+    std::string line;
+    for (auto count = random() % 40; count > 0; --count) line += parts[random() % std::size(parts)];
+    line += '\n';
+    std::wstring expected(line.size(), L'\0');
+    expected.resize(Utf8ToWide(line, expected.data()));
+    // What follows may be short of what the blocks load; the sanitizer sees the end.
+    const std::string following(random() % 70, 'z');
+    const std::vector<char> exact = [&] {
+      const std::string all = line + following;
+      return std::vector<char>(all.begin(), all.end());
+    }();
+    TextDecoder decoder({EncodingUTF8, 0, LineEnds::AsStored, false});
+    std::wstring text = L"<";
+    const Taken taken = decoder.Take({exact.data(), exact.size()}, 0, TakenText::Line, text);
+    ASSERT_TRUE(taken.isLine);
+    ASSERT_EQ(taken.bytes, line.size()) << "seed " << seed << ", round " << round;
+    ASSERT_EQ(text, L"<" + expected) << "seed " << seed << ", round " << round;
+  }
+}
+
 TEST(TextCodec, encoderWritesBothLineEnds) {
   for (const TextEncoding encoding : ENCODINGS) {
     TextEncoder encoder({encoding, 1252, LineEnds::CarriageReturnLineFeed});

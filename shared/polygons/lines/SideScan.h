@@ -8,12 +8,8 @@
 
 #include <span>
 
-#if defined(__SSE2__) || defined(_M_X64)
-#define SHARED_HAS_SSE2
-#include <emmintrin.h>
-#endif
-
 #include "shared/geometry/Vec2.h"
+#include "shared/platform/Simd.h"
 
 namespace shr {
 
@@ -25,7 +21,7 @@ struct SideBits {
   unsigned any = 0;
 };
 
-#ifdef SHARED_HAS_SSE2
+#if SHARED_HAS_SSE2
 
 /// One comparison with the upper corner and one with the lower a point: all numbers in registers.
 inline SideBits ScanSides(std::span<const Vec2d> points, const Vec2d& low, const Vec2d& high) {
