@@ -158,7 +158,7 @@ CTypedObject* Archive::LoadObject(bool isHandle, bool isOwner, Sharer sharer) {
     CTypedObject* const object = CreateObject(sharer);
     index = objects_->Add(number, object);
     if (sharer != nullptr) managed_->Expect(object, sharer);
-    if (!isHandle && !isOwner) objects_->Watch(object);
+    if (!isHandle && !isOwner) objects_->Watch();
   }
   CTypedObject* const object = objects_->At(index).object;
   Owner& owner = objects_->At(index).owner;

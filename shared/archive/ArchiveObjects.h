@@ -7,12 +7,12 @@
 
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <thread>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -47,15 +47,21 @@ public:
   DeathWatch(const DeathWatch&) = delete;
   DeathWatch& operator=(const DeathWatch&) = delete;
 
-  /// Returns whether an object has ended at this address, since `Forget` at least.
-  bool HasSeen(const CTypedObject* object) const;
-  /// Makes the address that of a new object.
-  void Forget(const CTypedObject* object);
+  /// Tells how many objects have been loaded: later ones may stand where one has ended.
+  void SetLoaded(std::uint32_t count) noexcept { loaded_.store(count, std::memory_order_relaxed); }
+  /// Returns whether the object that was loaded as number `index`, from 0, has ended.
+  bool HasSeen(const CTypedObject* object, std::uint32_t index);
   /// Called by the destructor of every object.
   static void Note(const CTypedObject* object) noexcept;
 
 private:
-  std::unordered_set<const CTypedObject*> seen_;
+  struct Death {
+    const CTypedObject* object;
+    std::uint32_t loaded;  ///< how many objects had been loaded then
+  };
+  std::atomic<std::uint32_t> loaded_ = 0;
+  std::vector<Death> unsorted_;  ///< cheap to note; entered below when someone asks
+  std::unordered_map<const CTypedObject*, std::uint32_t> seen_;  ///< the last one at each address
 };
 
 /// Leads from objects to their numbers and back. Null always has number 0.
@@ -111,13 +117,14 @@ public:
     if (loaded_.size() == loaded_.capacity()) loaded_.reserve(loaded_.size() * 2 + 8);
   }
 
-  /// Watches over an object that nobody owns: the program may destroy it before the archive does.
-  void Watch(const CTypedObject* object) {
+  /// Watches over the objects: the program may destroy those that nobody owns before the archive
+  /// does.
+  void Watch() {
     if (watch_ == nullptr) watch_ = std::make_unique<DeathWatch>();
-    watch_->Forget(object);
+    watch_->SetLoaded(static_cast<std::uint32_t>(loaded_.size()));
   }
-  bool HasEnded(const CTypedObject* object) const {
-    return watch_ != nullptr && watch_->HasSeen(object);
+  bool HasEnded(std::uint32_t index) {
+    return watch_ != nullptr && watch_->HasSeen(loaded_[index].object, index);
   }
 
   LoadedObject& At(std::uint32_t index) { return loaded_[index]; }

@@ -105,14 +105,12 @@ DeathWatch::~DeathWatch() {
   --watchCount;
 }
 
-bool DeathWatch::HasSeen(const CTypedObject* object) const {
+bool DeathWatch::HasSeen(const CTypedObject* object, std::uint32_t index) {
   const std::lock_guard lock(GetWatches().mutex);
-  return seen_.count(object) != 0;
-}
-
-void DeathWatch::Forget(const CTypedObject* object) {
-  const std::lock_guard lock(GetWatches().mutex);
-  if (!seen_.empty()) seen_.erase(object);
+  for (const Death& death : unsorted_) seen_.insert_or_assign(death.object, death.loaded);
+  unsorted_.clear();
+  const auto found = seen_.find(object);
+  return found != seen_.end() && found->second > index;
 }
 
 void DeathWatch::Note(const CTypedObject* object) noexcept {
@@ -121,7 +119,7 @@ void DeathWatch::Note(const CTypedObject* object) noexcept {
   const std::lock_guard lock(watches.mutex);
   for (DeathWatch* const watch : watches.all) {
     try {
-      watch->seen_.insert(object);
+      watch->unsorted_.push_back({object, watch->loaded_.load(std::memory_order_relaxed)});
     } catch (...) {  // no memory: the object may be destroyed twice, which nothing can help
     }
   }
@@ -303,10 +301,11 @@ void Archive::ReleaseLoaded(bool isDiscarded, bool isFailed) noexcept {
     std::optional<HandleGraph> graph;
     if (isFailed && objects.MayHaveCycles()) graph.emplace(objects, *managed_);
     managed_->Reset();
-    for (const LoadedObject& loaded : objects.Loaded()) {
+    for (std::uint32_t i = 0; i < objects.Loaded().size(); ++i) {
+      const LoadedObject& loaded = objects.Loaded()[i];
       const bool isUnowned =
           loaded.owner == Owner::Archive || (isDiscarded && loaded.owner == Owner::Nobody);
-      if (isUnowned && !objects.HasEnded(loaded.object)) delete loaded.object;
+      if (isUnowned && !objects.HasEnded(i)) delete loaded.object;
     }
     const bool isAnyLeft = graph && graph->Collect();
     ArchivePrivate::CollectLater(isAnyLeft ? &*graph : nullptr);

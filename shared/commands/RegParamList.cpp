@@ -153,6 +153,14 @@ double CRegParamList::GetDef(const GString& name, double defaultValue, bool read
   return defaultValue;
 }
 
+std::vector<GString> CRegParamList::Names() const {
+  std::vector<GString> names;
+  for (const auto& [name, text] : cache_) {
+    if (!text.empty()) names.push_back(name);
+  }
+  return names;
+}
+
 void CRegParamList::Remove(const GString& name, bool fromRegistry) {
   cache_.erase(name);
   // An empty name would mean the list's own key.

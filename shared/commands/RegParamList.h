@@ -19,6 +19,7 @@
 #include <concepts>
 #include <cstdint>
 #include <map>
+#include <vector>
 
 #include "shared/Export.h"
 #include "shared/text/GString.h"
@@ -93,6 +94,12 @@ public:
   /// Forgets the parameter. With `fromRegistry` also deletes the key, not the value, of that name
   /// below the list's key; failures and the empty name are ignored there.
   void Remove(const GString& name, bool fromRegistry);
+
+  /// Returns the names of the parameters that this object knows, in their order: those that were
+  /// set here or found in the registry. What nobody asked for is not among them.
+  std::vector<GString> Names() const;
+  /// Forgets all parameters; what the registry has stays and is read again when asked for.
+  void Clear() noexcept { cache_.clear(); }
 
 protected:
   virtual void DoSet(const GString& name, const GString& value, bool write);

@@ -171,5 +171,20 @@ TEST_F(RegParamListTest, startsAtTheUsersRoot) {
   EXPECT_EQ(list.GetRootSubKey(), L"Software");
 }
 
+TEST_F(RegParamListTest, knownParametersAreListedForgottenAndReadAgain) {
+  CRegParamList list = Fresh();
+  list.Set(L"b", 1, true);
+  list.Set(L"a", L"text", false);
+  GString missing;
+  EXPECT_FALSE(list.Get(L"missing", missing, true));
+  EXPECT_EQ((std::vector<GString>{L"a", L"b"}), list.Names());
+  const CRegParamList copy(list);
+  list.Clear();
+  EXPECT_TRUE(list.Names().empty());
+  EXPECT_EQ(1, list.GetDef(L"b", 0, true));
+  EXPECT_EQ(L"", list.GetDef(L"a", L"", true));
+  EXPECT_EQ(2u, copy.Names().size());
+}
+
 }  // namespace
 }  // namespace shr
