@@ -9,6 +9,12 @@
 
 #pragma once
 
+// One line for whoever compiles as an older language: an include that fails ends the compilation at
+// once, where an #error would let pages of errors follow.
+#if defined(_MSVC_LANG) ? _MSVC_LANG < 202002L : __cplusplus < 202002L
+#include <Shared_needs_C++20_or_later,_compile_with_-std=c++20>
+#endif
+
 #if defined(SHARED_STATIC)
 #define SHARED_API
 #elif defined(_WIN32)

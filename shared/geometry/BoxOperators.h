@@ -21,6 +21,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "shared/Export.h"
+
 namespace shr {
 
 /// A minimum and a maximum corner. No constructor or `Set` puts them in order; `Normalize` does.

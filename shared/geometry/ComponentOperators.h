@@ -21,6 +21,8 @@
 
 #include <iosfwd>
 
+#include "shared/Export.h"
+
 namespace shr {
 
 template <class V, class T>

@@ -24,6 +24,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "shared/Export.h"
 #include "shared/geometry/VectorOperators.h"
 
 namespace shr::MatrixInverse {

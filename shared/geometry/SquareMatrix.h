@@ -18,6 +18,8 @@
 #include <iosfwd>
 #include <span>
 
+#include "shared/Export.h"
+
 namespace shr {
 
 template <class M, class T, int N, class RowVector>

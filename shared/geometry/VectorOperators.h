@@ -21,6 +21,7 @@
 #include <limits>
 #include <type_traits>
 
+#include "shared/Export.h"
 #include "shared/geometry/ComponentOperators.h"
 
 namespace shr {

@@ -25,6 +25,8 @@
 #include <span>
 #include <type_traits>
 
+#include "shared/Export.h"
+
 namespace shr {
 
 /// A vector with the names of `std::vector` and room for `INLINE_COUNT` elements of its own.
