@@ -36,9 +36,6 @@ class CBufferedFile;
 class GPolygon2d;
 struct MultiPolygon2d;
 
-class GPolygon;
-SHARED_API GPolygon Unite(std::span<const GPolygon> polygons);
-
 /// A polygon of any number of contours under the even-odd rule.
 ///
 /// Contours are stored open: points at the end of a contour that equal its first exactly are left
@@ -200,6 +197,10 @@ public:
   void XOR(const GPolygon& other);
   void XOR(const GPolygon& other, GPolygon& result) const;
 
+  /// Returns the union of all polygons in one run: what is inside at least one of them, each under
+  /// the even-odd rule. Errors and cost: as `gpc_polygon_clip`, in the number of all points.
+  static GPolygon Unite(std::span<const GPolygon> polygons);
+
   /// Offset: grow the polygon by a distance in units of the coordinates, or shrink it by a negative
   /// one. With round joins the result is what lies within the distance of the polygon, or more than
   /// the distance inside of it, but for arcs that lie inside the true ones by the tolerance at
@@ -230,8 +231,6 @@ public:
   void DumpToBinaryFile(CBufferedFile& file) const;
 
 private:
-  friend SHARED_API GPolygon Unite(std::span<const GPolygon> polygons);
-
   void Reserve(std::size_t contours);
   void Append(std::span<const Vec2d> contour, int holeFlag);
   void TruncateTo(int contours) noexcept;
@@ -246,10 +245,6 @@ private:
   int capacity_ = 0;  // contours for which the arrays of the record have room
   Box2d box_;
 };
-
-/// Returns the union of all polygons in one run: what is inside at least one of them, each under
-/// the even-odd rule. Errors and cost: as `gpc_polygon_clip`, in the number of all points.
-SHARED_API GPolygon Unite(std::span<const GPolygon> polygons);
 
 /// Returns the area inside, as the function of that name in shared/polygons/FlatPolygon.h.
 SHARED_API double TriangulatedPolygonArea(const GPolygon& polygon);

@@ -438,7 +438,7 @@ void GPolygon2d::RemoveZeroWidthReturnPaths() {
   Intersection(GetBBox());
 }
 
-GPolygon2d Unite(std::span<const GPolygon2d> polygons) {
+GPolygon2d GPolygon2d::Unite(std::span<const GPolygon2d> polygons) {
   std::vector<const GPolygon2dModel*> models;
   models.reserve(polygons.size());
   for (const GPolygon2d& polygon : polygons) models.push_back(&polygon.Model());

@@ -37,9 +37,6 @@ class GPolygon;
 struct GPolygon2dModel;
 struct MultiPolygon2d;
 
-class GPolygon2d;
-SHARED_API GPolygon2d Unite(std::span<const GPolygon2d> polygons);
-
 /// A multi-polygon. Every contour handed in becomes the outer ring of a polygon of its own, nested
 /// or not; holes arise from operations, files, and the model of polygons with holes.
 ///
@@ -174,6 +171,10 @@ public:
   void XOR(const GPolygon2d& other);
   void XOR(const GPolygon2d& other, GPolygon2d& result) const;
 
+  /// Returns the union of all polygons of all objects in one run: what is inside at least one
+  /// polygon. Errors and cost: as `GPolygon2d::Union`, in the number of all points.
+  static GPolygon2d Unite(std::span<const GPolygon2d> polygons);
+
   /// Offset: grow the polygon by a distance in units of the coordinates, or shrink it by a negative
   /// one. With round joins the result is what lies within the distance of the polygon, or more than
   /// the distance inside of it, but for arcs that lie inside the true ones by the tolerance at
@@ -205,8 +206,6 @@ public:
   void DumpToBinaryFile(CBufferedFile& file) const;
 
 private:
-  friend SHARED_API GPolygon2d Unite(std::span<const GPolygon2d> polygons);
-
   explicit GPolygon2d(GPolygon2dModel&& model);
   const GPolygon2dModel& Model() const noexcept;
 
@@ -214,10 +213,6 @@ private:
   // this header.
   GPolygon2dModel* model_ = nullptr;
 };
-
-/// Returns the union of all polygons of all objects in one run: what is inside at least one
-/// polygon. Errors and cost: as `GPolygon2d::Union`, in the number of all points.
-SHARED_API GPolygon2d Unite(std::span<const GPolygon2d> polygons);
 
 /// Return true when `a` contains `b`, borders included: when nothing of b lies outside of a, by
 /// more than the distance at which the clipper takes points for one (some units in the last place

@@ -67,7 +67,7 @@ void GPolygon::Combine(const GPolygon& other, SET_OPERATION operation, FillRule 
   result.Take(combined.record);
 }
 
-GPolygon Unite(std::span<const GPolygon> polygons) {
+GPolygon GPolygon::Unite(std::span<const GPolygon> polygons) {
   std::vector<GpcContour> contours;
   std::vector<gpc::Index> numbers;
   for (std::size_t i = 0; i < polygons.size(); ++i) {

@@ -186,7 +186,7 @@ TEST(GPolygon2dBoolean, islandsInHolesAreOwnedByTheirFace) {
     }
   }
   cells.push_back(frame);
-  const GPolygon2d all = Unite(cells);
+  const GPolygon2d all = GPolygon2d::Unite(cells);
   EXPECT_EQ(all.GetNumContours(), 101u);
   EXPECT_EQ(all.GetNumRings(), 201u);
   EXPECT_EQ(AreaOf(all), 10000.0 - 100 * 64.0 + 100 * 16.0);
@@ -210,10 +210,10 @@ TEST(GPolygon2dBoolean, manyAreUnitedInOneRunAsOneByOne) {
   parts.push_back(parts.front());
   others.push_back(others.front());
   GPolygon2d difference;
-  Unite(parts).XOR(oneByOne, difference);
+  GPolygon2d::Unite(parts).XOR(oneByOne, difference);
   EXPECT_LE(AreaOf(difference), 1e-9);
-  EXPECT_NEAR(TriangulatedPolygonArea(Unite(others)), AreaOf(oneByOne), 1e-9);
-  EXPECT_EQ(Unite(std::span<const GPolygon2d>()).GetNumContours(), 0u);
+  EXPECT_NEAR(TriangulatedPolygonArea(GPolygon::Unite(others)), AreaOf(oneByOne), 1e-9);
+  EXPECT_EQ(GPolygon2d::Unite({}).GetNumContours(), 0u);
 }
 
 }  // namespace
