@@ -28,6 +28,11 @@ function(shared_compile_settings target)
                            -ffp-contract=off ${SHARED_FALSE_WARNINGS}
                            $<$<BOOL:${SHARED_WARNINGS_AS_ERRORS}>:-Werror>)
   endif()
+  if(MINGW)
+    # Of the copies of an inline function the linker keeps any, but GCC lets a caller here rely on the registers that
+    # its own copy leaves alone.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-ipa-ra>)
+  endif()
   if(WIN32)
     target_compile_definitions(${target} PRIVATE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
   endif()
