@@ -125,18 +125,19 @@ macro(shared_pack_debian)
   set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
   set(runtime "libshared${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}")
   set(about "Shared is the ground of scientific mapping and graphing programs: wide text
- and code pages, text files of any encoding, archives of objects, undoable
- commands, vectors and matrices, and polygons with boolean operations.")
+and code pages, text files of any encoding, archives of objects, undoable
+commands, vectors and matrices, and polygons with boolean operations.")
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtime})
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
-  set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
+  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_SOURCE_DIR}/packaging/debian/triggers")
-  set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "base library of scientific mapping and graphing\n${about}\n .\n This package holds the library that programs run with.")
+  set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "${about}\nThis package holds the library that programs run with.")
   set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libshared-dev)
   set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
   set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtime} (= ${PROJECT_VERSION})")
-  set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "base library of scientific mapping and graphing (headers)\n${about}\n .\n This package holds what programs that use it are compiled with.")
+  set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
+      "${about}\nThis package holds what programs that use it are compiled with.")
 
   # Every package has these two; the list of changes is compressed without a time, so that builds are the same.
   set(folder "${PROJECT_BINARY_DIR}/debian")
