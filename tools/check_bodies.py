@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
-"""Checks that no inline function has two bodies: check_bodies.py LINKER FOLDER...
+"""Checks that no inline function has two bodies: check_bodies.py LINKER OBJECT...
 
 An inline function or a template that two sources define in different words breaks the one-definition rule: the linker
 keeps either, without a word. LINKER is gold, which can compare the places where such functions are defined, by the line
-tables of the objects. All objects below each FOLDER are linked into a program that is thrown away; symbols that are missing
+tables of the objects. The objects are linked into a program that is thrown away; symbols that are missing
 or defined twice in it (each test has its own helpers) do not matter. Prints what has two bodies and exits with 1 if
 anything has.
 """
@@ -39,8 +39,7 @@ def two_bodies(linker, objects):
 
 
 def main():
-    linker, folders = sys.argv[1], sys.argv[2:]
-    objects = sorted(path for folder in folders for path in pathlib.Path(folder).rglob("*.o"))
+    linker, objects = sys.argv[1], sys.argv[2:]
     faults = two_bodies(linker, objects)
     print("\n".join(faults) or f"No inline function of {len(objects)} objects has two bodies.")
     return 1 if faults else 0

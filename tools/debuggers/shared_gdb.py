@@ -112,7 +112,7 @@ def pod_vector(value):
 
 
 def polyline(value):
-    return List("GPolyline", *vector_elements(value["points_"]))
+    return List("GPolyline", *vector_elements(value))  # it is a vector itself
 
 
 class Polygon:
