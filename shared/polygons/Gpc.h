@@ -66,16 +66,18 @@ enum class FillRule { EvenOdd, NonZero, Positive, Negative };
 /// operands' hole flags do not matter. The union of a polygon with an empty one is the same area
 /// with clean contours.
 ///
-/// Result: no contour crosses itself or another one, no two vertices in succession are equal, no
-/// contour has fewer than three. Outer contours run clockwise in a y-up frame, holes
+/// Result: no contour crosses itself or another one, exactly; no two vertices in succession are
+/// equal, no contour has fewer than three. Outer contours run clockwise in a y-up frame, holes
 /// counter-clockwise; each begins at its highest vertex, of several the leftmost. Contours may
-/// touch in single points. Vertices of the operands keep their coordinates to the bit unless they
-/// lie closer than the snap distance to something else; the same operands give the same bits on
-/// every target.
+/// touch in single points. Vertices of the operands keep their coordinates to the bit unless
+/// something else comes within a few snap distances of them; the same operands give the same bits
+/// on every target, in any thread, at any time.
 ///
-/// Error bound: the result's edges lie within the snap distance, `GPC_SNAP` times the largest
-/// coordinate, of edges of the operands; crossing inputs that are closer than this to a coincidence
-/// may be moved by a small multiple.
+/// Error bound: along each axis, the result's edges lie within `GPC_MOST_DRIFT` times the snap
+/// distance, which is `GPC_SNAP` times the largest coordinate, of edges of the operands, whatever
+/// the operands are like; so at most 2 `GPC_MOST_DRIFT` times the snap distance times the length of
+/// all edges of the operands is misplaced area. Mostly it is far less: where the edges of operands
+/// are well apart, only crossings are rounded, by a unit in the last place.
 /// Degenerate: contours of fewer than three vertices, spikes and repeated points enclose nothing.
 /// Errors: an `Exception` for a coordinate that is infinite or NaN and for more than 2^29 vertices;
 /// as `GpcAlloc`; `GPCException` for an unknown operation. `result` is then unchanged.
@@ -115,6 +117,9 @@ SHARED_API bool gpc_write_polygon_binary(std::FILE* file, bool holeFlags,
 /// The snap distance relative to the largest coordinate of the operands by absolute value: points
 /// and edges closer than this are taken to coincide. It is about 2^2 units in the last place.
 inline constexpr double GPC_SNAP = 0x1p-50;
+
+/// How far an operation may move an edge, along each axis, in snap distances.
+inline constexpr double GPC_MOST_DRIFT = 2.0;
 
 /// Returns `size` bytes for the clipper and its records; every allocation of theirs goes through
 /// here. A size of 0 gives null. `label` names what is being created, such as "contour creation".

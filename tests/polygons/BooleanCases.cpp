@@ -319,6 +319,170 @@ BooleanCase NeedleFans(Random& random) {
   return {{make()}, {make()}};
 }
 
+/// Splits contours at random between the two operands.
+BooleanCase Deal(Random& random, const Contours& contours) {
+  BooleanCase pair;
+  for (const Points& contour : contours) {
+    (random() % 2 == 0 ? pair.subject : pair.clip).push_back(contour);
+  }
+  return pair;
+}
+
+/// Returns a quadrilateral whose corners lie near given ones: off by `jitter`, by some units in the
+/// last place or, where `jitter` is 0, not at all.
+Points NearbyQuad(Random& random, const Points& corners, double jitter, int ulps) {
+  Points quad;
+  for (const Vec2d& corner : corners) {
+    const Vec2d offset(Uniform(random, -jitter, jitter), Uniform(random, -jitter, jitter));
+    quad.push_back(Nudge(random, corner + offset, ulps));
+  }
+  if (random() % 2 == 0) std::reverse(quad.begin(), quad.end());
+  return quad;
+}
+
+/// Quadrilaterals in one place, as data of roads and parcels have them, all edges nearly
+/// coincident.
+BooleanCase Bundles(Random& random) {
+  const Vec2d along = OnCircle(Uniform(random, 0.0, 1.0));
+  const Vec2d across =
+      Vec2d(-along.y, along.x) * (random() % 2 == 0 ? 0.5 : Decade(random, -9, -1));
+  const Points corners = {along + across, along * -1.0 + across, along * -1.0 - across,
+                          along - across};
+  const double jitter = random() % 4 == 0 ? 0.0 : Decade(random, -16, -3);
+  const int ulps = random() % 2 == 0 ? 0 : Integer(random, 1, 3);
+  Contours contours;
+  const int count = random() % 8 == 0 ? 24 : Integer(random, 3, 14);
+  for (int i = 0; i < count; ++i) contours.push_back(NearbyQuad(random, corners, jitter, ulps));
+  const auto kind = random() % 4;
+  if (kind == 0) {
+    // All edges nearly through one point, at angles as small as the jitter.
+    for (Points& contour : contours) {
+      const Vec2d a = along + across * Uniform(random, -jitter, jitter);
+      const Vec2d b = along + across * Uniform(random, -jitter, jitter);
+      contour = {a * -1.0, a, b, b * -1.0};
+    }
+  } else if (kind == 1) {
+    // All edges on one line but for the jitter.
+    for (Points& contour : contours) {
+      for (Vec2d& point : contour) {
+        const double place = Uniform(random, -1.0, 1.0);
+        point = along * place + across * (place * jitter + Uniform(random, -jitter, jitter));
+      }
+    }
+  }
+  return Deal(random, contours);
+}
+
+/// Needles of next to no width side by side, across each other or with a common tip, and a square
+/// that they cross.
+BooleanCase Needles(Random& random) {
+  const double width = Decade(random, -16, -8);
+  const bool hasCommonTip = random() % 3 == 0;
+  Contours contours = {Square(Vec2d(-0.25, -0.25), 0.5)};
+  const int count = random() % 8 == 0 ? 30 : Integer(random, 3, 16);
+  for (int i = 0; i < count; ++i) {
+    const auto near = [&](double x, double y) {
+      return Vec2d(x + Uniform(random, -4.0, 4.0) * width, y + Uniform(random, -4.0, 4.0) * width);
+    };
+    const Vec2d tip = hasCommonTip ? Vec2d(-1.0, -1.0) : near(-1.0, -1.0);
+    contours.push_back({tip, near(1.0, 0.875), near(1.0, 0.875)});
+  }
+  return Deal(random, contours);
+}
+
+/// Contours of long edges through one point, exactly or but for rounding.
+BooleanCase Pencils(Random& random) {
+  const bool isExact = random() % 2 == 0;
+  const Vec2d hub = isExact ? Vec2d(Integer(random, -2, 2), Integer(random, -2, 2))
+                            : Vec2d(Uniform(random, -1.0, 1.0), Uniform(random, -1.0, 1.0));
+  const auto bowTie = [&] {
+    Points points;
+    const int count = Integer(random, 2, 12);
+    for (int i = 0; i < count; ++i) {
+      Vec2d arm = OnCircle((i + Uniform(random, 0.0, 0.5)) / (2.0 * count));
+      if (isExact) arm = Vec2d(Integer(random, -9, 9), Integer(random, 1, 9));
+      points.push_back(hub + arm * (i % 2 == 0 ? 1.0 : -1.0));
+      points.push_back(hub - arm * (i % 2 == 0 ? 1.0 : -1.0));
+    }
+    return points;
+  };
+  if (random() % 2 == 0) return {{bowTie()}, {bowTie()}};
+  return Deal(random, {bowTie(), bowTie(), bowTie()});
+}
+
+/// Triangles around a point, each with a corner in it or a few units in the last place beside it.
+BooleanCase Spokes(Random& random) {
+  const Vec2d hub(Integer(random, -1, 1), Uniform(random, -1.0, 1.0));
+  const int ulps = random() % 2 == 0 ? 0 : Integer(random, 1, 4);
+  const int count = Integer(random, 4, 24);
+  Contours contours;
+  for (int i = 0; i < count; ++i) {
+    const double turn = static_cast<double>(i) / count;
+    const double width = random() % 4 == 0 ? Decade(random, -16, -2) : 0.75 / count;
+    contours.push_back({Nudge(random, hub, ulps), hub + OnCircle(turn) * Uniform(random, 0.5, 1.0),
+                        hub + OnCircle(turn + width) * Uniform(random, 0.5, 1.0)});
+    if (random() % 8 == 0) contours.push_back(contours.back());
+  }
+  return Deal(random, contours);
+}
+
+/// Contours on a lattice so small that coincidence is the rule.
+BooleanCase IntegerLattices(Random& random) {
+  const int side = 1 << Integer(random, 2, 4);
+  const auto make = [&] {
+    Contours contours(static_cast<std::size_t>(Integer(random, 1, 4)));
+    for (Points& contour : contours) {
+      const int count = Integer(random, 3, 20);
+      for (int i = 0; i < count; ++i) {
+        contour.emplace_back(Integer(random, 0, side), Integer(random, 0, side));
+      }
+    }
+    return contours;
+  };
+  return {make(), make()};
+}
+
+/// Contours of other families, and the same again with every coordinate moved by one unit in the
+/// last place or left alone.
+BooleanCase OneUlpTwins(Random& random) {
+  const auto pick = [&]() -> BooleanCase {
+    switch (random() % 4) {
+      case 0:
+        return SelfCrossingStars(random);
+      case 1:
+        return GridsSharingEdges(random);
+      case 2:
+        return IntegerLattices(random);
+      default:
+        return Spokes(random);
+    }
+  };
+  BooleanCase pair = pick();
+  pair.clip = pair.subject;
+  for (Points& contour : pair.clip) {
+    for (Vec2d& point : contour) point = Nudge(random, point, 1);
+  }
+  if (random() % 2 == 0)
+    pair.subject.insert(pair.subject.end(), pair.clip.begin(), pair.clip.end());
+  return pair;
+}
+
+/// Edges that cross at angles so small that the place is uncertain by more than their distance.
+BooleanCase ShallowCrossings(Random& random) {
+  const double angle = Decade(random, -15, -4);
+  Contours contours;
+  const int count = random() % 8 == 0 ? 24 : Integer(random, 3, 10);
+  for (int i = 0; i < count; ++i) {
+    const double low = Uniform(random, -4.0, 4.0) * angle;
+    const double high = Uniform(random, -4.0, 4.0) * angle;
+    contours.push_back({{-1.0, low}, {1.0, high}, {1.0, high + 0.5}, {-1.0, low + 0.5}});
+    if (random() % 2 == 0) {
+      for (Vec2d& point : contours.back()) point = Vec2d(point.x + point.y, point.y - point.x);
+    }
+  }
+  return Deal(random, contours);
+}
+
 constexpr std::array FAMILIES = {
     CaseFamily{"stars", Stars},
     CaseFamily{"selfCrossingStars", SelfCrossingStars},
@@ -334,6 +498,13 @@ constexpr std::array FAMILIES = {
     CaseFamily{"zeroAreaContours", ZeroAreaContours},
     CaseFamily{"nestedHoles", NestedHoles},
     CaseFamily{"needleFans", NeedleFans},
+    CaseFamily{"bundles", Bundles},
+    CaseFamily{"needles", Needles},
+    CaseFamily{"pencils", Pencils},
+    CaseFamily{"spokes", Spokes},
+    CaseFamily{"integerLattices", IntegerLattices},
+    CaseFamily{"oneUlpTwins", OneUlpTwins},
+    CaseFamily{"shallowCrossings", ShallowCrossings},
 };
 
 void AppendNumber(double value, std::string& text) {

@@ -10,6 +10,7 @@
 
 #include "shared/geometry/Orientation.h"
 #include "shared/polygons/FlatPolygon.h"
+#include "shared/polygons/Gpc.h"
 
 namespace shr::test {
 namespace {
@@ -42,6 +43,18 @@ double LargestCoordinate(const std::vector<Region>& regions) {
     }
   }
   return largest;
+}
+
+double Perimeter(const std::vector<Region>& regions) {
+  double length = 0.0;
+  for (const Region& region : regions) {
+    for (const Contours& polygon : region.polygons) {
+      for (const Segment& edge : EdgesOf(polygon)) {
+        length += std::hypot(edge.b.x - edge.a.x, edge.b.y - edge.a.y);
+      }
+    }
+  }
+  return length;
 }
 
 double Distance(const Vec2d& point, const Segment& segment) {
@@ -142,7 +155,8 @@ BooleanJudge::BooleanJudge(Region subject, Region clip)
     : operands_{std::move(subject), std::move(clip)} {
   const auto areas = CombinedAreas<DoubleDouble>(operands_);
   inputArea_ = static_cast<double>(areas[1] + areas[2] + areas[3] + areas[3]);
-  snapDistance_ = SNAP_TOLERANCE * LargestCoordinate(operands_);
+  snapDistance_ = GPC_SNAP * LargestCoordinate(operands_);
+  largestMisplaced_ = MISPLACED_SNAPS * snapDistance_ * Perimeter(operands_);
 }
 
 ResultReport BooleanJudge::Judge(Operation operation, const BooleanResult& result,
@@ -151,7 +165,10 @@ ResultReport BooleanJudge::Judge(Operation operation, const BooleanResult& resul
   if (form == Form::Clean) report.fault = FormFault(result);
   if (!report.fault.empty()) return report;
   JudgeAreas(operation, result, report);
-  if (report.misplaced > AREA_TOLERANCE || report.areaError > AREA_TOLERANCE) {
+  const bool isWrong =
+      report.misplacedArea > largestMisplaced_ &&
+      (form == Form::Clean || std::max(report.misplaced, report.areaError) > AREA_TOLERANCE);
+  if (isWrong) {
     report.fault = "area off by " + Scientific(report.areaError) + ", misplaced " +
                    Scientific(report.misplaced);
   }
@@ -163,7 +180,7 @@ std::string BooleanJudge::FormFault(const BooleanResult& result) const {
   std::string fault = ContourFault(result.contours);
   if (!fault.empty()) return fault;
   const double overshoot = LargestOvershoot(result.contours);
-  if (overshoot > snapDistance_) return "edges cross by " + Scientific(overshoot);
+  if (overshoot > 0.0) return "edges cross by " + Scientific(overshoot);
   return NestingFault(result, 4.0 * snapDistance_);
 }
 
@@ -185,6 +202,7 @@ void BooleanJudge::JudgeAreas(Operation operation, const BooleanResult& result,
   report.area = static_cast<double>(common + excess);
   report.areaError = relative(excess - missing);
   report.misplaced = relative(excess + missing);
+  report.misplacedArea = std::abs(static_cast<double>(excess + missing));
 }
 
 }  // namespace shr::test

@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "shared/polygons/Gpc.h"
 #include "tests/polygons/AreaOracle.h"
 #include "tests/polygons/DoubleDouble.h"
 
@@ -36,6 +37,7 @@ struct ResultReport {
   double areaError = 0.0;  ///< of the area, relative to the sum of the areas of the operands
   double misplaced = 0.0;  ///< area that is in one of result and truth only, relative to the same
   double area = 0.0;       ///< of the result
+  double misplacedArea = 0.0;
 };
 
 /// What is asked of the contours of a result beside their area.
@@ -45,8 +47,9 @@ class BooleanJudge {
 public:
   /// How far areas may be off, relative to the sum of the areas of the operands.
   static constexpr double AREA_TOLERANCE = 1e-9;
-  /// How far edges of a result may reach across each other, relative to the largest coordinate.
-  static constexpr double SNAP_TOLERANCE = 0x1p-46;
+  /// How much area a clean result may misplace, in snap distances times the length of all edges of
+  /// the operands.
+  static constexpr double MISPLACED_SNAPS = 2.0 * GPC_MOST_DRIFT;
 
   BooleanJudge(Region subject, Region clip);
 
@@ -54,6 +57,8 @@ public:
                      Form form = Form::Clean) const;
   /// Returns the sum of the areas of both operands.
   double InputArea() const { return inputArea_; }
+  /// Returns the largest area that a result may misplace.
+  double LargestMisplaced() const { return largestMisplaced_; }
 
 private:
   std::string FormFault(const BooleanResult& result) const;
@@ -62,6 +67,7 @@ private:
   std::vector<Region> operands_;
   double inputArea_ = 0.0;
   double snapDistance_ = 0.0;
+  double largestMisplaced_ = 0.0;
 };
 
 /// Returns the true area of the result of an operation, in which `areas` are those of the subject

@@ -74,7 +74,8 @@ TEST_P(GpcOracle, areasKeepTheIdentities) {
     const double onlySubject = area(Operation::Difference, pair.subject, pair.clip);
     const double onlyClip = area(Operation::Difference, pair.clip, pair.subject);
     const double either = area(Operation::Xor, pair.subject, pair.clip);
-    const double tolerance = BooleanJudge::AREA_TOLERANCE * (subject + clip);
+    const BooleanJudge judge(EvenOdd(pair.subject), EvenOdd(pair.clip));
+    const double tolerance = 3.0 * judge.LargestMisplaced();
     EXPECT_NEAR(subject + clip, united + common, tolerance) << "seed " << seed;
     EXPECT_NEAR(either, united - common, tolerance) << "seed " << seed;
     EXPECT_NEAR(onlySubject + common, subject, tolerance) << "seed " << seed;

@@ -15,19 +15,17 @@
 // 5. Contours (GpcContours.cpp): chains whose sides differ for the operation, linked up.
 // 6. Faces (GpcFaces.cpp): the outer contours that holes lie in, for who asks.
 //
-// Robustness: crossings are rounded to doubles, which bends edges by about one unit in the last
-// place, and bent edges may cross where straight ones did not. Everything nearer to each other than
-// the tolerance, which is a few such units, is therefore joined. Each joining may bend edges again;
-// stages 1 to 3 are repeated on the joined contours until nothing had to be joined that was not
-// equal to the bit already. Contours stay closed walks through all of this, so whatever happens
-// at the scale of the tolerance cannot open the result. The tolerance grows with the rounds so that
-// they end.
+// Robustness: stages 1 to 3 run on doubles first. Crossings are rounded, which bends edges by about
+// one unit in the last place; as long as everything else is either equal to the bit or farther
+// apart than the snap distance, no bent edge can cross where the straight one did not, and that is
+// the end of it. Where it is not so, vertices that differ by their last bits only are joined once
+// (`JoinVertices`), and the contours are written anew by exact snap rounding on a fixed grid
+// (GpcSnap.cpp), which takes no more than one round whatever the input is. Only edges that come
+// near others take part in it. Contours stay closed walks through all of this.
 //
 // Sources: B. R. Vatti, "A Generic Solution to Polygon Clipping", Communications of the ACM 35,
-// 1992; J. D. Hobby, "Practical Segment Intersection with Finite Precision Output", Computational
-// Geometry 13, 1999; D. Halperin and E. Packer, "Iterated Snap Rounding", Computational Geometry
-// 23, 2002; J. R. Shewchuk, "Adaptive Precision Floating-Point Arithmetic and Fast Robust Geometric
-// Predicates", 1997.
+// 1992; J. R. Shewchuk, "Adaptive Precision Floating-Point Arithmetic and Fast Robust Geometric
+// Predicates", 1997; those of snap rounding are named in GpcSnap.cpp.
 
 #include "shared/polygons/Gpc.h"
 
@@ -39,14 +37,18 @@
 #include "shared/polygons/clipper/GpcRun.h"
 
 namespace shr {
+
+std::size_t& gpc::HeldBytes() {
+  thread_local std::size_t bytes = 0;
+  return bytes;
+}
+
 namespace {
 
 using gpc::Workspace;
 
 /// A thread keeps the memory of its workspace for the next call unless it is more than this.
 constexpr std::size_t KEPT_BYTES = std::size_t{64} << 20;
-constexpr int STEADY_ROUNDS = 3;
-constexpr int MAX_ROUNDS = 48;
 
 /// Frees the contours of an unfinished record.
 struct RecordGuard {
@@ -61,7 +63,7 @@ Workspace& GetWorkspace() {
 }
 
 void Trim(Workspace& work) {
-  if (gpc::CountBytes(work) <= KEPT_BYTES) return;
+  if (gpc::HeldBytes() <= KEPT_BYTES) return;
   std::destroy_at(&work);
   std::construct_at(&work);
 }
@@ -82,14 +84,19 @@ gpc::Rule RuleOf(FillRule rule) {
 
 /// Runs the stages up to the labels.
 void Arrange(Workspace& work) {
-  for (int round = 0; round < MAX_ROUNDS; ++round) {
-    if (round >= STEADY_ROUNDS) work.tolerance *= 2.0;
+  work.isExact = false;
+  gpc::BuildSections(work);
+  gpc::FindCrossings(work);
+  if (!work.isMoved && gpc::BuildGraph(work) && gpc::FindLabels(work)) return;
+  if (work.isMoved) {
+    gpc::JoinVertices(work);
     gpc::BuildSections(work);
-    gpc::FindCrossings(work);
-    if (gpc::BuildGraph(work) && gpc::FindLabels(work)) return;
-    gpc::RefineContours(work);
   }
-  throw GPCException(gpc::UNIT, __LINE__);
+  gpc::FindActiveEdges(work);
+  gpc::SnapContours(work);
+  work.isExact = true;
+  gpc::BuildSections(work);
+  if (!gpc::BuildGraph(work) || !gpc::FindLabels(work)) throw GPCException(gpc::UNIT, __LINE__);
 }
 
 }  // namespace

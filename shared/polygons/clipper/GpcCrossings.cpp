@@ -31,11 +31,17 @@ namespace {
 
 constexpr Index SMALL_TILE = 20;
 constexpr int MAX_DEPTH = 120;
+/// In tolerances; smaller crowded tiles belong to the grid.
+constexpr double SMALLEST_TILE = 64.0;
 /// A raster comes first for so many sections, if they meet no more cells than this on average.
 constexpr Index MANY_SECTIONS = 256;
 constexpr double MAX_COPIES = 2.0;
 /// A bundle is compared by intervals when an element overlaps no more others than this on average.
 constexpr double MAX_OVERLAPS = 3.0;
+/// A bundle is left to the grid when there are so many more comparisons than elements and
+/// crossings. Of the crowds that the benchmarks know, those that cross need up to 6, those that
+/// meet in a point hundreds.
+constexpr Index MOST_IN_VAIN = 8;
 
 bool Overlap(const Box& a, const Box& b) {
   return a.xMin <= b.xMax && b.xMin <= a.xMax && a.yMin <= b.yMax && b.yMin <= a.yMax;
@@ -82,9 +88,13 @@ struct Cut {
   double Place(const Vec2d& point) const { return Dot(across, point) - at; }
 };
 
+/// What is done with edges that come near each other.
+enum class Purpose { Join, Activate };
+
 class CrossingFinder {
 public:
-  explicit CrossingFinder(Workspace& work) : work_(work), tolerance_(work.tolerance) {}
+  CrossingFinder(Workspace& work, Purpose purpose, double tolerance)
+      : work_(work), isActivating_(purpose == Purpose::Activate), tolerance_(tolerance) {}
 
   void Run() {
     const Index count = work_.sections.Size();
@@ -168,6 +178,8 @@ private:
   void FindInTile(Index first, Index count, const Box& box, int depth) {
     if (count <= SMALL_TILE) return CompareAll(first, count);
     if (depth == MAX_DEPTH) return CompareByIntervals(first, count);
+    const double size = std::max(box.xMax - box.xMin, box.yMax - box.yMin);
+    if (size <= SMALLEST_TILE * tolerance_) return GiveUp(first, count);
     const bool isWide = box.xMax - box.xMin >= box.yMax - box.yMin;
     if (isWide ? HalveUpright(first, count, box, depth, count / 4)
                : HalveLevel(first, count, box, depth, count / 4)) {
@@ -378,13 +390,30 @@ private:
               [](const Interval& a, const Interval& b) {
                 return a.low < b.low || (a.low == b.low && a.element < b.element);
               });
+    const Index foundBefore = found_;
+    Index compared = 0;
     for (Index i = 0; i < count; ++i) {
       const Element& element = elements[work_.intervals[i].element];
       const double high = work_.intervals[i].high;
       for (Index j = i + 1; j < count && work_.intervals[j].low <= high; ++j) {
         const Element& other = elements[work_.intervals[j].element];
-        if (Overlap(element.box, other.box)) CompareElements(element, other);
+        if (!Overlap(element.box, other.box)) continue;
+        ++compared;
+        CompareElements(element, other);
       }
+      if (compared > MOST_IN_VAIN * (count + found_ - foundBefore)) return GiveUp(first, count);
+    }
+  }
+
+  /// Leaves a crowd of edges that do not cross, such as many that end in one point, to the grid.
+  void GiveUp(Index first, Index count) {
+    if (!isActivating_) {
+      work_.isMoved = true;
+      return;
+    }
+    for (Index i = first; i < first + count; ++i) {
+      const Element& element = work_.elements[i];
+      std::fill_n(work_.isActive.begin() + element.firstEdge, element.edgeCount, std::uint8_t{1});
     }
   }
 
@@ -483,6 +512,7 @@ private:
   // Pairs of edges. The first has the smaller number.
 
   void CompareEdges(const Edge& a, const Edge& b) {
+    if (isActivating_ && work_.isActive[a.number] && work_.isActive[b.number]) return;
     const Vec2d along = a.end - a.start;
     const double limitA = tolerance_ * Length1(along);
     const double startB = Cross(along, b.start - a.start);
@@ -495,6 +525,7 @@ private:
     if ((startA > limitB && endA > limitB) || (startA < -limitB && endA < -limitB)) return;
     if (AreNeighbours(a, b)) return CompareNeighbours(a, b);
     if (AreNeighbours(b, a)) return CompareNeighbours(b, a);
+    if (isActivating_) return Activate(a, b);
     const auto isFar = [](double value, double limit) { return value > limit || value < -limit; };
     if (isFar(startB, limitA) && isFar(endB, limitA) && isFar(startA, limitB) &&
         isFar(endA, limitB)) {
@@ -522,6 +553,8 @@ private:
 
   /// Adds the crossing at the given fraction of b.
   void AddCrossing(const Edge& a, const Edge& b, double fraction) {
+    ++found_;
+    if (work_.isMoved) return;  // the grid finds it
     Vec2d point;
     if (fraction <= 0.5) {
       point = b.start + (b.end - b.start) * fraction;
@@ -576,12 +609,17 @@ private:
     if (!(Dot(back, forth) > 0.0)) return;
     const double limit = tolerance_ * std::max(Length1(back), Length1(forth));
     if (std::abs(Cross(back, forth)) > limit) return;
+    if (isActivating_) return Activate(a, b);
     MakeNode(GetVertex(a, 1));
     if (Length1(back) <= Length1(forth)) {
       JoinIfNear(a, 0, b);
     } else {
       JoinIfNear(b, 1, a);
     }
+  }
+
+  void Activate(const Edge& a, const Edge& b) {
+    work_.isActive[a.number] = work_.isActive[b.number] = 1;
   }
 
   bool IsNear(const Vec2d& a, const Vec2d& b) const {
@@ -599,22 +637,48 @@ private:
     if (work_.isNode[vertex]) return;
     work_.isNode[vertex] = 1;
     work_.parents[vertex] = vertex;
+    work_.reaches[vertex] = 0.0;
     work_.nodeVertices.Append(vertex);
   }
 
+  /// Makes one of two vertices unless that would move something too far.
   void Merge(Index a, const Vec2d& aPoint, Index b, const Vec2d& bPoint) {
     MakeNode(a);
     MakeNode(b);
     const Index aRoot = work_.Root(a);
     const Index bRoot = work_.Root(b);
     if (!IsSame(aPoint, bPoint)) work_.isMoved = true;
-    if (aRoot != bRoot) work_.parents[std::max(aRoot, bRoot)] = std::min(aRoot, bRoot);
+    if (aRoot == bRoot) return;
+    const Index root = std::min(aRoot, bRoot);
+    const Index other = std::max(aRoot, bRoot);
+    const Vec2d way = work_.points[root] - work_.points[other];
+    const double reach = std::max(std::abs(way.x), std::abs(way.y)) + work_.reaches[other];
+    if (reach > JOIN_DISTANCE * tolerance_) return;
+    work_.parents[other] = root;
+    work_.reaches[root] = std::max(work_.reaches[root], reach);
   }
 
   Workspace& work_;
+  const bool isActivating_;
   const double tolerance_;
-  Box common_{};  ///< of the elements at hand
+  Box common_{};     ///< of the elements at hand
+  Index found_ = 0;  ///< crossings
 };
+
+/// Edges within this many snap distances of each other go to the grid. More than what rounding may
+/// move both by, and more than the pixels that an edge is compared with.
+constexpr double ACTIVE_DISTANCE = 8.0;
+
+/// Makes short edges active, and those beside them.
+void ActivateShortEdges(Workspace& work, const Contour& contour, double length) {
+  const Index last = contour.first + contour.count - 1;
+  for (Index edge = contour.first; edge <= last; ++edge) {
+    if (Length1(work.points[edge + 1] - work.points[edge]) > length) continue;
+    work.isActive[edge] = 1;
+    work.isActive[edge == contour.first ? last : edge - 1] = 1;
+    work.isActive[edge == last ? contour.first : edge + 1] = 1;
+  }
+}
 
 }  // namespace
 
@@ -624,8 +688,18 @@ void FindCrossings(Workspace& work) {
   work.isMoved = false;
   work.isNode.Fill(work.vertexCount, 0);
   work.parents.Resize(work.vertexCount);
+  work.reaches.Resize(work.vertexCount);
   if (work.sections.IsEmpty()) return;
-  CrossingFinder(work).Run();
+  CrossingFinder(work, Purpose::Join, work.tolerance).Run();
+}
+
+void FindActiveEdges(Workspace& work) {
+  work.isMoved = false;
+  work.points.Truncate(work.vertexCount);
+  work.isActive.Fill(work.vertexCount, 0);
+  const double tolerance = ACTIVE_DISTANCE * work.tolerance;
+  CrossingFinder(work, Purpose::Activate, tolerance).Run();
+  for (const Contour& contour : work.contours) ActivateShortEdges(work, contour, 2.0 * tolerance);
 }
 
 }  // namespace shr::gpc

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Third stage: the contours become a graph. The nodes of every edge are put in order along it;
-// nodes nearer to each other than the tolerance become one. What lies between two nodes is a chain,
+// Third stage: the contours become a graph. The nodes of every edge are put in order along it. What
+// lies between two nodes is a chain,
 // and most chains of a real border hold many points, which are not looked at again before the
 // result is written. Around each node its half edges are put in order by exact orientation. Chains
 // that coincide become one that is a border of an operand when an odd number of them was. One that
@@ -11,11 +11,8 @@
 // The graph is drawn without further crossings when no two neighbours around a node come within the
 // tolerance of each other at their ends: edges that have no node in common were farther apart than
 // the tolerance, which exceeds twice the rounding of a node, and edges that have one diverge
-// from it. Where that test fails, or where something was moved by more than rounding, the caller
-// makes every node a vertex and begins anew; what was nearly coincident then coincides to the bit.
-//
-// Source of the scheme of repeated rounds: J. D. Hobby, "Practical Segment Intersection with Finite
-// Precision Output", 1999; D. Halperin and E. Packer, "Iterated Snap Rounding", 2002.
+// from it. Where that test fails, or where something would have to be moved by more than rounding,
+// the contours go to the grid; behind it nothing is left to test.
 
 #include <algorithm>
 #include <cfloat>
@@ -352,6 +349,7 @@ private:
   void Sort(const Vec2d& center, Index count) {
     const auto isBefore = [&](const Spoke& a, const Spoke& b) {
       if (a.quadrant != b.quadrant) return a.quadrant < b.quadrant;
+      if (IsSame(a.vector, b.vector) && Coincide(a.half, b.half)) return a.half < b.half;
       const int turn = Turn(center, a, b);
       return turn != 0 ? turn > 0 : a.half < b.half;
     };
@@ -387,7 +385,10 @@ private:
       if (!(Dot(a.vector, b.vector) > 0.0)) continue;
       const double limit = work_.tolerance * std::max(Length1(a.vector), Length1(b.vector));
       if (std::abs(Cross(a.vector, b.vector)) > limit) continue;
-      if (!Coincide(a.half, b.half)) return false;
+      if (!Coincide(a.half, b.half)) {
+        if (work_.isExact) continue;
+        return false;
+      }
       if (next < i) continue;
       // The parity wanders to the last of the group.
       work_.mergers.Append({a.half, b.half});
@@ -438,7 +439,7 @@ private:
 }  // namespace
 
 bool BuildGraph(Workspace& work) {
-  OrderOccurrences(work);
+  if (!work.isExact) OrderOccurrences(work);
   if (work.isMoved) return false;
   NumberNodes(work);
   BuildChains(work);
@@ -453,35 +454,56 @@ void AppendNext(Workspace& work, Index first, const Vec2d& point) {
   work.nextPoints.Append(point);
 }
 
+bool IsNearEdge(const Workspace& work, const Occurrence& occurrence) {
+  const Vec2d& start = work.points[occurrence.edge];
+  const Vec2d along = work.points[occurrence.edge + 1] - start;
+  const double limit = JOIN_DISTANCE * work.tolerance * Length1(along);
+  return std::abs(Cross(along, work.points[occurrence.point] - start)) <= limit;
+}
+
+/// Ends the contour in work at the end of the points.
+void AppendContour(Workspace& work, Index first, const Contour& source) {
+  while (work.nextPoints.Size() > first + 1 &&
+         IsSame(work.nextPoints.Back(), work.nextPoints[first])) {
+    work.nextPoints.Truncate(work.nextPoints.Size() - 1);
+  }
+  const Index count = work.nextPoints.Size() - first;
+  if (count < 3) return work.nextPoints.Truncate(first);
+  work.nextPoints.Append(work.nextPoints[first]);
+  work.nextContours.Append({first, count, first, source.polygon, source.operand});
+}
+
 }  // namespace
 
-void RefineContours(Workspace& work) {
+void JoinVertices(Workspace& work) {
+  // Crossings come from the grid.
+  Index kept = 0;
+  for (const Occurrence& occurrence : work.occurrences) {
+    if (occurrence.point >= work.vertexCount || !IsNearEdge(work, occurrence)) continue;
+    work.occurrences[kept++] = occurrence;
+  }
+  work.occurrences.Truncate(kept);
+  GroupByEdge(work);
   work.nextPoints.Clear();
   work.nextContours.Clear();
-  Index next = 0;
+  const Occurrence* next = work.occurrences.begin();
+  const Occurrence* const last = work.occurrences.end();
   for (const Contour& contour : work.contours) {
     const Index first = work.nextPoints.Size();
-    const Index end = contour.first + contour.count;
-    for (Index edge = contour.first; edge < end; ++edge) {
-      const bool hasNode = next < work.occurrences.Size() && work.occurrences[next].edge == edge;
-      if (!hasNode || work.occurrences[next].point != edge) {
-        AppendNext(work, first, work.points[edge]);
+    for (Index edge = contour.first; edge < contour.first + contour.count; ++edge) {
+      const Index vertex = work.isNode[edge] ? work.Root(edge) : edge;
+      AppendNext(work, first, work.points[vertex]);
+      work.placed.Clear();
+      const Vec2d along = work.points[edge + 1] - work.points[edge];
+      for (; next != last && next->edge == edge; ++next) {
+        work.placed.Append({Dot(along, work.points[next->point] - work.points[edge]), next->point});
       }
-      for (; next < work.occurrences.Size() && work.occurrences[next].edge == edge; ++next) {
-        AppendNext(work, first, work.points[work.Root(work.occurrences[next].point)]);
+      if (work.placed.Size() > 1) SortPlaces(work);
+      for (const PlacedPoint& placed : work.placed) {
+        AppendNext(work, first, work.points[work.Root(placed.point)]);
       }
     }
-    while (work.nextPoints.Size() > first + 1 &&
-           IsSame(work.nextPoints.Back(), work.nextPoints[first])) {
-      work.nextPoints.Truncate(work.nextPoints.Size() - 1);
-    }
-    const Index count = work.nextPoints.Size() - first;
-    if (count < 3) {
-      work.nextPoints.Truncate(first);
-      continue;
-    }
-    work.nextPoints.Append(work.nextPoints[first]);
-    work.nextContours.Append({first, count, first, contour.polygon, contour.operand});
+    AppendContour(work, first, contour);
   }
   work.points.Swap(work.nextPoints);
   work.contours.Swap(work.nextContours);

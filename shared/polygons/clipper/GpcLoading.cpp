@@ -136,6 +136,22 @@ void LoadPolygon(Workspace& work, const Operand& source, Operands operand, const
   }
 }
 
+/// Leaves out points that repeat the one before, and contours of which too little is left.
+void DropRepeatedPoints(Workspace& work) {
+  Index to = 0;
+  Index kept = 0;
+  for (const Contour& contour : work.contours) {
+    Vec2d* first = work.points.Data() + to;
+    const Index count = CopyDistinct(work.points.Data() + contour.first, contour.count, first);
+    if (count < 3) continue;
+    first[count] = first[0];
+    work.contours[kept++] = {to, count, to, contour.polygon, contour.operand};
+    to += count + 1;
+  }
+  work.points.Truncate(to);
+  work.contours.Truncate(kept);
+}
+
 /// Brings coordinates near the ends of the range of numbers to the middle.
 double Rescale(Workspace& work, double largest) {
   const int exponent = largest > 0.0 ? std::ilogb(largest) : 0;
@@ -145,8 +161,7 @@ double Rescale(Workspace& work, double largest) {
     point.y = std::ldexp(point.y, -exponent);
   }
   work.unscale = std::ldexp(1.0, exponent);
-  work.occurrences.Clear();
-  RefineContours(work);  // tiny differences may have vanished
+  DropRepeatedPoints(work);  // tiny differences may have vanished
   return std::ldexp(largest, -exponent);
 }
 

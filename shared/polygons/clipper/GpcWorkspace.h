@@ -10,21 +10,12 @@
 #pragma once
 
 #include <cstdint>
-#include <cstring>
 #include <span>
-#include <type_traits>
-#include <utility>
 
-#include "shared/geometry/Vec2.h"
-#include "shared/polygons/Gpc.h"
+#include "shared/polygons/clipper/GpcBuffer.h"
+#include "shared/polygons/clipper/GpcSnap.h"
 
 namespace shr::gpc {
-
-using Index = std::uint32_t;
-inline constexpr Index NONE = 0xFFFFFFFFu;
-
-/// The unit that the clipper's errors name.
-inline constexpr const wchar_t* UNIT = L"Gpc";
 
 /// Which operands something belongs to or lies inside: a sum of the two bits below.
 using Operands = std::uint8_t;
@@ -49,88 +40,6 @@ struct Operand {
 };
 /// Marks a chain that another one with the same course stands for.
 inline constexpr Operands MERGED = 0x80;
-
-/// A growing array of plain values from the clipper's allocation routine. It keeps its memory when
-/// it is cleared, so that the next call touches no fresh pages.
-template <class T>
-class Buffer {
-  static_assert(std::is_trivially_copyable_v<T>);
-
-public:
-  explicit Buffer(const wchar_t* label) : label_(label) {}
-  ~Buffer() { GpcFree(data_); }
-  Buffer(const Buffer&) = delete;
-  Buffer& operator=(const Buffer&) = delete;
-
-  T* Data() { return data_; }
-  const T* Data() const { return data_; }
-  Index Size() const { return size_; }
-  bool IsEmpty() const { return size_ == 0; }
-  T& operator[](Index index) { return data_[index]; }
-  const T& operator[](Index index) const { return data_[index]; }
-  T& Back() { return data_[size_ - 1]; }
-  T* begin() { return data_; }
-  T* end() { return data_ + size_; }
-  const T* begin() const { return data_; }
-  const T* end() const { return data_ + size_; }
-
-  void Clear() { size_ = 0; }
-  void Truncate(Index size) { size_ = size; }
-  void Append(const T& value) {
-    if (size_ == capacity_) {
-      const T copy = value;  // may lie in this buffer
-      Grow(size_ + 1);
-      data_[size_++] = copy;
-      return;
-    }
-    data_[size_++] = value;
-  }
-  /// Sets the size. New elements are not initialised.
-  void Resize(Index size) {
-    Reserve(size);
-    size_ = size;
-  }
-  /// Appends elements that are not initialised and returns the first.
-  T* Extend(Index count) {
-    Reserve(size_ + count);
-    T* first = data_ + size_;
-    size_ += count;
-    return first;
-  }
-  void Reserve(Index capacity) {
-    if (capacity > capacity_) Grow(capacity);
-  }
-  void Fill(Index size, const T& value) {
-    Resize(size);
-    for (Index i = 0; i < size; ++i) data_[i] = value;
-  }
-  std::size_t Bytes() const { return capacity_ * sizeof(T); }
-  void Swap(Buffer& other) {
-    std::swap(data_, other.data_);
-    std::swap(size_, other.size_);
-    std::swap(capacity_, other.capacity_);
-  }
-
-private:
-  void Grow(Index needed) {
-    const Index doubled = capacity_ + capacity_ / 2 + 16;
-    const Index capacity = needed > doubled ? needed : doubled;
-    T* data = static_cast<T*>(GpcAlloc(capacity * sizeof(T), UNIT, __LINE__, label_));
-    if (size_ != 0) std::memcpy(static_cast<void*>(data), data_, size_ * sizeof(T));
-    GpcFree(data_);
-    data_ = data;
-    capacity_ = capacity;
-  }
-
-  T* data_ = nullptr;
-  Index size_ = 0;
-  Index capacity_ = 0;
-  const wchar_t* label_;
-};
-
-struct Box {
-  double xMin, yMin, xMax, yMax;
-};
 
 /// A closed walk over `count` points, which lie in the points from `first` on. The first is
 /// repeated at `first + count`, so that edge i runs from point i to point i + 1 for every i.
@@ -260,6 +169,11 @@ struct ResultContour {
   bool isHole;
 };
 
+/// What is nearer than this many snap distances to each other, vertices or a vertex and an edge, is
+/// joined before the contours go to the grid, once, so that borders that differ by their last bits
+/// only become one. The rest of what may move, up to two snap distances, belongs to the grid.
+inline constexpr double JOIN_DISTANCE = 0.5;
+
 struct Workspace {
   // The contours of both operands.
   Rule rule = Rule::EvenOdd;
@@ -283,13 +197,19 @@ struct Workspace {
   // Nodes.
   Buffer<std::uint8_t> isNode{L"node flag creation"};  ///< by vertex
   Buffer<Index> parents{L"node table creation"};       ///< by point: a forest of merged points
+  Buffer<double> reaches{L"node table creation"};      ///< by root: the farthest merged point
   Buffer<Index> nodeVertices{L"node table creation"};  ///< vertices that are nodes
   Buffer<Occurrence> occurrences{L"crossing creation"};
   Buffer<Occurrence> unordered{L"crossing creation"};
   Buffer<PlacedPoint> placed{L"crossing creation"};
   Buffer<PlacedPoint> placedAside{L"crossing creation"};
   Buffer<Index> edgeStarts{L"edge table creation"};
-  bool isMoved = false;  ///< something was moved by more than rounding: look again
+  bool isMoved = false;  ///< something would have to be moved by more than rounding
+  Buffer<std::uint8_t> isActive{L"edge table creation"};  ///< by edge: goes to the grid
+
+  // The grid.
+  SnapMemory snap;
+  bool isExact = false;  ///< the contours meet in common vertices only
 
   // The graph.
   Buffer<Index> nodeOfPoint{L"node table creation"};
@@ -351,30 +271,6 @@ struct Workspace {
   }
 };
 
-inline double Cross(const Vec2d& a, const Vec2d& b) {
-  return a.x * b.y - a.y * b.x;
-}
-inline double Dot(const Vec2d& a, const Vec2d& b) {
-  return a.x * b.x + a.y * b.y;
-}
-inline double Length1(const Vec2d& a) {
-  return (a.x < 0.0 ? -a.x : a.x) + (a.y < 0.0 ? -a.y : a.y);
-}
-inline bool IsSame(const Vec2d& a, const Vec2d& b) {
-  return a.x == b.x && a.y == b.y;
-}
-
-/// Returns the size of the buffers that grow with what is clipped.
-inline std::size_t CountBytes(const Workspace& work) {
-  return work.points.Bytes() + work.nextPoints.Bytes() + work.sections.Bytes() +
-         work.elements.Bytes() + work.cellSections.Bytes() + work.intervals.Bytes() +
-         work.isNode.Bytes() + work.parents.Bytes() + work.occurrences.Bytes() +
-         work.unordered.Bytes() + work.edgeStarts.Bytes() + work.nodeOfPoint.Bytes() +
-         work.nodePoints.Bytes() + work.chains.Bytes() + work.parities.Bytes() +
-         work.slots.Bytes() + work.slotOfHalf.Bytes() + work.sides.Bytes() + work.visits.Bytes() +
-         work.slabSections.Bytes() + work.gathered.Bytes() + work.faces.Bytes();
-}
-
 // The stages, in order.
 
 /// Fills the workspace with the contours of both operands, without repeated points and without what
@@ -383,13 +279,25 @@ void LoadPolygons(Workspace& work, gpc_op operation, Rule rule, const Operand& s
                   const Operand& clip);
 /// Cuts the contours into sections.
 void BuildSections(Workspace& work);
-/// Finds where edges meet: fills the nodes and the occurrences.
+/// Finds where edges meet: fills the nodes and the occurrences. When something would have to be
+/// moved by more than rounding, `isMoved` is set and crossings are left out.
 void FindCrossings(Workspace& work);
+/// Joins vertices, and vertices with edges, that nearly coincide. Follows upon `FindCrossings`.
+void JoinVertices(Workspace& work);
+/// Marks the edges that come within some snap distances of another one, and perhaps more.
+void FindActiveEdges(Workspace& work);
+/// Replaces the contours, given the active edges, by ones that meet in common vertices only and
+/// fills the nodes and the occurrences.
+void SnapContours(Workspace& work);
 /// Makes chains and nodes with their half edges in order. Returns false when points or edges nearly
-/// meet that are not yet joined; `RefineContours` then has to follow.
+/// meet that are not joined; never so after `SnapContours`.
+///
+/// Promised to later stages when it returns true: drawn with straight lines between their points,
+/// chains meet each other and themselves in nodes only, and nowhere else do they touch; no two
+/// nodes are in one place; the half edges in the slots of a node turn counter-clockwise in exact
+/// order (`OrientationSign` of their points agrees), beginning at the direction of x; no two of
+/// them have the same direction, as chains that coincided have become one.
 bool BuildGraph(Workspace& work);
-/// Replaces the contours by the same with every node as a vertex.
-void RefineContours(Workspace& work);
 /// Returns the chain that a vertex of a contour which is no node lies on.
 Index FindChain(const Workspace& work, Index contourIndex, Index vertex);
 /// Finds what lies on either side of every chain and inside every contour without nodes. Returns
