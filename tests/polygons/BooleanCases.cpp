@@ -72,6 +72,7 @@ Points Square(const Vec2d& corner, double size) {
 /// Moves a number by up to `most` units in the last place.
 double Nudge(Random& random, double value, int most) {
   const int steps = Integer(random, -most, most);
+  if (value == 0.0) return value;  // the number beside it is too small for the oracle
   const double target = steps < 0 ? -std::numeric_limits<double>::infinity()
                                   : std::numeric_limits<double>::infinity();
   for (int i = 0; i < std::abs(steps); ++i) value = std::nextafter(value, target);

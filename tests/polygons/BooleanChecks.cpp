@@ -165,10 +165,11 @@ ResultReport BooleanJudge::Judge(Operation operation, const BooleanResult& resul
   if (form == Form::Clean) report.fault = FormFault(result);
   if (!report.fault.empty()) return report;
   JudgeAreas(operation, result, report);
-  const bool isWrong =
-      report.misplacedArea > largestMisplaced_ &&
-      (form == Form::Clean || std::max(report.misplaced, report.areaError) > AREA_TOLERANCE);
-  if (isWrong) {
+  // What is not a number is wrong.
+  const bool isRight =
+      report.misplacedArea <= largestMisplaced_ ||
+      (form == Form::Any && std::max(report.misplaced, report.areaError) <= AREA_TOLERANCE);
+  if (!isRight) {
     report.fault = "area off by " + Scientific(report.areaError) + ", misplaced " +
                    Scientific(report.misplaced);
   }

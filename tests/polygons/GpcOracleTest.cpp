@@ -87,8 +87,9 @@ TEST_P(GpcOracle, stripsAndPiecesCoverTheAreaOnce) {
   for (std::uint64_t seed = 0; seed < FEW_CASES; ++seed) {
     std::mt19937_64 random(seed);
     const BooleanCase pair = GetParam().make(random);
-    const double tolerance = BooleanJudge::AREA_TOLERANCE *
-                             BooleanJudge(EvenOdd(pair.subject), EvenOdd(pair.clip)).InputArea();
+    const BooleanJudge judge(EvenOdd(pair.subject), EvenOdd(pair.clip));
+    const double tolerance =
+        BooleanJudge::AREA_TOLERANCE * judge.InputArea() + judge.LargestMisplaced();
     for (const Operation operation : OPERATIONS) {
       const BooleanResult polygon = OperateByGpc(operation, pair.subject, pair.clip);
       double area = 0.0;

@@ -110,6 +110,9 @@ public:
     FindInTile(0, count, all, 0);
   }
 
+  /// Returns true when there were so many crowds that the search was broken off.
+  bool IsAbandoned() const { return isAbandoned_; }
+
 private:
   struct Sides {
     bool isLow;
@@ -176,10 +179,11 @@ private:
   // Tiles. A tile's elements are the last ones in the buffer.
 
   void FindInTile(Index first, Index count, const Box& box, int depth) {
+    if (isAbandoned_) return;
     if (count <= SMALL_TILE) return CompareAll(first, count);
     if (depth == MAX_DEPTH) return CompareByIntervals(first, count);
     const double size = std::max(box.xMax - box.xMin, box.yMax - box.yMin);
-    if (size <= SMALLEST_TILE * tolerance_) return GiveUp(first, count);
+    if (size <= SMALLEST_TILE * tolerance_) return GiveUp(first, count, 0);
     const bool isWide = box.xMax - box.xMin >= box.yMax - box.yMin;
     if (isWide ? HalveUpright(first, count, box, depth, count / 4)
                : HalveLevel(first, count, box, depth, count / 4)) {
@@ -401,12 +405,15 @@ private:
         ++compared;
         CompareElements(element, other);
       }
-      if (compared > MOST_IN_VAIN * (count + found_ - foundBefore)) return GiveUp(first, count);
+      if (compared > MOST_IN_VAIN * (count + found_ - foundBefore))
+        return GiveUp(first, count, compared);
     }
   }
 
   /// Leaves a crowd of edges that do not cross, such as many that end in one point, to the grid.
-  void GiveUp(Index first, Index count) {
+  void GiveUp(Index first, Index count, Index compared) {
+    vain_ += compared;
+    isAbandoned_ = vain_ > MOST_IN_VAIN * work_.sections.Size();
     if (!isActivating_) {
       work_.isMoved = true;
       return;
@@ -661,8 +668,10 @@ private:
   Workspace& work_;
   const bool isActivating_;
   const double tolerance_;
-  Box common_{};     ///< of the elements at hand
-  Index found_ = 0;  ///< crossings
+  Box common_{};            ///< of the elements at hand
+  Index found_ = 0;         ///< crossings
+  std::uint64_t vain_ = 0;  ///< comparisons in crowds
+  bool isAbandoned_ = false;
 };
 
 /// Edges within this many snap distances of each other go to the grid. More than what rounding may
@@ -698,7 +707,9 @@ void FindActiveEdges(Workspace& work) {
   work.points.Truncate(work.vertexCount);
   work.isActive.Fill(work.vertexCount, 0);
   const double tolerance = ACTIVE_DISTANCE * work.tolerance;
-  CrossingFinder(work, Purpose::Activate, tolerance).Run();
+  CrossingFinder finder(work, Purpose::Activate, tolerance);
+  finder.Run();
+  if (finder.IsAbandoned()) return work.isActive.Fill(work.vertexCount, 1);
   for (const Contour& contour : work.contours) ActivateShortEdges(work, contour, 2.0 * tolerance);
 }
 
