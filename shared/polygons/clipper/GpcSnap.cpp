@@ -33,6 +33,8 @@
 // with Finite Precision Output", 1999; M. de Berg, D. Halperin and M. Overmars, "An
 // Intersection-Sensitive Algorithm for Snap Rounding", 2007.
 
+#include "shared/polygons/clipper/GpcSnap.h"
+
 #include <algorithm>
 #include <cmath>
 
