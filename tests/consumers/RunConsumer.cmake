@@ -22,6 +22,8 @@ elseif(KIND STREQUAL "find_package")
   get_filename_component(folder "${config}" DIRECTORY)
   # A header that includes what is not installed shows only here.
   file(GLOB_RECURSE headers RELATIVE "${PREFIX}/include" "${PREFIX}/include/*.h")
+  # The adapters need the libraries that they adapt to.
+  list(FILTER headers EXCLUDE REGEX "/(BoostGeometry|EigenMaps)\\.h$")
   list(TRANSFORM headers REPLACE "(.+)" "#include \"\\1\"\n")
   list(JOIN headers "" includes)
   file(WRITE "${build}/all_headers.cpp" "${includes}")
