@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -147,6 +148,48 @@ TEST(GpcForm, everyContourIsFoundAmongManyIslands) {
   EXPECT_EQ(rings.size(), result.contours.size());
   EXPECT_EQ(80, holes);
   EXPECT_EQ(40.0 * (256 - 196 + 144 - 100), area);
+}
+
+TEST(GpcForm, verticesThatNothingCameNearKeepTheirBits) {
+  // A bundle that has to be rounded, with an edge from it to a far vertex, beside a plain triangle.
+  std::mt19937_64 random(5);
+  const auto draw = [&random](double middle) {
+    return middle + 1e-14 * static_cast<double>(static_cast<int>(random() % 9) - 4);
+  };
+  const Points plain = {{0.1, 0.3}, {0.7, 0.1}, {0.3, 1.0 / 3.0}};
+  const Vec2d far(5.1, -3.7);
+  Contours contours = {plain};
+  for (int i = 0; i < 9; ++i) {
+    contours.push_back({{draw(3.3), draw(4.7)}, {draw(1.1), draw(2.3)}, {draw(1.2), draw(2.1)}});
+  }
+  contours.push_back({{3.3, 4.7}, {1.1, 2.3}, far});
+  const BooleanResult result = OperateByGpc(Operation::Union, contours, {});
+  const auto holds = [&result](const Vec2d& vertex) {
+    for (const Points& contour : result.contours) {
+      if (std::find(contour.begin(), contour.end(), vertex) != contour.end()) return true;
+    }
+    return false;
+  };
+  for (const Vec2d& vertex : plain) EXPECT_TRUE(holds(vertex)) << vertex.x << ' ' << vertex.y;
+  EXPECT_TRUE(holds(far));
+}
+
+TEST(GpcForm, trianglesAroundAPointStayApart) {
+  constexpr int COUNT = 1000;
+  const Vec2d hub(0.3, 0.7);
+  Contours triangles;
+  double area = 0.0;
+  for (int i = 0; i < COUNT; ++i) {
+    const auto at = [&](double turn) { return hub + Vec2d(std::cos(turn), std::sin(turn)); };
+    const double turn = 6.283 * i / COUNT;
+    triangles.push_back({hub, at(turn), at(turn + 0.003)});
+    area += std::abs(PolygonArea(triangles.back()));
+  }
+  const BooleanResult result = OperateByGpc(Operation::Union, triangles, {});
+  EXPECT_EQ(triangles.size(), result.contours.size());
+  double sum = 0.0;
+  for (const Points& contour : result.contours) sum -= PolygonArea(contour);
+  EXPECT_NEAR(area, sum, 1e-12);
 }
 
 TEST(GpcErrors, badOperandsAreRefusedAndTheResultIsLeftAlone) {
