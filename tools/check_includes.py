@@ -122,10 +122,10 @@ class Checker:
         if not quoted:
             self.fault(relative, number, f"<{name}> is our own: include it with quotes")
         target = pathlib.PurePosixPath(name)
-        if relative.parts[0] == "examples" and (self.root / relative.parent / name).is_file():
-            # An example stands for a project of its own and has its own folder among its include paths.
-            targets.append((number, relative.parent / name))
-            return
+        for place in self.projects_of(relative, target):
+            if (self.root / place / name).is_file():
+                targets.append((number, place / name))
+                return
         if not (self.root / name).is_file():
             self.fault(relative, number, f'"{name}" is not a path from the root of the tree')
             return
@@ -138,6 +138,14 @@ class Checker:
         own, other = folder_of(relative), folder_of(target)
         if other and other in FLOOR_OF and FLOOR_OF[other] > FLOOR_OF.get(own, -1):
             self.fault(relative, number, f'shared/{own or "."} stands below shared/{other}: "{name}" is upwards')
+
+    @staticmethod
+    def projects_of(relative, target):
+        """The folders around a file that stand for a project of their own, with themselves among its include paths."""
+        if relative.parts[0] == "examples":
+            yield relative.parent
+        if relative.parts[0] == "tests" and target.parts[0] == "shared":
+            yield from relative.parents[:-1]
 
     def check_system(self, relative, number, name):
         if OS_HEADER.match(name) and relative.parts[0] != "bench":

@@ -2,7 +2,7 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// The example of docs/archives.md, which quotes it from mark to mark.
+/// The example of docs/archives.md.
 
 #pragma once
 
@@ -16,7 +16,7 @@
 
 namespace shr::test {
 
-// classes
+// [classes]
 struct Shape : TypedObject<Shape> {
   std::wstring name;
   void Serialize(Archive& archive) override { archive(name); }
@@ -29,9 +29,9 @@ struct Circle : TypedObject<Circle, Shape> {
     archive(x, y, radius);
   }
 };
-// end
+// [end]
 
-// use
+// [use]
 inline void SaveMap(const GString& path, std::vector<std::shared_ptr<Shape>>& shapes) {
   Archive archive(path, Archive::Store);
   archive(shapes);
@@ -46,6 +46,6 @@ inline std::vector<std::shared_ptr<Shape>> LoadMap(const GString& path) {
   archive.SyncCheck();
   return shapes;
 }
-// end
+// [end]
 
 }  // namespace shr::test

@@ -21,6 +21,7 @@ namespace shr::test {
 inline constexpr unsigned SURVEY_MAGIC = 0x59565253;  // "SRVY"
 inline constexpr int SURVEY_VERSION = 2;
 
+// [survey]
 class CSurvey : public TypedObject<CSurvey> {
 public:
   void Serialize(Archive& archive) override {
@@ -45,5 +46,6 @@ inline void TransferSurvey(Archive& archive, std::shared_ptr<CSurvey>& survey) {
   archive(survey);
   archive.SyncCheck();
 }
+// [end]
 
 }  // namespace shr::test

@@ -19,6 +19,8 @@ SOUND = {
     "examples/map/Main.cpp": '#include "Map.h"\n#include "shared/files/B.h"\n',
     "examples/map/Map.h": "#pragma once\n",
     "tests/files/BTest.cpp": '#include "shared/files/B.h"\n#ifdef _WIN32\n#endif\n',
+    "tests/checks/unit/shared/text/U.h": "#pragma once\n",
+    "tests/checks/unit/tests/text/UTest.cpp": '#include "shared/files/B.h"\n#include "shared/text/U.h"\n',
 }
 
 # name, the files that differ from the sound tree, a part of the one fault that must be told
@@ -29,6 +31,8 @@ CASES = [
                             "shared/text/D.h": '#pragma once\n#include "shared/text/A.h"\n'}, "includes itself"),
     ("angle brackets", {"shared/files/B.h": "#pragma once\n#include <shared/text/A.h>\n"}, "with quotes"),
     ("relative path", {"shared/files/B.h": '#pragma once\n#include "../text/A.h"\n'}, "not a path from the root"),
+    ("test beside a test", {"tests/files/BTest.cpp": '#include "Help.h"\n',
+                           "tests/files/Help.h": "#pragma once\n"}, "not a path from the root"),
     ("library includes tests", {"shared/files/E.cpp": '#include "tests/files/BTest.cpp"\n'}, "may not include"),
     ("windows.h in a subsystem", {"shared/files/E.cpp": "#include <Windows.h>\n"}, "belongs into shared/platform"),
     ("windows.h in a platform header", {"shared/platform/D.h": "#pragma once\n#include <windows.h>\n"}, "belongs into"),

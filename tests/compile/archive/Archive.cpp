@@ -7,6 +7,7 @@
 
 namespace {
 
+// [pair]
 void aSizeIsNotStoredIn32Bits(shr::Archive& archive, std::size_t& size) {
 #ifdef MUST_NOT_COMPILE  // use Transfer64 for 8 bytes
   archive(size);
@@ -14,6 +15,7 @@ void aSizeIsNotStoredIn32Bits(shr::Archive& archive, std::size_t& size) {
   archive.Transfer64(size);
 #endif
 }
+// [end]
 
 void sizesInContainersAreNotStoredIn32Bits(shr::Archive& archive, std::vector<std::size_t>& sizes) {
 #ifdef MUST_NOT_COMPILE  // use Transfer64|no matching function
