@@ -27,14 +27,9 @@ constexpr unsigned int MAGIC = 0x5250414D;  // "MAPR"
 /// Window coordinates reach from -180 to 360 and shifted ones not much further.
 constexpr double FARTHEST = 1000;
 
-/// Sizes and indices take 8 bytes, `NONE` is all ones.
-void TransferSize(Archive& archive, std::size_t& value) {
-  std::uint64_t wide = value;
-  archive.Transfer(&wide, sizeof wide);
-  value = static_cast<std::size_t>(wide);
-}
-
-void TransferOptional(Archive& archive, std::optional<double>& value) {
+/// Takes 9 bytes with and without a value, unlike an optional of the archive: so it is in files of
+/// version 1.
+void TransferGiven(Archive& archive, std::optional<double>& value) {
   bool hasValue = value.has_value();
   double number = value.value_or(0);
   archive.Transfer(hasValue);
@@ -182,8 +177,8 @@ void Country::Serialize(Archive& archive) {
   Transfer(archive, rings);
   Transfer(archive, outerRings);
   Transfer(archive, visible);
-  TransferSize(archive, eventCount);
-  TransferSize(archive, largestEvent);
+  archive.Transfer64(eventCount);
+  archive.Transfer64(largestEvent);
   Transfer(archive, fill);
 }
 
@@ -197,10 +192,10 @@ void Event::Serialize(Archive& archive) {
   Transfer(archive, time);
   Transfer(archive, place);
   Transfer(archive, position);
-  TransferOptional(archive, depth);
-  TransferOptional(archive, magnitude);
+  TransferGiven(archive, depth);
+  TransferGiven(archive, magnitude);
   Transfer(archive, visible);
-  TransferSize(archive, country);
+  archive.Transfer64(country);
 }
 
 void City::Serialize(Archive& archive) {
@@ -218,10 +213,10 @@ void Source::Serialize(Archive& archive) {
 }
 
 void ColorClass::Serialize(Archive& archive) {
-  TransferSize(archive, from);
-  TransferSize(archive, to);
+  archive.Transfer64(from);
+  archive.Transfer64(to);
   Transfer(archive, color);
-  TransferSize(archive, countries);
+  archive.Transfer64(countries);
 }
 
 void Palette::Serialize(Archive& archive) {
@@ -232,8 +227,8 @@ void Palette::Serialize(Archive& archive) {
 void View::Serialize(Archive& archive) {
   if (archive.IsLoading()) title.clear();
   Transfer(archive, title);
-  TransferSize(archive, labels);
-  TransferSize(archive, strongest);
+  archive.Transfer64(labels);
+  archive.Transfer64(strongest);
   Transfer(archive, dashes);
 }
 
