@@ -134,7 +134,7 @@ int main(int count, char** arguments) {
   try {
     return Run(arguments[1], GString(arguments[2]));
   } catch (const Exception& error) {
-    std::cerr << error.GetDescription().ToNarrow(65001) << '\n';
+    std::cerr << error.GetDescription().ToUtf8() << '\n';
     return 1;
   }
 }

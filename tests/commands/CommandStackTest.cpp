@@ -43,7 +43,7 @@ protected:
     for (const auto& command : stack) {
       if (command == stack.UndoCommand()) picture += '<';
       if (command == stack.RedoCommand()) picture += '>';
-      picture += command->Key().ToNarrow(65001);
+      picture += command->Key().ToUtf8();
     }
     return picture;
   }
@@ -223,7 +223,7 @@ TEST_F(CommandStackTest, aCommandMayChangeTheStackWhileItIsUndoneOrRedone) {
       for (const auto& command : own) {
         ASSERT_NE(nullptr, command) << row.name;
         if (command == own.UndoCommand()) picture += '<';
-        picture += command->Key().ToNarrow(65001);
+        picture += command->Key().ToUtf8();
       }
       EXPECT_EQ(0u, picture.find(row.pictureBehind)) << row.name << isRedo << picture;
       EXPECT_EQ(*row.pictureBehind == '\0', picture.empty()) << row.name << isRedo;

@@ -20,8 +20,8 @@ std::string ErrorOf(Action action) {
   try {
     action();
   } catch (const Exception& error) {
-    return error.GetSrcFile().ToNarrow(65001) + ":" + std::to_string(error.GetSrcLine()) + ":" +
-           error.GetDescription().ToNarrow(65001);
+    return error.GetSrcFile().ToUtf8() + ":" + std::to_string(error.GetSrcLine()) + ":" +
+           error.GetDescription().ToUtf8();
   } catch (const std::exception& error) {
     return error.what();
   }

@@ -30,7 +30,7 @@ class RecordingFactory : public CommandFactory {
 public:
   explicit RecordingFactory(const GString& key) : RecordingFactory(key, this) {}
   RecordingFactory(const GString& key, CommandFactory* creator)
-      : CommandFactory(key, creator), name_(key.ToNarrow(65001)) {}
+      : CommandFactory(key, creator), name_(key.ToUtf8()) {}
 
 private:
   std::unique_ptr<Command> ConstructImpl() const override {

@@ -22,7 +22,7 @@ std::string DescriptionOfThrown() {
   } catch (const shr::InternalErrorException&) {
     return "wrong type";
   } catch (const shr::Exception& error) {
-    return error.GetDescription().ToNarrow(65001);
+    return error.GetDescription().ToUtf8();
   }
 }
 
@@ -40,7 +40,7 @@ bool KnowsTeal() {
 int main() {
   shr::GString text;
   text.FormatString(L"%s has %d points", L"\x00c5land", 12);
-  const std::string utf8 = text.ToNarrow(65001);
+  const std::string utf8 = text.ToUtf8();
   const std::string caught = DescriptionOfThrown();
   std::printf("%s\n%s\n", utf8.c_str(), caught.c_str());
   if (!KnowsTeal()) return 2;

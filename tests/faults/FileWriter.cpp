@@ -91,7 +91,7 @@ Kind Registry(const std::string& folder) {
     const RegistryValue kept = {RegistryType::Binary, "kept"};
     if (!opened || (save == 0 && key.Set(L"Kept", kept) != RegistryStatus::Success) ||
         key.Set(L"Save", ValueOf(save)) != RegistryStatus::Success) {
-      Fail(RegistryErrorText().ToNarrow(65001));
+      Fail(RegistryErrorText().ToUtf8());
     }
   };
   const auto read = [] {
@@ -100,7 +100,7 @@ Kind Registry(const std::string& folder) {
     if (key.Open(HKEY_CURRENT_USER, L"Kill", RegistryAccess::Read) != RegistryStatus::Success ||
         key.Query(L"Kept", kept) != RegistryStatus::Success ||
         key.Query(L"Save", value) != RegistryStatus::Success) {
-      Fail(RegistryErrorText().ToNarrow(65001));
+      Fail(RegistryErrorText().ToUtf8());
     }
     const int save = std::stoi(value.bytes);
     if (kept.bytes != "kept" || value != ValueOf(save)) Fail("the values are not of one save");
@@ -163,7 +163,7 @@ int main(int count, char** arguments) {
     }
     return 0;
   } catch (const shr::Exception& error) {
-    Fail(error.GetDescription().ToNarrow(65001));
+    Fail(error.GetDescription().ToUtf8());
   } catch (const std::exception& error) {
     Fail(error.what());
   }

@@ -122,11 +122,11 @@ TEST(EncodedDetection, contentOverrulesTheRequestUnlessKept) {
 TEST(EncodedDetection, onlyTheReadingModesLookAtTheContent) {
   const ScratchFile file(Utf16Bytes(PROSE, LITTLE));
   for (const wchar_t* mode : {L"r", L"r+", L"rt", L"rt+", L"rb", L"rb+"}) {
-    SCOPED_TRACE(GString(mode).ToNarrow(65001));
+    SCOPED_TRACE(GString(mode).ToUtf8());
     ExpectFound(file, {mode, EncodingUTF8}, LE);
   }
   for (const wchar_t* mode : {L"r+t", L"r+b"}) {
-    SCOPED_TRACE(GString(mode).ToNarrow(65001));
+    SCOPED_TRACE(GString(mode).ToUtf8());
     ExpectFound(file, {mode, EncodingUTF8}, U8);
   }
 }
@@ -221,7 +221,7 @@ TEST(EncodedDetection, cityFilesHoldTheSameRows) {
     ASSERT_EQ(lines.size(), file.rows + 1);
     EXPECT_TRUE(file.rows + 1 != all.size() || lines == all);
     for (const std::wstring& line : lines) {
-      ASSERT_TRUE(known.contains(line)) << GString(line).ToNarrow(65001);
+      ASSERT_TRUE(known.contains(line)) << GString(line).ToUtf8();
     }
   }
 }

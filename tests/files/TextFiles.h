@@ -78,9 +78,7 @@ inline std::string Utf16Bytes(std::wstring_view text, ByteOrder order) {
 }
 
 inline std::string Utf8Bytes(std::wstring_view text) {
-  std::string bytes(text.size() * UTF8_BYTES_PER_UNIT, '\0');
-  bytes.resize(WideToUtf8(text, bytes.data()));
-  return bytes;
+  return GString(text).ToUtf8();
 }
 
 }  // namespace shr::test

@@ -16,7 +16,7 @@ TEST(Console, textGoesToAFileAsUtf8WithItsLineEnds) {
   const GString path = folder.Path(L"out.txt");
   // Text mode: the runtime would make pairs of line feeds on Windows, before and after but not in
   // WriteText.
-  std::FILE* const stream = std::fopen(path.ToNarrow(65001).c_str(), "w");
+  std::FILE* const stream = std::fopen(path.ToUtf8().c_str(), "w");
   ASSERT_NE(nullptr, stream);
   EXPECT_FALSE(platform::IsTerminal(stream));
   EXPECT_TRUE(platform::WriteText(stream, L"a\n\x00E9\x5730\r\n"));
@@ -29,7 +29,7 @@ TEST(Console, aStreamThatTakesNothingIsTold) {
   const test::TemporaryFolder folder;
   const GString path = folder.Path(L"in.txt");
   test::WriteBytes(path, "x");
-  std::FILE* const stream = std::fopen(path.ToNarrow(65001).c_str(), "r");
+  std::FILE* const stream = std::fopen(path.ToUtf8().c_str(), "r");
   ASSERT_NE(nullptr, stream);
   EXPECT_FALSE(platform::WriteText(stream, L"text"));
   std::fclose(stream);

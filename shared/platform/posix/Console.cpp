@@ -8,20 +8,10 @@
 
 #include <cerrno>
 #include <string>
-#include <string_view>
-
-#include "shared/platform/RawFile.h"
-#include "shared/text/Utf.h"
 
 namespace shr::platform {
 
 namespace {
-
-GString FromUtf8(std::string_view bytes) {
-  std::wstring text(bytes.size(), L'\0');
-  text.resize(Utf8ToWide(bytes, text.data()));
-  return GString(std::move(text));
-}
 
 /// Fills the places of closed standard descriptors with the null device, open the wrong way round.
 void KeepStandardDescriptors() {
@@ -37,7 +27,7 @@ void KeepStandardDescriptors() {
 std::vector<GString> ProgramArguments(int argc, const char* const* argv) {
   KeepStandardDescriptors();
   std::vector<GString> arguments;
-  for (int i = 0; i < argc; ++i) arguments.push_back(FromUtf8(argv[i]));
+  for (int i = 0; i < argc; ++i) arguments.push_back(GString::FromUtf8(argv[i]));
   return arguments;
 }
 
@@ -46,18 +36,9 @@ bool IsTerminal(std::FILE* stream) {
 }
 
 bool WriteText(std::FILE* stream, const GString& text) {
-  std::string bytes(text.size() * UTF8_BYTES_PER_UNIT, '\0');
-  bytes.resize(WideToUtf8(text, bytes.data()));
+  const std::string bytes = text.ToUtf8();
   const bool written = std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size();
   return std::fflush(stream) == 0 && written;
-}
-
-int WriteResult(const GString& program, const GString& text) {
-  ClearLastError();
-  if (WriteText(stdout, text)) return 0;
-  const GString reason = LastErrorText();
-  WriteText(stderr, program + L": Unable to write the standard output. " + reason + L"\n");
-  return 1;
 }
 
 }  // namespace shr::platform

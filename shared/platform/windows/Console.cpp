@@ -14,9 +14,6 @@
 #include <memory>
 #include <string>
 
-#include "shared/platform/RawFile.h"
-#include "shared/text/Utf.h"
-
 namespace shr::platform {
 
 namespace {
@@ -72,17 +69,7 @@ bool IsTerminal(std::FILE* stream) {
 bool WriteText(std::FILE* stream, const GString& text) {
   const HANDLE handle = StreamHandle(stream);
   if (IsConsole(handle)) return std::fflush(stream) == 0 && WriteConsoleText(handle, text);
-  std::string bytes(text.size() * UTF8_BYTES_PER_UNIT, '\0');
-  bytes.resize(WideToUtf8(text, bytes.data()));
-  return WriteBytes(stream, bytes);
-}
-
-int WriteResult(const GString& program, const GString& text) {
-  ClearLastError();
-  if (WriteText(stdout, text)) return 0;
-  const GString reason = LastErrorText();
-  WriteText(stderr, program + L": Unable to write the standard output. " + reason + L"\n");
-  return 1;
+  return WriteBytes(stream, text.ToUtf8());
 }
 
 }  // namespace shr::platform

@@ -55,10 +55,6 @@ constexpr struct {
     {"FeatureCollection", Kind::FeatureCollection, FEATURES},
 };
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 /// Returns the value of a hexadecimal digit, or -1.
 int HexDigit(char c) {
   if (IsDigit(c)) return c - '0';

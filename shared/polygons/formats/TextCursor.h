@@ -15,6 +15,10 @@
 
 namespace shr {
 
+constexpr bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
 class TextCursor {
 public:
   TextCursor(std::string_view text, const wchar_t* format) : text_(text), format_(format) {}

@@ -26,10 +26,6 @@ bool IsLetter(char c) {
   return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 class Reader {
 public:
   explicit Reader(std::string_view text) : cursor_(text, L"WKT") {}

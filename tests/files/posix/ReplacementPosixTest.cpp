@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "shared/files/ReplacementFile.h"
+#include "tests/files/Replacing.h"
 #include "tests/support/Failures.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/posix/ChildProcess.h"
@@ -33,7 +34,9 @@ namespace {
 using test::Failure;
 using test::HasSystemText;
 using test::ReadBytes;
+using test::Replace;
 using test::TemporaryFolder;
+using test::TemporaryIn;
 using test::WriteBytes;
 
 struct stat StatusOf(const GString& path) {
@@ -44,20 +47,6 @@ struct stat StatusOf(const GString& path) {
 
 unsigned ModeOf(const GString& path) {
   return StatusOf(path).st_mode & 07777u;
-}
-
-void Replace(const GString& path, std::string_view content) {
-  CReplacementFile file(path);
-  file.Write(content);
-  file.Commit();
-}
-
-/// Returns the name of the only temporary file.
-GString TemporaryIn(const TemporaryFolder& folder) {
-  for (const GString& name : folder.Names()) {
-    if (name.String().starts_with(L"~shared-")) return folder.Path(name);
-  }
-  return GString();
 }
 
 TEST(PosixReplacement, whatIsNotContentStays) {
@@ -73,7 +62,8 @@ TEST(PosixReplacement, whatIsNotContentStays) {
   const bool attributes = setxattr(native.c_str(), "user.note", "kept", 4, 0) == 0;
   CReplacementFile file(path);
   file.Write(std::string(100'000, 'x'));
-  EXPECT_EQ(0600u, ModeOf(TemporaryIn(folder))) << "nobody else reads what is not complete";
+  EXPECT_EQ(0600u, ModeOf(folder.Path(TemporaryIn(folder))))
+      << "nobody else reads what is not complete";
   file.Commit();
   EXPECT_EQ(owner, StatusOf(path).st_uid);
   EXPECT_EQ(group, StatusOf(path).st_gid);
@@ -87,7 +77,7 @@ TEST(PosixReplacement, newFilesHaveTheUsualRights) {
   const mode_t before = umask(027);
   {
     CReplacementFile file(folder.Path(L"a.html"));
-    EXPECT_EQ(0600u, ModeOf(TemporaryIn(folder)));
+    EXPECT_EQ(0600u, ModeOf(folder.Path(TemporaryIn(folder))));
     file.Commit();
   }
   umask(before);

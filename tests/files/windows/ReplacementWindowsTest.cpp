@@ -9,6 +9,7 @@
 #include <string>
 
 #include "shared/files/ReplacementFile.h"
+#include "tests/files/Replacing.h"
 #include "tests/support/Failures.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -18,22 +19,10 @@ namespace {
 using test::Failure;
 using test::HasSystemText;
 using test::ReadBytes;
+using test::Replace;
 using test::TemporaryFolder;
+using test::TemporaryIn;
 using test::WriteBytes;
-
-void Replace(const GString& path, std::string_view content) {
-  CReplacementFile file(path);
-  file.Write(content);
-  file.Commit();
-}
-
-/// Returns the name of the only temporary file.
-GString TemporaryIn(const TemporaryFolder& folder) {
-  for (const GString& name : folder.Names()) {
-    if (name.String().starts_with(L"~shared-")) return name;
-  }
-  return GString();
-}
 
 TEST(WindowsReplacement, attributesStay) {
   const TemporaryFolder folder;

@@ -218,9 +218,7 @@ TEST_F(RegistryFileTest, changesOfOtherProcessesAreSeenAtOnce) {
 }
 
 TEST_F(RegistryFileTest, theFolderIsChosenByTheEnvironment) {
-  const auto path = [this](const char* name) {
-    return sandbox.Folder().Path().ToNarrow(65001) + name;
-  };
+  const auto path = [this](const char* name) { return sandbox.Folder().Path().ToUtf8() + name; };
   unsetenv("SHARED_REGISTRY_DIR");
   const char* const home = std::getenv("HOME");
   const std::string oldHome = home ? home : "";
@@ -265,7 +263,7 @@ TEST_F(RegistryFileTest, foldersAndPipesAreNoFiles) {
   EXPECT_EQ(Set(L"x", "1"), RegistryStatus::IoFailed);
   EXPECT_TRUE(test::Exists(File()));
   std::filesystem::remove(test::ToFilesystemPath(File()));
-  ASSERT_EQ(mkfifo(File().ToNarrow(65001).c_str(), 0600), 0);
+  ASSERT_EQ(mkfifo(File().ToUtf8().c_str(), 0600), 0);
   EXPECT_EQ(OpenStatus(), RegistryStatus::IoFailed);
 }
 

@@ -13,7 +13,7 @@ constexpr const char* FOLDER_VARIABLE = "SHARED_REGISTRY_DIR";
 }  // namespace
 
 RegistrySandbox::RegistrySandbox() : key_(L"Software\\Shared tests\\Sandbox") {
-  setenv(FOLDER_VARIABLE, folder_.Path().ToNarrow(65001).c_str(), 1);
+  setenv(FOLDER_VARIABLE, folder_.Path().ToUtf8().c_str(), 1);
 }
 
 RegistrySandbox::~RegistrySandbox() {
