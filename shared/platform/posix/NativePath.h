@@ -23,9 +23,7 @@ inline std::string ToNativePath(std::wstring_view path) {
 
 /// Returns the wide form of a path of the system. Bytes that are not UTF-8 become U+FFFD.
 inline GString FromNativePath(std::string_view native) {
-  std::wstring path(native.size(), L'\0');
-  path.resize(Utf8ToWide(native, path.data()));
-  return GString(std::move(path));
+  return GString::FromUtf8(native);
 }
 
 /// Returns true when `path` can be handed to the system as it stands: not empty, no zero unit in
