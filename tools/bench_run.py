@@ -7,6 +7,8 @@ All contenders of a program share one process and are repeated in mixed order, s
 a while hits all of them alike. A contender whose name ends in "@alone" (subsystem/task/geos@alone/30) has a process
 of its own for every repetition, at one size: nothing is left in memory by the others. One that fails there is told
 and left out, unless it is ours. Results go to FOLDER/<program>.json, for tools/bench_table.py.
+
+Contenders of a row that tell the counters `area` and `area_tolerance` (relative) must agree on the area.
 """
 
 import argparse
@@ -59,6 +61,20 @@ def filter_of(names):
     return "^(" + "|".join(quoted) + ")$"
 
 
+def check_areas(entries):
+    """Demands of all contenders of a row that they agree on the area of the result, within the wider tolerance."""
+    first = {}
+    for entry in entries:
+        if "area" not in entry:
+            continue
+        name = entry.get("run_name", entry["name"])
+        row, _, size = split_name(name)
+        other = first.setdefault((row, size), entry)
+        tolerance = max(entry["area_tolerance"], other["area_tolerance"])
+        if not abs(entry["area"] - other["area"]) <= tolerance * abs(other["area"]):
+            raise Failure(f"{name}: the area is {entry['area']:.17g}, that of {other['name']} {other['area']:.17g}")
+
+
 class Program:
     def __init__(self, path, options):
         self.path = pathlib.Path(path)
@@ -104,6 +120,7 @@ class Program:
         print(f"Running {self.path} ({len(together)} together, {len(alone)} alone)", flush=True)
         documents = [self.measure(together, self.options.repetitions)] if together else []
         documents += self.measure_alone(alone)
+        check_areas(entry for document in documents for entry in document["benchmarks"])
         merged = {"context": documents[0].get("context", {}) if documents else {},
                   "benchmarks": [entry for document in documents for entry in document["benchmarks"]]}
         self.out.write_text(json.dumps(merged, indent=1), encoding="utf-8")

@@ -25,7 +25,8 @@ using test::BooleanResult;
 using test::Contours;
 using test::Operation;
 
-/// Polygons, each an outer contour and its holes, that neither cross nor overlap each other.
+/// Polygons, each an outer contour and its holes. Those of an operand neither cross nor overlap
+/// each other unless a workload says so.
 struct BooleanWork {
   std::vector<Contours> subject;
   std::vector<Contours> clip;
@@ -43,10 +44,17 @@ public:
   virtual bool Operate(Operation operation) = 0;
   /// Unites all polygons of the subject, which may overlap.
   virtual bool UniteSubject() = 0;
+  /// Grows the subject with round joins, whose arcs lie at most 0.25 % of the distance inside the
+  /// true ones. Returns false where the contender has no such function.
+  virtual bool OffsetSubject(double) { return false; }
   virtual BooleanResult Result() const = 0;
 };
 
+/// The clipper, by the even-odd rule over all contours of an operand.
 std::unique_ptr<BooleanContender> MakeOurContender();
+std::unique_ptr<BooleanContender> MakeGPolygon2dContender();
+/// `GPolygon`, for the offset alone.
+std::unique_ptr<BooleanContender> MakeGPolygonContender();
 std::unique_ptr<BooleanContender> MakeBoostContender();
 std::unique_ptr<BooleanContender> MakeGeosContender();
 std::unique_ptr<BooleanContender> MakeClipperContender();

@@ -5,7 +5,9 @@
 
 #include "bench/polygons/BooleanContender.h"
 #include "shared/polygons/GPolygon.h"
+#include "shared/polygons/GPolygon2d.h"
 #include "shared/polygons/MultiPolygon.h"
+#include "tests/polygons/GPolygon2dTestSupport.h"
 #include "tests/polygons/GpcTestSupport.h"
 
 namespace shr::bench {
@@ -44,10 +46,90 @@ private:
   test::GpcResult result_;
 };
 
+GPolygon2d ToGPolygon2d(const std::vector<Contours>& polygons) {
+  MultiPolygon2d model;
+  for (const Contours& polygon : polygons) {
+    Polygon2d& part = model.emplace_back();
+    part.outer().assign(polygon.front().begin(), polygon.front().end());
+    for (std::size_t i = 1; i < polygon.size(); ++i) {
+      part.inners().emplace_back().assign(polygon[i].begin(), polygon[i].end());
+    }
+  }
+  return GPolygon2d(model);
+}
+
+class GPolygon2dContender : public BooleanContender {
+public:
+  void Prepare(const BooleanWork& work) override {
+    subject_ = ToGPolygon2d(work.subject);
+    clip_ = ToGPolygon2d(work.clip);
+    polygons_.clear();
+    for (const Contours& polygon : work.subject) polygons_.push_back(ToGPolygon2d({polygon}));
+  }
+  bool Operate(Operation operation) override {
+    switch (operation) {
+      case Operation::Difference:
+        subject_.Difference(clip_, result_);
+        break;
+      case Operation::Intersection:
+        subject_.Intersection(clip_, result_);
+        break;
+      case Operation::Xor:
+        subject_.XOR(clip_, result_);
+        break;
+      default:
+        subject_.Union(clip_, result_);
+    }
+    return true;
+  }
+  bool UniteSubject() override {
+    result_ = GPolygon2d::Unite(polygons_);
+    return true;
+  }
+  BooleanResult Result() const override { return test::ResultOf(result_); }
+
+private:
+  GPolygon2d subject_, clip_, result_;
+  std::vector<GPolygon2d> polygons_;
+};
+
+class GPolygonContender : public BooleanContender {
+public:
+  void Prepare(const BooleanWork& work) override {
+    for (const Contours& polygon : work.subject) {
+      for (const auto& contour : polygon) subject_.AddContours(GPolygon(contour));
+    }
+  }
+  bool Operate(Operation) override { return false; }
+  bool UniteSubject() override { return false; }
+  bool OffsetSubject(double distance) override {
+    subject_.Offset(distance, {}, result_);
+    return true;
+  }
+  BooleanResult Result() const override { return test::ResultOf(GPolygon2dOf(result_)); }
+
+private:
+  static GPolygon2d GPolygon2dOf(const GPolygon& polygon) {
+    MultiPolygon2d model;
+    polygon.GetMultiPolygon(model);
+    return GPolygon2d(model);
+  }
+
+  GPolygon subject_, result_;
+};
+
 }  // namespace
 
 std::unique_ptr<BooleanContender> MakeOurContender() {
   return std::make_unique<OurContender>();
+}
+
+std::unique_ptr<BooleanContender> MakeGPolygon2dContender() {
+  return std::make_unique<GPolygon2dContender>();
+}
+
+std::unique_ptr<BooleanContender> MakeGPolygonContender() {
+  return std::make_unique<GPolygonContender>();
 }
 
 std::vector<Contours> ValidPolygons(const Contours& contours) {

@@ -64,6 +64,13 @@ public:
     return Execute(CodeOf(operation), ClipperLib::pftEvenOdd);
   }
   bool UniteSubject() override { return Execute(ClipperLib::ctUnion, ClipperLib::pftNonZero); }
+  bool OffsetSubject(double distance) override {
+    result_.clear();
+    ClipperLib::ClipperOffset offset(2.0, 0.0025 * distance * scale_);
+    offset.AddPaths(subject_, ClipperLib::jtRound, ClipperLib::etClosedPolygon);
+    offset.Execute(result_, distance * scale_);
+    return true;
+  }
   BooleanResult Result() const override {
     BooleanResult result;
     for (const ClipperLib::Path& path : result_) {

@@ -108,6 +108,11 @@ public:
     result_.reset(GEOSUnaryUnion_r(Context(), subject_.get()));
     return result_ != nullptr;
   }
+  /// Eleven edges to a quarter of a circle lie 0.25 % inside of it.
+  bool OffsetSubject(double distance) override {
+    result_.reset(GEOSBuffer_r(Context(), subject_.get(), distance, 11));
+    return result_ != nullptr;
+  }
   BooleanResult Result() const override {
     std::vector<Contours> polygons;
     AppendPolygons(result_.get(), polygons);

@@ -71,6 +71,73 @@ std::vector<Contours> Grid(std::size_t count, double shift, double turn) {
   return squares;
 }
 
+/// Returns a polygon whose edges nowhere cross, at most 100 wide.
+Points SmallPolygon(const Vec2d& center, std::size_t size, std::mt19937_64& random) {
+  std::uniform_real_distribution<double> radius(20.0, 50.0);
+  std::uniform_real_distribution<double> turn(0.0, 0.8);
+  Points polygon;
+  for (std::size_t i = 0; i < size; ++i) {
+    const double angle = AngleOf(i, size) + turn(random) * TWO_PI / static_cast<double>(size);
+    polygon.push_back(center + Direction(angle) * radius(random));
+  }
+  return polygon;
+}
+
+BooleanWork SmallPair(std::size_t size, std::mt19937_64& random) {
+  std::uniform_real_distribution<double> offset(-30.0, 30.0);
+  const Points first = SmallPolygon(Vec2d(500.0, 500.0), size, random);
+  const Vec2d center(500.0 + offset(random), 500.0 + offset(random));
+  return {{{first}}, {{SmallPolygon(center, size, random)}}};
+}
+
+/// Returns triangles with a corner in the middle of the map, the first at an angle.
+std::vector<Contours> Spokes(std::size_t count, double first) {
+  const Vec2d hub(500.0, 500.0);
+  const double step = TWO_PI / static_cast<double>(count);
+  std::vector<Contours> triangles;
+  for (std::size_t i = 0; i < count; ++i) {
+    const double angle = first + step * static_cast<double>(i);
+    triangles.push_back(
+        {{hub, hub + Direction(angle) * 400.0, hub + Direction(angle + 0.75 * step) * 400.0}});
+  }
+  return triangles;
+}
+
+/// Returns a contour of long edges through a point, joined at their ends.
+Points Pencil(std::size_t edges, const Vec2d& hub, std::mt19937_64& random) {
+  std::uniform_real_distribution<double> within(0.0, 0.5);
+  Points contour;
+  for (std::size_t i = 0; i < edges; ++i) {
+    const double place = static_cast<double>(i) + within(random);
+    const Vec2d arm =
+        Direction(0.1 + 2.8 * place / static_cast<double>(edges)) * (i % 2 == 0 ? 450.0 : -450.0);
+    contour.push_back(hub + arm);
+    contour.push_back(hub - arm);
+  }
+  return contour;
+}
+
+/// Returns quadrilaterals around the origin with their corners off by `jitter`, turned.
+std::vector<Contours> NearbyQuads(std::size_t count, const Vec2d& half, double jitter) {
+  std::mt19937_64 random(count);
+  std::uniform_real_distribution<double> off(-jitter, jitter);
+  const Vec2d along = Direction(0.3);
+  const Vec2d across(-along.y, along.x);
+  const auto corner = [&](double x, double y) {
+    const Vec2d at = along * (x * half.x) + across * (y * half.y);
+    return at + Vec2d(off(random), off(random));
+  };
+  std::vector<Contours> quads;
+  for (std::size_t i = 0; i < count; ++i) {
+    quads.push_back({{corner(-1, -1), corner(1, -1), corner(1, 1), corner(-1, 1)}});
+  }
+  return quads;
+}
+
+Points Square(double half) {
+  return {Vec2d(-half, -half), Vec2d(half, -half), Vec2d(half, half), Vec2d(-half, half)};
+}
+
 Points Comb(std::size_t teeth) {
   const double pitch = 900.0 / static_cast<double>(teeth);
   Points comb;
@@ -148,6 +215,71 @@ BooleanWork MakeCombs(std::size_t size) {
   return {{{comb}}, {{other}}};
 }
 
+BooleanWork MakePolygons(std::size_t size) {
+  std::mt19937_64 random(size);
+  return SmallPair(size, random);
+}
+
+std::vector<BooleanWork> MakeManyPolygons(std::size_t size) {
+  std::mt19937_64 random(size);
+  std::vector<BooleanWork> works;
+  while (works.size() < 1000) works.push_back(SmallPair(size, random));
+  return works;
+}
+
+BooleanWork MakeSpokes(std::size_t size) {
+  return {Spokes(size, 0.0), Spokes(size, 0.5 * TWO_PI / static_cast<double>(size))};
+}
+
+BooleanWork MakePencils(std::size_t size) {
+  std::mt19937_64 random(size);
+  const Vec2d hub(500.3, 499.7);
+  const Points first = Pencil(size / 2, hub, random);
+  return {{{first}}, {{Pencil(size / 2, hub, random)}}};
+}
+
+BooleanWork MakeQuads(std::size_t size) {
+  return {NearbyQuads(size, Vec2d(1.0, 0.5), 1e-6), {{Square(0.6)}}};
+}
+
+BooleanWork MakeNeedlesAndSquare(std::size_t size) {
+  std::mt19937_64 random(size);
+  std::uniform_real_distribution<double> off(-4e-12, 4e-12);
+  const auto near = [&](double x, double y) { return Vec2d(x + off(random), y + off(random)); };
+  std::vector<Contours> needles;
+  for (std::size_t i = 0; i < size; ++i) {
+    needles.push_back({{near(-1.0, -1.0), near(1.0, 0.875), near(1.0, 0.875)}});
+  }
+  return {needles, {{Square(0.25)}}};
+}
+
+BooleanWork MakeBundles(std::size_t size) {
+  return {NearbyQuads(size, Vec2d(1.0, 0.01), 1e-6), {{Square(0.6)}}};
+}
+
+BooleanWork MakeCircles(std::size_t size) {
+  constexpr std::size_t EDGES = 32;
+  std::mt19937_64 random(size);
+  std::uniform_real_distribution<double> coordinate(0.0, 1000.0);
+  std::uniform_real_distribution<double> share(0.5, 1.5);
+  const double middle = 1000.0 / std::sqrt(static_cast<double>(size));
+  std::vector<Contours> circles;
+  for (std::size_t i = 0; i < size; ++i) {
+    const Vec2d center(coordinate(random), coordinate(random));
+    const double radius = middle * share(random);
+    Points& circle = circles.emplace_back().emplace_back();
+    for (std::size_t j = 0; j < EDGES; ++j) {
+      circle.push_back(center + Direction(AngleOf(j, EDGES)) * radius);
+    }
+  }
+  return {circles, {}};
+}
+
+BooleanWork MakeCoastLine(std::size_t size) {
+  std::mt19937_64 random(size);
+  return {{{SmoothStar(Vec2d(500.0, 500.0), size, random)}}, {}};
+}
+
 const std::vector<BooleanWork>& Countries() {
   static const std::vector<BooleanWork> COUNTRIES =
       ReadCountries(SHARED_EXAMPLE_DATA_DIR "/countries-50m.txt");
@@ -158,7 +290,7 @@ const std::vector<BooleanWork>& Countries() {
   return COUNTRIES;
 }
 
-BooleanWork MakeWorld() {
+BooleanWork MakeWorld(std::size_t) {
   BooleanWork world;
   for (const BooleanWork& country : Countries()) {
     world.subject.insert(world.subject.end(), country.subject.begin(), country.subject.end());
@@ -166,7 +298,7 @@ BooleanWork MakeWorld() {
   return world;
 }
 
-std::vector<BooleanWork> MakeCountryCells() {
+std::vector<BooleanWork> MakeCountryCells(std::size_t) {
   constexpr double CELL = 10.0;
   std::vector<BooleanWork> works;
   for (const BooleanWork& country : Countries()) {

@@ -5,6 +5,7 @@
 import contextlib
 import io
 import json
+import math
 import pathlib
 import re
 import sys
@@ -60,6 +61,15 @@ class BenchRun(unittest.TestCase):
     def test_rows_and_ours_only_select(self):
         self.assertEqual(self.run_program(rows="t/w", ours_only=True)[1], [("t/w/ours/10", 1)] * 3)
         self.assertFalse(self.run_program(rows="nothing")[0])
+
+    def test_contenders_must_agree_on_areas(self):
+        def entry(name, area, tolerance):
+            return {"name": name, "area": area, "area_tolerance": tolerance}
+        ours, peer = entry("t/w/ours/10", 1.0, 1e-9), entry("t/w/peer@alone/10", 1.00005, 1e-4)
+        bench_run.check_areas([ours, peer, {"name": "t/w/other/10"}, entry("t/w/ours/20", 7.0, 1e-9)])
+        for wrong in [entry("t/w/third/10", 1.00005, 1e-9), entry("t/w/third/10", math.nan, 1e-4)]:
+            with self.assertRaisesRegex(bench_run.Failure, "t/w/third/10: the area is"):
+                bench_run.check_areas([ours, wrong])
 
     def test_a_filter_matches_its_names_only(self):
         pattern = re.compile(bench_run.filter_of(["a/b(c)/1", "a.b/c+/2"]))
