@@ -61,9 +61,9 @@ public:
     clip_ = ToPaths(work.clip, scale_);
   }
   bool Operate(Operation operation) override {
-    return Execute(CodeOf(operation), ClipperLib::pftEvenOdd);
+    return Execute(CodeOf(operation), clip_, ClipperLib::pftEvenOdd);
   }
-  bool UniteSubject() override { return Execute(ClipperLib::ctUnion, ClipperLib::pftNonZero); }
+  bool UniteSubject() override { return Execute(ClipperLib::ctUnion, {}, ClipperLib::pftNonZero); }
   bool OffsetSubject(double distance) override {
     result_.clear();
     ClipperLib::ClipperOffset offset(2.0, 0.0025 * distance * scale_);
@@ -85,11 +85,11 @@ public:
   }
 
 private:
-  bool Execute(ClipperLib::ClipType code, ClipperLib::PolyFillType rule) {
+  bool Execute(ClipperLib::ClipType code, const Paths& clip, ClipperLib::PolyFillType rule) {
     result_.clear();
     ClipperLib::Clipper clipper;
     clipper.AddPaths(subject_, ClipperLib::ptSubject, true);
-    clipper.AddPaths(clip_, ClipperLib::ptClip, true);
+    clipper.AddPaths(clip, ClipperLib::ptClip, true);
     return clipper.Execute(code, result_, rule, rule);
   }
 
