@@ -17,6 +17,7 @@
 #include "examples/mapreport/ReportPage.h"
 #include "examples/mapreport/RunLog.h"
 #include "examples/mapreport/SvgMap.h"
+#include "examples/mapreport/SvgOverview.h"
 #include "examples/mapreport/TableFiles.h"
 #include "shared/diagnostics/Exception.h"
 #include "shared/files/Path.h"
@@ -122,6 +123,7 @@ Outputs MakeOutputs(Model& model, const Options& options, IProgress& progress) {
   const Operation operation(progress, L"Drawing", 0);
   const MapPicture picture = DrawMap(model);
   Outputs outputs{picture.svg, MakePage(model, picture, MAP_NAME, options.csv)};
+  outputs.overview = DrawOverview(model);
   if (options.csv) outputs.tables = MakeTableFiles(model, picture);
   if (!options.save.empty()) outputs.saved = StoreMap(model);
   if (!options.geojson.empty()) outputs.geojson = MakeGeoJson(model);
@@ -133,6 +135,7 @@ GString WriteOutputs(const Outputs& outputs, const Options& options) {
   const CPath folder(options.outFolder);
   const GString report = folder.Join(PAGE_NAME);
   files.Add(folder.Join(MAP_NAME), outputs.map);
+  files.Add(folder.Join(OVERVIEW_NAME), outputs.overview);
   if (!options.save.empty()) files.Add(options.save, outputs.saved);
   if (!options.geojson.empty()) files.Add(options.geojson, outputs.geojson);
   for (const auto& [name, content] : outputs.tables) files.Add(folder.Join(name), content);

@@ -23,6 +23,7 @@ struct Outputs {
   std::string saved{};    ///< content of the saved map, empty when none is asked for
   std::string geojson{};  ///< content of the GeoJSON file, empty when none is asked for
   std::vector<std::pair<GString, std::string>> tables{};  ///< name and content of the CSV files
+  std::string overview{};                                 ///< content of overview.svg
 };
 
 /// Reads the inputs or the saved map, and runs the steps on it that the options ask for. Errors:

@@ -141,7 +141,8 @@ void AddSettings(CLI::App& app, RawOptions& raw, Options& options) {
 }
 
 void AddOutputs(CLI::App& app, RawOptions& raw, Options& options) {
-  app.add_option("--out", raw.out, "Folder for map.svg and report.html; made when missing")
+  app.add_option("--out", raw.out,
+                 "Folder for map.svg, overview.svg and report.html; made when missing")
       ->type_name("DIR")
       ->required();
   app.add_option("--load", raw.load, "Begin with a saved map instead of inputs")

@@ -10,6 +10,7 @@
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
 #include "examples/mapreport/MapEditor.h"
+#include "examples/mapreport/SvgOverview.h"
 #include "examples/mapreport/SvgPoints.h"
 #include "examples/mapreport/TableFiles.h"
 #include "shared/html/HtmlReport.h"
@@ -33,11 +34,14 @@ constexpr const char* STYLE =
     ".note   {color:#555555; font-size:smaller;}\n"
     ".scroll {overflow-x:auto; margin:0 0 2em 0;}\n"
     "IMG     {max-width:100%; height:auto;}\n"
+    ".overview {float:right; margin:0 0 0.5em 1em;}\n"
+    ".scroll {clear:both;}\n"
     "@media screen and (max-width:700px) {\n"
     "  BODY  {margin:0.5em auto; padding:0 0.6em;}\n"
     "  H1    {font-size:1.4em;}\n"
     "  H2    {font-size:1.15em;}\n"
-    "  IMG   {max-width:none; width:900px;}\n"
+    "  .scroll IMG {max-width:none; width:900px;}\n"
+    "  .overview {float:none; margin:0;}\n"
     "  TD, TH {white-space:nowrap;}\n"
     "}\n"
     "@media print {\n"
@@ -142,6 +146,16 @@ void WriteAreas(CHtmlReport& report, const Model& model) {
             FormatCount(rings.points.size(), L"point", L"points") + L".";
   }
   if (!text.empty()) report << Paragraph(HtmlEscape(text), CoreAttrib("", "note", "", ""));
+}
+
+void WriteOverview(CHtmlReport& report) {
+  ImageAttrib image;
+  image.CLASS = "overview";
+  image.SRC = HtmlEscape(OVERVIEW_NAME);
+  image.ALT = "Where the map lies";
+  image.WIDTH = std::to_string(OVERVIEW_WIDTH);
+  image.HEIGHT = std::to_string(OVERVIEW_HEIGHT);
+  report << Img(image);
 }
 
 void WritePicture(CHtmlReport& report, const Model& model, const MapPicture& picture,
@@ -284,6 +298,7 @@ std::string MakePage(const Model& model, const MapPicture& picture, const GStrin
   CHtmlReport report;
   const std::string title = HtmlEscape(model.view.title);
   report << Preamble(title, STYLE) << Heading(1, title);
+  WriteOverview(report);
   WriteSummary(report, model);
   WriteAreas(report, model);
   WritePicture(report, model, picture, pictureName);

@@ -15,6 +15,7 @@
 #include "examples/mapreport/Projection.h"
 #include "examples/mapreport/ReportPage.h"
 #include "examples/mapreport/SvgMap.h"
+#include "examples/mapreport/SvgOverview.h"
 #include "examples/mapreport/SvgPoints.h"
 #include "examples/mapreport/SvgWriter.h"
 #include "examples/mapreport/TableFiles.h"
@@ -242,6 +243,30 @@ TEST(SvgMap, manyEventsAreCountedInSquares) {
   EXPECT_TRUE(Contains(picture.svg, " events, counted in squares</title>"));
   const std::string page = MakePage(model, picture, L"map.svg");
   EXPECT_TRUE(Contains(page, "the strongest 5,000 are drawn one by one; the other 95,00"));
+}
+
+TEST(Overview, showsTheWorldWithFewPoints) {
+  Model model = SmallModel();
+  Draw(model, Box2d(170, -5, 190, 15));
+  std::string svg = DrawOverview(model);
+  // The country with its hole, the one outside of the window, and the window at both sides.
+  EXPECT_EQ(2u, Count(svg, "class=\"country\""));
+  EXPECT_EQ(3u, Count(svg, "M"));
+  EXPECT_EQ(2u, Count(svg, "class=\"window\""));
+  // Neighbours whose border winds by less than a pixel: both lose the same points.
+  Country west, east;
+  west.rings = {{{20, 0}, {20, 10}, {30, 10}, {30.02, 8}, {29.98, 5}, {30.02, 2}, {30, 0}}, {7}};
+  east.rings = {{{30, 0}, {30.02, 2}, {29.98, 5}, {30.02, 8}, {30, 10}, {40, 10}, {40, 0}}, {7}};
+  model.countries.clear();
+  for (Country* country : {&west, &east}) {
+    country->outerRings = 1;
+    country->MakePolygons();
+    model.countries.push_back(*country);
+  }
+  svg = DrawOverview(model);
+  EXPECT_EQ(2u, Count(svg, "z\"/>"));
+  EXPECT_EQ(1u, Count(svg, "d=\"M177.8 113.2l0-12.6 8.9 0 0 12.6z\"")) << svg;
+  EXPECT_EQ(1u, Count(svg, "d=\"M186.7 113.2l0-12.6 8.9 0 0 12.6z\"")) << svg;
 }
 
 TEST(TableFiles, holdWhatTheReportShows) {

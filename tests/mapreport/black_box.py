@@ -128,7 +128,7 @@ class MapReport(unittest.TestCase):
         status, text = self.run_inputs()
         self.assertEqual(0, status, text)
         self.assertRegex(text, r"^.*report\.html\n$")
-        self.assertEqual(["map.svg", "report.html"], sorted(os.listdir(self.out)))
+        self.assertEqual(["map.svg", "overview.svg", "report.html"], sorted(os.listdir(self.out)))
         status, text = self.run_inputs("--quiet")
         self.assertEqual((0, ""), (status, text))
 

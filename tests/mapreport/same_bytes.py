@@ -23,7 +23,7 @@ CASES = [
     ("pacific", ["--map", "countries-110m.txt", "--cities", "cities-utf16le.csv", "--window", "120,-50,-120,60",
                  "--undo", "2", "--colors", "#ffffcc,#cc0000"]),
 ]
-OUTPUTS = ["map.svg", "report.html", "saved.map", "areas.json"]
+OUTPUTS = ["map.svg", "overview.svg", "report.html", "saved.map", "areas.json"]
 
 
 def digests_of(command, data):
