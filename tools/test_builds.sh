@@ -51,7 +51,12 @@ if [ "${1-}" = --list ]; then
   exit
 fi
 failed=0
-for cell in $(cells | grep -E -- "${1:-.}"); do
+pattern=${1:-.}
+chosen=$(cells | grep -E -- "${pattern//+/\\+}") || { # the + of a compiler's name is no operator
+  echo "no cell is named like '$pattern'; --list prints the names" >&2
+  exit 1
+}
+for cell in $chosen; do
   start=$SECONDS
   if build_cell "$cell" >"$out/$cell.log" 2>&1; then
     result=good

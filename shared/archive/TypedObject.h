@@ -5,11 +5,11 @@
 /// `CTypedObject`, the base of all classes that archives store by reference and create by name, and
 /// `TypedObject`, which supplies what each of them needs beside its fields.
 ///
-///     class CLayer : public TypedObject<CLayer> {
+///     struct CLayer : TypedObject<CLayer> {
 ///       void Serialize(Archive& archive) override { archive(name_, points_); }
 ///       ...
 ///     };
-///     class CRaster : public TypedObject<CRaster, CLayer> {
+///     struct CRaster : TypedObject<CRaster, CLayer> {
 ///       void Serialize(Archive& archive) override { CLayer::Serialize(archive); archive(cells_); }
 ///       ...
 ///     };

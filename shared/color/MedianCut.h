@@ -5,8 +5,9 @@
 /// `MedianCut`, which reduces the colors of an image to a palette, and the `ColorCount` of which
 /// its histogram is made.
 ///
-///     std::vector<ColorCount> histogram = CountColors(image);   // each color once, with its
-///     pixels std::vector<RGBQUAD> palette; MedianCut(histogram, palette, 256);
+///     std::vector<ColorCount> histogram = CountColors(image);  // each color and its pixels
+///     std::vector<RGBQUAD> palette;
+///     MedianCut(histogram, palette, 256);
 ///
 /// Threads: no state; calls with different vectors may run together.
 

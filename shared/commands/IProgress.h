@@ -14,8 +14,8 @@
 ///       }
 ///       void Advance(std::uint64_t done) override {
 ///         GString line;
-///         line.FormatString(L"\r%s %3.0f %%", label_.c_str(), 100.0 * double(done) /
-///         double(total_)); platform::WriteText(stderr, line);
+///         line.FormatString(L"\r%s %3.0f %%", label_, 100.0 * double(done) / double(total_));
+///         platform::WriteText(stderr, line);
 ///       }
 ///       bool IsCancelled() const override { return false; }
 ///       void End() override { platform::WriteText(stderr, L"\n"); }

@@ -4,8 +4,7 @@
 /// @file
 /// The exact answer to the question on which side of a line a point lies.
 ///
-///     int turn = OrientationSign(a, b, c);  // 1: left turn, -1: right turn, 0: exactly on one
-///     line
+///     int turn = OrientationSign(a, b, c);  // 1: left, -1: right, 0: exactly on one line
 ///
 /// Threads: no state.
 

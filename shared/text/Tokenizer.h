@@ -10,8 +10,8 @@
 ///
 ///     CTokenizer fields(L"7, 2.5, \"a, b\"");
 ///     int count; double size; GString name;
-///     bool good = fields.Parse(count) == CTokenizer::TokenOK && fields.Parse(size) ==
-///     CTokenizer::TokenOK &&
+///     bool good = fields.Parse(count) == CTokenizer::TokenOK &&
+///                 fields.Parse(size) == CTokenizer::TokenOK &&
 ///                 fields.Parse(name, true) == CTokenizer::TokenOK;
 ///
 /// Threads: an object may be used by one thread at a time.
