@@ -44,6 +44,16 @@ class Versions(unittest.TestCase):
         for field in set(re.findall(r"\b[a-z]\w*_\b", path.read_text(encoding="utf-8"))):
             self.assertRegex(headers, rf"\b{field}\b")
 
+    def test_the_debian_packages_carry_the_licence_of_the_code_pages(self):
+        licences = (ROOT / "tools/codepages/licences/unicode-icu-data-V3.txt").read_text(encoding="utf-8")
+        notice = re.search(r"Copyright \S+ [\s\d-]+Unicode.*?(?=SPDX)", licences, re.DOTALL)[0].split()
+        told = (ROOT / "packaging/debian/copyright").read_text(encoding="utf-8")
+        stanza = re.search(r"(?m)^License: Unicode-3\.0\n((?: .*\n)+)", told)
+        self.assertIsNotNone(stanza)
+        self.assertIn(" ".join(notice), " ".join(re.sub(r"(?m)^ \.$", "", stanza[1]).split()))
+        for pattern in re.search(r"Files: ([^:]+)\nCopyright: [^:]+\nLicense: Unicode", told)[1].split():
+            self.assertTrue(list(ROOT.glob(pattern)), pattern)
+
     def test_recipes_can_be_read_and_name_files_that_exist(self):
         json.loads((ROOT / "packaging/vcpkg/vcpkg.json").read_text(encoding="utf-8"))
         ast.parse((ROOT / "packaging/conan/conanfile.py").read_text(encoding="utf-8"))
