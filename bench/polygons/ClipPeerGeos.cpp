@@ -16,6 +16,7 @@
 #include <geos/geom/prep/PreparedGeometryFactory.h>
 #include <geos/operation/intersection/Rectangle.h>
 #include <geos/operation/intersection/RectangleIntersection.h>
+#include <geos/simplify/TopologyPreservingSimplifier.h>
 
 #include <utility>
 
@@ -88,6 +89,11 @@ GeosShape::Inside GeosShape::ClipSegments(std::span<const Vec2d> ends) const {
     inside.parts += common->getNumGeometries();
   }
   return inside;
+}
+
+std::size_t GeosShape::Simplify(double distance) const {
+  return geos::simplify::TopologyPreservingSimplifier::simplify(geometry_->shape.get(), distance)
+      ->getNumPoints();
 }
 
 std::size_t GeosShape::CountInside(std::span<const Vec2d> points) const {

@@ -36,6 +36,9 @@ public:
   };
   Inside ClipSegments(std::span<const Vec2d> ends) const;
 
+  /// Simplifies the shape alone, keeping its topology, and returns the number of points left.
+  std::size_t Simplify(double distance) const;
+
   /// Returns the number of points inside, by an index that is built first.
   std::size_t CountInside(std::span<const Vec2d> points) const;
 

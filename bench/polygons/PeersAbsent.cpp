@@ -44,6 +44,10 @@ GeosShape::Inside GeosShape::ClipSegments(std::span<const Vec2d>) const {
   return {};
 }
 
+std::size_t GeosShape::Simplify(double) const {
+  return 0;
+}
+
 std::size_t GeosShape::CountInside(std::span<const Vec2d>) const {
   return 0;
 }
