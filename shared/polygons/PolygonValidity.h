@@ -4,10 +4,9 @@
 /// @file
 /// Is a polygon with holes well-formed, where is it not, and the same area as a polygon that is.
 ///
-///     if (const std::optional<PolygonFault> fault = FindFault(parcel)) {
-///       Report(PolygonFaultText(fault->kind), fault->place);
-///       parcel = MakeValid(parcel);
-///     }
+///     const std::optional<PolygonFault> fault = FindFault(parcel);
+///     if (fault) message = PolygonFaultText(fault->kind);
+///     if (fault) parcel = MakeValid(parcel);
 ///
 /// Areas of any polygon, valid or not, are combined by shared/polygons/GPolygon2d.h; nothing there
 /// asks for validity. Other software often does.
