@@ -69,8 +69,9 @@ struct Anything {
     return true;
   }
 };
-inline constexpr Anything Draw, Fill, Redraw, SaveDocument, SetTitle, Use, UseBuiltInColors,
+inline constexpr Anything Draw, Fill, Redraw, Report, SaveDocument, SetTitle, Use, UseBuiltInColors,
     UseLayer, Warn, Work, Write;
+std::vector<GPolygon2d> ReadCountries();
 
 }  // namespace shr::example
 
