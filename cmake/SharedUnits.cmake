@@ -83,7 +83,7 @@ function(shared_fuzz name)
   else()
     target_link_libraries(${name} PRIVATE Shared_replay)
     add_test(NAME Replay.${name} COMMAND ${name} "${seeds}")
-    set_tests_properties(Replay.${name} PROPERTIES TIMEOUT 120)
+    set_tests_properties(Replay.${name} PROPERTIES TIMEOUT 600)
   endif()
 endfunction()
 
