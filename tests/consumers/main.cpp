@@ -26,10 +26,13 @@ std::string DescriptionOfThrown() {
   }
 }
 
-/// The color file that comes with the library must be found from wherever that is.
+/// The colors must be known, and the color file that is installed with the library must be found from
+/// wherever that is.
 bool KnowsTeal() {
+#ifdef CONSUMER_OF_INSTALLED
   // The colors are compiled in, too, so that the file is found shows only by itself.
   if (!shr::IsFileReadable(shr::LocateFile(L"Colors.ini"))) return false;
+#endif
   const shr::CColorTable& table = shr::CColorTable::Instance();
   std::size_t index = 0;
   return table.IndexFromColor(shr::GString(L"teal"), index) && table[index].Color() == 0x00808000;
