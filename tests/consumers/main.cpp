@@ -26,8 +26,8 @@ std::string DescriptionOfThrown() {
   }
 }
 
-/// The colors must be known, and the color file that is installed with the library must be found from
-/// wherever that is.
+/// The colors must be known, and the color file that is installed with the library must be found
+/// from wherever that is.
 bool KnowsTeal() {
 #ifdef CONSUMER_OF_INSTALLED
   // The colors are compiled in, too, so that the file is found shows only by itself.
