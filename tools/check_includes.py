@@ -26,6 +26,7 @@ FLOORS = [
     ["polygons", "viewing", "numerics"],
     ["fonts"],
     ["mathtext"],
+    ["plots"],
 ]
 FLOOR_OF = {folder: level for level, folders in enumerate(FLOORS) for folder in folders}
 
