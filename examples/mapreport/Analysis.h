@@ -16,8 +16,8 @@
 #include <optional>
 #include <vector>
 
+#include "examples/common/Progress.h"
 #include "examples/mapreport/Model.h"
-#include "examples/mapreport/Progress.h"
 
 namespace mapreport {
 

@@ -3,25 +3,20 @@
 
 #include "examples/mapreport/Application.h"
 
-#include <cstdio>
-#include <exception>
 #include <memory>
-#include <new>
 
+#include "examples/common/OutputFiles.h"
 #include "examples/mapreport/Areas.h"
 #include "examples/mapreport/MapArchive.h"
 #include "examples/mapreport/MapCommands.h"
 #include "examples/mapreport/MapEditor.h"
 #include "examples/mapreport/MapGeoJson.h"
-#include "examples/mapreport/OutputFiles.h"
 #include "examples/mapreport/ReportPage.h"
 #include "examples/mapreport/RunLog.h"
 #include "examples/mapreport/SvgMap.h"
 #include "examples/mapreport/SvgOverview.h"
 #include "examples/mapreport/TableFiles.h"
-#include "shared/diagnostics/Exception.h"
 #include "shared/files/Path.h"
-#include "shared/platform/Console.h"
 
 namespace mapreport {
 
@@ -29,29 +24,10 @@ using namespace shr;
 
 namespace {
 
+constexpr const wchar_t* PROGRAM = L"mapreport";
 constexpr const wchar_t* MAP_NAME = L"map.svg";
 constexpr const wchar_t* PAGE_NAME = L"report.html";
 const Box2d WORLD(-180, -90, 180, 90);
-
-/// Puts a message of several lines, or with characters that move the cursor, on one line.
-GString OneLine(const GString& message) {
-  GString line;
-  for (const wchar_t unit : message) {
-    const bool isControl = unit < 0x20 || unit == 0x7F;
-    if (!isControl) {
-      line += unit;
-    } else if (!line.empty() && line[line.size() - 1] != L' ') {
-      line += L' ';
-    }
-  }
-  return line.TrimRight();
-}
-
-void Complain(const GString& message) {
-  const GString line = OneLine(message);
-  LogFailure(line);
-  platform::WriteText(stderr, L"mapreport: " + line + L"\n");
-}
 
 /// A new map goes through all steps, a saved one through those that the options name.
 void RunSteps(MapEditor& editor, Model& model, const Options& options, IProgress& progress) {
@@ -79,28 +55,22 @@ void RunSteps(MapEditor& editor, Model& model, const Options& options, IProgress
   }
 }
 
-/// Writes a text to standard output; a full or closed one is an error of the run.
-ExitStatus Show(const GString& text) {
-  const int status = platform::WriteResult(L"mapreport", text);
-  return status == 0 ? ExitStatus::Success : ExitStatus::BadInput;
-}
-
 ExitStatus Run(const Options& options) {
   const RunLog log(options.log, options.remoteLog);
   const std::unique_ptr<IProgress> progress = MakeProgress(options.quiet);
   Model model = MakeModel(options, *progress);
   const GString report = WriteOutputs(MakeOutputs(model, options, *progress), options);
   if (options.remember) Remember(SETTINGS_KEY, model.window, model.palette.ramp);
-  return options.quiet ? ExitStatus::Success : Show(report + L"\n");
+  return options.quiet ? ExitStatus::Success : Show(PROGRAM, report + L"\n");
 }
 
 ExitStatus RunArguments(const std::vector<GString>& arguments) {
   const CommandLine commandLine = ParseCommandLine(arguments);
   switch (commandLine.action) {
     case CommandLine::Action::ShowText:
-      return Show(commandLine.text);
+      return Show(PROGRAM, commandLine.text);
     case CommandLine::Action::UsageError:
-      Complain(commandLine.text);
+      LogFailure(Complain(PROGRAM, commandLine.text));
       return ExitStatus::Usage;
     case CommandLine::Action::Run:
       break;
@@ -145,16 +115,8 @@ GString WriteOutputs(const Outputs& outputs, const Options& options) {
 }
 
 ExitStatus RunProgram(const std::vector<GString>& arguments) {
-  try {
-    return RunArguments(arguments);
-  } catch (const Exception& error) {
-    Complain(error.GetDescription());
-  } catch (const std::bad_alloc&) {
-    Complain(L"Out of memory");
-  } catch (const std::exception& error) {
-    Complain(GString(error.what()));
-  }
-  return ExitStatus::BadInput;
+  return examples::RunProgram(
+      PROGRAM, [&] { return RunArguments(arguments); }, LogFailure);
 }
 
 }  // namespace mapreport

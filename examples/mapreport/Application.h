@@ -10,9 +10,10 @@
 #include <utility>
 #include <vector>
 
+#include "examples/common/Program.h"
+#include "examples/common/Progress.h"
 #include "examples/mapreport/Model.h"
 #include "examples/mapreport/Options.h"
-#include "examples/mapreport/Progress.h"
 
 namespace mapreport {
 

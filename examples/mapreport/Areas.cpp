@@ -12,9 +12,9 @@
 #include <utility>
 #include <vector>
 
+#include "examples/common/InputError.h"
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
-#include "examples/mapreport/InputError.h"
 #include "examples/mapreport/PointTables.h"
 #include "shared/diagnostics/Exception.h"
 #include "shared/files/File.h"

@@ -12,8 +12,8 @@
 
 #pragma once
 
+#include "examples/common/Progress.h"
 #include "examples/mapreport/Model.h"
-#include "examples/mapreport/Progress.h"
 
 namespace mapreport {
 

@@ -2,7 +2,7 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// Numbers, places and times as the map and the report write them: in English, the same on every
+/// Places and times as the map and the report write them: in English, the same on every
 /// machine.
 
 #pragma once
@@ -10,21 +10,10 @@
 #include <cstddef>
 #include <optional>
 
+#include "examples/common/NumberText.h"
 #include "examples/mapreport/Model.h"
 
 namespace mapreport {
-
-/// Returns "1,679".
-GString FormatCount(std::size_t count);
-
-/// Returns "1 country" or "12 countries".
-GString FormatCount(std::size_t count, const wchar_t* one, const wchar_t* many);
-
-/// Returns `value` with `decimals` digits behind the point and a true minus sign, never "-0".
-GString FormatNumber(double value, std::size_t decimals);
-
-/// The same, without zeros at the end of the fraction: "2.5", "30".
-GString FormatShort(double value, std::size_t decimals);
 
 /// Returns the magnitude with one decimal, or a dash.
 GString FormatMagnitude(const std::optional<double>& magnitude);

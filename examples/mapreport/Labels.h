@@ -17,10 +17,6 @@
 
 namespace mapreport {
 
-/// Returns about how wide `text` is set in a sans-serif face of `size`: a sum over its characters
-/// by script.
-double EstimateTextWidth(const GString& text, double size);
-
 /// Where a name goes: `position` is the left, middle or right end of its base line, as `anchor`
 /// says.
 struct LabelPlace {

@@ -9,8 +9,8 @@
 #include <cstdint>
 #include <optional>
 
+#include "examples/common/Progress.h"
 #include "examples/mapreport/Model.h"
-#include "examples/mapreport/Progress.h"
 
 namespace mapreport {
 

@@ -12,8 +12,8 @@
 #include <string_view>
 #include <utility>
 
+#include "examples/common/InputError.h"
 #include "examples/mapreport/Analysis.h"
-#include "examples/mapreport/InputError.h"
 #include "examples/mapreport/Settings.h"
 #include "shared/archive/ArchiveTemplates.h"
 

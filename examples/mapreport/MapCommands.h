@@ -14,8 +14,8 @@
 #include <memory>
 #include <utility>
 
+#include "examples/common/Progress.h"
 #include "examples/mapreport/Model.h"
-#include "examples/mapreport/Progress.h"
 #include "shared/commands/Command.h"
 
 namespace mapreport {

@@ -13,8 +13,8 @@
 #include <cstddef>
 #include <memory>
 
+#include "examples/common/Progress.h"
 #include "examples/mapreport/Model.h"
-#include "examples/mapreport/Progress.h"
 #include "shared/commands/CommandStack.h"
 
 namespace mapreport {

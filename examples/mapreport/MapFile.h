@@ -13,8 +13,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "examples/common/TextFormat.h"
 #include "examples/mapreport/Model.h"
-#include "examples/mapreport/TextFormat.h"
 
 namespace mapreport {
 

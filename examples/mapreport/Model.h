@@ -25,8 +25,11 @@ namespace shr {
 class Archive;
 }
 
+namespace examples {}
+
 namespace mapreport {
 
+using namespace examples;  // what the programs share, examples/common/
 using shr::Box2d;
 using shr::Color4b;
 using shr::GPolygon2d;

@@ -10,7 +10,6 @@
 #include "examples/mapreport/SettingsFile.h"
 #include "shared/files/FileUtility.h"
 #include "shared/files/Path.h"
-#include "shared/platform/CodePages.h"
 #include "shared/text/StringUtility.h"
 
 namespace mapreport {
@@ -82,12 +81,6 @@ std::string CheckWindow(const std::string& text) {
 
 std::string CheckColors(const std::string& text) {
   return FaultOfColors(FromUtf8(text)).ToUtf8();
-}
-
-std::string CheckCodePage(const std::string& text) {
-  unsigned int page = 0;
-  if (StringToUnsigned(text, page) && platform::IsCodePageServed(page)) return std::string();
-  return "'" + text + "' is no code page that this system has";
 }
 
 void AddInputs(CLI::App& app, RawOptions& raw) {
@@ -214,18 +207,9 @@ void Complete(const RawOptions& raw, Options& options) {
   options.outFolder = FromUtf8(raw.out);
 }
 
-CommandLine UsageError(const GString& what) {
+CommandLine Wrong(const GString& what) {
   CommandLine result;
-  result.action = CommandLine::Action::UsageError;
-  result.text = what + L" (mapreport --help tells the options)";
-  return result;
-}
-
-CommandLine Text(const std::string& text) {
-  CommandLine result;
-  result.action = CommandLine::Action::ShowText;
-  result.text = FromUtf8(text);
-  if (result.text.empty() || result.text[result.text.size() - 1] != L'\n') result.text += L'\n';
+  static_cast<ParsedArguments&>(result) = UsageError(L"mapreport", what);
   return result;
 }
 
@@ -237,10 +221,10 @@ CommandLine CheckInputs(CommandLine result) {
       {L"--cities", &options.inputs.cities}};
   for (const auto& [name, input] : inputs) {
     if (options.load.empty() && input->path.empty()) {
-      return UsageError(GString(name) + L" is required: no default data were found");
+      return Wrong(GString(name) + L" is required: no default data were found");
     }
   }
-  if (options.outFolder.empty()) return UsageError(L"--out is empty");
+  if (options.outFolder.empty()) return Wrong(L"--out is empty");
   return result;
 }
 
@@ -258,24 +242,9 @@ CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
   AddSettings(app, raw, result.options);
   app.option_defaults()->group("Outputs and steps");
   AddOutputs(app, raw, result.options);
-  // The parser takes the arguments from the back.
-  std::vector<std::string> reversed;
-  for (std::size_t i = arguments.size(); i > 1; --i) {
-    reversed.push_back(arguments[i - 1].ToUtf8());
-  }
-  try {
-    app.parse(reversed);
-    Complete(raw, result.options);
-  } catch (const CLI::CallForHelp&) {
-    return Text(app.help());
-  } catch (const CLI::CallForVersion& version) {
-    return Text(version.what());
-  } catch (const CLI::ParseError& error) {
-    // What is unknown is the likelier mistake than what is missing.
-    const std::vector<std::string> unknown = app.remaining();
-    if (!unknown.empty()) return UsageError(L"There is no option '" + FromUtf8(unknown[0]) + L"'");
-    return UsageError(FromUtf8(error.what()));
-  }
+  static_cast<ParsedArguments&>(result) = ParseArguments(app, arguments);
+  if (result.action != CommandLine::Action::Run) return result;
+  Complete(raw, result.options);
   return CheckInputs(std::move(result));
 }
 

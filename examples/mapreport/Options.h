@@ -10,6 +10,7 @@
 #include <optional>
 #include <vector>
 
+#include "examples/common/CommandLine.h"
 #include "examples/mapreport/Layers.h"
 #include "examples/mapreport/RunLog.h"
 #include "examples/mapreport/Settings.h"
@@ -32,16 +33,9 @@ struct Options {
   bool quiet = false;
 };
 
-/// What the program ends with.
-enum class ExitStatus : int { Success = 0, BadInput = 1, Usage = 2 };
-
 /// What the command line asks for.
-struct CommandLine {
-  enum class Action { Run, ShowText, UsageError };
-
-  Action action = Action::Run;
+struct CommandLine : ParsedArguments {
   Options options;  ///< for `Run`
-  GString text;     ///< the help or version text, or one line that tells what is wrong
 };
 
 /// Reads the arguments, the program's name first. Inputs that are not named are looked for in the

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "examples/mapreport/TableReader.h"
+#include "examples/common/TableReader.h"
 #include "shared/files/FileUtility.h"
 
 namespace mapreport {

@@ -10,8 +10,8 @@
 #include <map>
 #include <vector>
 
+#include "examples/common/TextFormat.h"
 #include "examples/mapreport/Model.h"
-#include "examples/mapreport/TextFormat.h"
 
 namespace mapreport {
 

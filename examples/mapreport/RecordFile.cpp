@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "examples/mapreport/InputError.h"
+#include "examples/common/InputError.h"
 
 namespace mapreport {
 

@@ -17,9 +17,9 @@
 #include <cstddef>
 #include <vector>
 
+#include "examples/common/TableReader.h"
+#include "examples/common/TextFormat.h"
 #include "examples/mapreport/Model.h"
-#include "examples/mapreport/TableReader.h"
-#include "examples/mapreport/TextFormat.h"
 
 namespace mapreport {
 

@@ -3,11 +3,12 @@
 
 #include "examples/mapreport/RunLog.h"
 
-#include "examples/mapreport/InputError.h"
+#include "examples/common/InputError.h"
 #include "shared/diagnostics/Logger.h"
 
 namespace mapreport {
 
+using namespace examples;
 using namespace shr;
 
 namespace {

@@ -8,10 +8,10 @@
 #include <cmath>
 #include <string>
 
-#include "examples/mapreport/SvgWriter.h"
 #include "shared/color/ColorTable.h"
 #include "shared/commands/RegParamList.h"
 #include "shared/platform/WindowsTypes.h"
+#include "shared/plots/SvgWriter.h"
 
 namespace mapreport {
 

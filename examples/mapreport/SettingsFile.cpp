@@ -6,13 +6,14 @@
 #include <algorithm>
 #include <utility>
 
-#include "examples/mapreport/InputError.h"
+#include "examples/common/InputError.h"
 #include "examples/mapreport/PointTables.h"
 #include "shared/files/ConfigFile.h"
 #include "shared/files/Path.h"
 
 namespace mapreport {
 
+using namespace examples;
 using namespace shr;
 
 namespace {

@@ -35,9 +35,9 @@ public:
       : svg_(svg), projection_(projection) {}
 
   void Draw(const Country& country) {
-    whole_ = PathBuilder();
-    cut_ = PathBuilder();
-    borders_ = PathBuilder();
+    whole_ = SvgPathBuilder();
+    cut_ = SvgPathBuilder();
+    borders_ = SvgPathBuilder();
     Split(country);
     if (whole_.IsEmpty() && cut_.IsEmpty()) return;
     svg_.Begin("g").Attribute("fill", HexColor(country.fill));
@@ -49,7 +49,7 @@ public:
   }
 
   void DrawGround(const Contours& contours) {
-    whole_ = PathBuilder();
+    whole_ = SvgPathBuilder();
     const Vec2d* points = contours.points.data();
     for (const unsigned int count : contours.counts) {
       AddRing(Ring{points, count}, false, whole_);
@@ -59,7 +59,7 @@ public:
   }
 
   void DrawOutline(const Contours& contours, const char* cssClass) {
-    borders_ = PathBuilder();
+    borders_ = SvgPathBuilder();
     const Vec2d* points = contours.points.data();
     for (const unsigned int count : contours.counts) {
       AddBorders(Ring{points, count});
@@ -126,7 +126,7 @@ private:
   }
 
   /// The smallest states would vanish; the largest island of each keeps a visible size.
-  void AddRing(const Ring& ring, bool isLargest, PathBuilder& path) const {
+  void AddRing(const Ring& ring, bool isLargest, SvgPathBuilder& path) const {
     const Box2d box = Bounds(ring);
     const Vec2d low = projection_.ToPage(Vec2d(box.xMin(), box.yMax()));
     const Vec2d high = projection_.ToPage(Vec2d(box.xMax(), box.yMin()));
@@ -139,7 +139,7 @@ private:
     path.Close();
   }
 
-  static void AddDot(const Vec2d& center, PathBuilder& path) {
+  static void AddDot(const Vec2d& center, SvgPathBuilder& path) {
     constexpr double HALF = SMALLEST_ISLAND / 2;
     path.MoveTo(Vec2d(center.x - HALF, center.y - HALF));
     path.LineTo(Vec2d(center.x + HALF, center.y - HALF));
@@ -158,7 +158,7 @@ private:
     }
   }
 
-  void DrawPath(const PathBuilder& path, const char* cssClass, const std::string& stroke) {
+  void DrawPath(const SvgPathBuilder& path, const char* cssClass, const std::string& stroke) {
     if (path.IsEmpty()) return;
     svg_.Begin("path");
     if (*cssClass != '\0') svg_.Attribute("class", cssClass);
@@ -173,9 +173,9 @@ private:
 
   SvgWriter& svg_;
   const Projection& projection_;
-  PathBuilder whole_;
-  PathBuilder cut_;
-  PathBuilder borders_;
+  SvgPathBuilder whole_;
+  SvgPathBuilder cut_;
+  SvgPathBuilder borders_;
 };
 
 }  // namespace

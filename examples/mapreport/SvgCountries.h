@@ -8,9 +8,11 @@
 
 #include "examples/mapreport/Model.h"
 #include "examples/mapreport/Projection.h"
-#include "examples/mapreport/SvgWriter.h"
+#include "shared/plots/SvgWriter.h"
 
 namespace mapreport {
+
+using shr::SvgWriter;
 
 /// Draws the land outside of the area that the map is clipped to; nothing of a whole map.
 void DrawGround(SvgWriter& svg, const Model& model, const Projection& projection);

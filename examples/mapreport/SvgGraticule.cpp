@@ -32,7 +32,7 @@ std::vector<double> Multiples(double low, double high, double step) {
 }
 
 void DrawLine(SvgWriter& svg, const Vec2d& from, const Vec2d& to) {
-  PathBuilder path;
+  SvgPathBuilder path;
   path.MoveTo(from);
   path.LineTo(to);
   svg.Begin("path").Attribute("d", path.Data()).End();

@@ -10,9 +10,11 @@
 
 #include "examples/mapreport/Model.h"
 #include "examples/mapreport/Projection.h"
-#include "examples/mapreport/SvgWriter.h"
+#include "shared/plots/SvgWriter.h"
 
 namespace mapreport {
+
+using shr::SvgWriter;
 
 struct Graticule {
   double step;

@@ -8,9 +8,11 @@
 
 #include "examples/mapreport/Model.h"
 #include "examples/mapreport/Projection.h"
-#include "examples/mapreport/SvgWriter.h"
+#include "shared/plots/SvgWriter.h"
 
 namespace mapreport {
+
+using shr::SvgWriter;
 
 inline constexpr double LEGEND_HEIGHT = 150;
 inline constexpr double LEGEND_WIDTH = 800;

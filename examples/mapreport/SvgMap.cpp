@@ -105,9 +105,9 @@ GString Description(const Model& model) {
 
 void BeginDocument(SvgWriter& svg, const Page& page, const Model& model) {
   std::string box = "0 0 ";
-  AppendTenths(box, Tenths(page.width));
+  AppendSvgTenths(box, SvgTenths(page.width));
   box += ' ';
-  AppendTenths(box, Tenths(page.height));
+  AppendSvgTenths(box, SvgTenths(page.height));
   svg.Begin("svg").Attribute("xmlns", "http://www.w3.org/2000/svg").Attribute("version", "1.1");
   svg.Attribute("width", page.width).Attribute("height", page.height).Attribute("viewBox", box);
   svg.Attribute("xml:lang", "en").Attribute("role", "img");

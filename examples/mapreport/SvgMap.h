@@ -12,7 +12,7 @@
 
 #include "examples/mapreport/Model.h"
 #include "examples/mapreport/Projection.h"
-#include "examples/mapreport/SvgWriter.h"
+#include "shared/plots/SvgWriter.h"
 
 namespace mapreport {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "examples/mapreport/Projection.h"
-#include "examples/mapreport/SvgWriter.h"
+#include "shared/plots/SvgWriter.h"
 #include "shared/polygons/CoverageSimplifier.h"
 
 namespace mapreport {
@@ -38,7 +38,7 @@ std::vector<GPolygon2d> SimplifyCountries(const Model& model, const Projection& 
   return SimplifyCoverage(parts, LEAST_TRIANGLE * pixel, LEAST_ISLAND * pixel);
 }
 
-void AddRings(const GPolygon2d& polygons, const Projection& projection, PathBuilder& path) {
+void AddRings(const GPolygon2d& polygons, const Projection& projection, SvgPathBuilder& path) {
   std::vector<Vec2d> points;
   std::vector<unsigned int> counts;
   polygons.GetPolyPolygon(points, counts, false);
@@ -77,7 +77,7 @@ std::string DrawOverview(const Model& model) {
   svg.BeginRectangle(projection.Frame()).Attribute("fill", HexColor(model.palette.sea)).End();
   const std::vector<GPolygon2d> parts = SimplifyCountries(model, projection);
   for (std::size_t i = 0; i < model.countries.size(); ++i) {
-    PathBuilder path;
+    SvgPathBuilder path;
     AddRings(parts[2 * i], projection, path);
     AddRings(parts[2 * i + 1], projection, path);
     if (path.IsEmpty()) continue;

@@ -14,6 +14,7 @@
 
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
+#include "shared/plots/TextWidth.h"
 
 namespace mapreport {
 
@@ -73,9 +74,9 @@ void DrawCells(SvgWriter& svg, const Model& model, const Projection& projection,
     const int power = (static_cast<int>(std::bit_width(counts[i])) - 1) / 2;
     std::string& path = paths[std::min(power, CLASSES - 1)];
     path += 'M';
-    AppendTenths(path, Tenths(frame.xMin() + SIZE * static_cast<double>(i % columns)));
+    AppendSvgTenths(path, SvgTenths(frame.xMin() + SIZE * static_cast<double>(i % columns)));
     path += ' ';
-    AppendTenths(path, Tenths(frame.yMin() + SIZE * static_cast<double>(i / columns)));
+    AppendSvgTenths(path, SvgTenths(frame.yMin() + SIZE * static_cast<double>(i / columns)));
     path += "h4v4h-4z";
   }
   svg.Begin("g").Attribute("class", "many");

@@ -12,9 +12,11 @@
 #include "examples/mapreport/Labels.h"
 #include "examples/mapreport/Model.h"
 #include "examples/mapreport/Projection.h"
-#include "examples/mapreport/SvgWriter.h"
+#include "shared/plots/SvgWriter.h"
 
 namespace mapreport {
+
+using shr::SvgWriter;
 
 /// The size of circles: area grows with about the fourth power of the magnitude, and where a map
 /// shows weak events only, all are drawn larger.

@@ -28,7 +28,7 @@ public:
     }
   }
 
-  const PathBuilder& Path() const { return path_; }
+  const SvgPathBuilder& Path() const { return path_; }
 
 private:
   void DrawPiece(std::span<const Vec2d> piece) {
@@ -54,7 +54,7 @@ private:
   const Projection& projection_;
   bool isDashed_;
   GDashLineGenerator dashes_;
-  PathBuilder path_;
+  SvgPathBuilder path_;
   std::vector<Vec2d> page_;
 };
 

@@ -8,9 +8,11 @@
 
 #include "examples/mapreport/Model.h"
 #include "examples/mapreport/Projection.h"
-#include "examples/mapreport/SvgWriter.h"
+#include "shared/plots/SvgWriter.h"
 
 namespace mapreport {
+
+using shr::SvgWriter;
 
 /// Draws all rivers as one path in the palette's color. The pattern of `View::dashes` begins anew
 /// with each piece.

@@ -3,10 +3,9 @@
 
 #include "examples/mapreport/TableFiles.h"
 
-#include <charconv>
-#include <initializer_list>
 #include <optional>
 
+#include "examples/common/CsvWriter.h"
 #include "examples/mapreport/Analysis.h"
 
 namespace mapreport {
@@ -14,50 +13,6 @@ namespace mapreport {
 using namespace shr;
 
 namespace {
-
-class CsvWriter {
-public:
-  explicit CsvWriter(std::initializer_list<const char*> headings) : out_("\xEF\xBB\xBF") {
-    for (const char* heading : headings) Raw(heading);
-    EndRow();
-  }
-
-  CsvWriter& Text(const GString& text) {
-    const std::string bytes = text.ToUtf8();
-    if (bytes.find_first_of(",\"\r\n") == std::string::npos) return Raw(bytes);
-    std::string quoted = "\"";
-    for (const char ch : bytes) {
-      if (ch == '"') quoted += ch;
-      quoted += ch;
-    }
-    return Raw(quoted + '"');
-  }
-  CsvWriter& Number(double value) {
-    char digits[400];  // the largest number has 309 before the point
-    const auto [end, error] =
-        std::to_chars(std::begin(digits), std::end(digits), value, std::chars_format::fixed);
-    return Raw(std::string(digits, end));
-  }
-  CsvWriter& Number(const std::optional<double>& value) {
-    return value ? Number(*value) : Raw(std::string());
-  }
-  void EndRow() {
-    out_ += "\r\n";
-    isFirst_ = true;
-  }
-  std::string Take() { return std::move(out_); }
-
-private:
-  CsvWriter& Raw(const std::string& field) {
-    if (!isFirst_) out_ += ',';
-    isFirst_ = false;
-    out_ += field;
-    return *this;
-  }
-
-  std::string out_;
-  bool isFirst_ = true;
-};
 
 std::string Countries(const Model& model) {
   CsvWriter csv({"country", "events", "largest_magnitude", "largest_event", "largest_time"});

@@ -15,7 +15,7 @@
 
 #include "examples/mapreport/MapFile.h"
 #include "shared/polygons/FlatPolygon.h"
-#include "tests/mapreport/Inputs.h"
+#include "tests/common/Inputs.h"
 
 using namespace mapreport;
 

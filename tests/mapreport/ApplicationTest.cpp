@@ -8,9 +8,9 @@
 #include <filesystem>
 #include <map>
 
-#include "examples/mapreport/Progress.h"
+#include "examples/common/Progress.h"
 #include "shared/commands/ProgressFactory.h"
-#include "tests/mapreport/Inputs.h"
+#include "tests/common/Inputs.h"
 
 using namespace mapreport;
 using namespace shr::test;

@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "tests/mapreport/Inputs.h"
+#include "tests/common/Inputs.h"
 
 using namespace mapreport;
 

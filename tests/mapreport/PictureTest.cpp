@@ -17,7 +17,6 @@
 #include "examples/mapreport/SvgMap.h"
 #include "examples/mapreport/SvgOverview.h"
 #include "examples/mapreport/SvgPoints.h"
-#include "examples/mapreport/SvgWriter.h"
 #include "examples/mapreport/TableFiles.h"
 #include "tests/mapreport/SmallModel.h"
 
@@ -46,19 +45,7 @@ MapPicture Draw(Model& model, const Box2d& window) {
 
 }  // namespace
 
-TEST(Format, writesNumbersPlacesAndTimes) {
-  EXPECT_EQ(L"0", FormatCount(0));
-  EXPECT_EQ(L"999", FormatCount(999));
-  EXPECT_EQ(L"1,000", FormatCount(1000));
-  EXPECT_EQ(L"12,345,678", FormatCount(12345678));
-  EXPECT_EQ(L"1 event", FormatCount(1, L"event", L"events"));
-  EXPECT_EQ(L"0.0", FormatNumber(-0.04, 1));
-  EXPECT_EQ(
-      L"\x2212"
-      L"1.3",
-      FormatNumber(-1.25001, 1));
-  EXPECT_EQ(L"30", FormatShort(30, 2));
-  EXPECT_EQ(L"0.5", FormatShort(0.5, 2));
+TEST(Format, writesPlacesAndTimes) {
   EXPECT_EQ(L"122.5\xB0W", FormatLongitude(-122.5, 1));
   EXPECT_EQ(L"170\xB0W", FormatLongitude(190, 0));
   EXPECT_EQ(L"180\xB0", FormatLongitude(-180, 0));
@@ -88,30 +75,6 @@ TEST(Projection, theGraticuleHasFiveToFifteenSteps) {
   }
 }
 
-TEST(SvgWriter, writesDecimalsAndEscapes) {
-  const std::pair<double, const char*> rows[] = {
-      {0, "0"},        {12, "12"},          {-0.04, "0"},   {0.05, "0.1"},
-      {-0.35, "-0.4"}, {1234.56, "1234.6"}, {99.96, "100"}, {-12.34, "-12.3"}};
-  for (const auto& [value, expected] : rows) {
-    std::string text;
-    AppendTenths(text, Tenths(value));
-    EXPECT_EQ(expected, text) << value;
-  }
-  EXPECT_EQ("&lt;a &amp; &quot;b&quot;&gt; \xC3\xA9\xEF\xBF\xBD",
-            XmlEscape(L"<a & \"b\"> \xE9\x01"));
-  EXPECT_EQ("#0a0bff", HexColor(Color4b(10, 11, 255, 7)));
-}
-
-TEST(SvgWriter, pathsAddUpToTheRoundedPoints) {
-  PathBuilder path;
-  path.MoveTo(Vec2d(1.04, 2));
-  path.LineTo(Vec2d(1.02, 2.01));  // the same tenth
-  path.LineTo(Vec2d(2.06, 1));
-  path.LineTo(Vec2d(0, 3.5));
-  path.Close();
-  EXPECT_EQ("M1 2l1.1-1-2.1 2.5z", path.Data());
-}
-
 TEST(Labels, neverOverlapAndStayInside) {
   const Box2d frame(0, 0, 400, 300);
   LabelPlacer placer(frame);
@@ -136,12 +99,6 @@ TEST(Labels, neverOverlapAndStayInside) {
       EXPECT_TRUE(common.IsEmpty()) << i << " and " << j;
     }
   }
-}
-
-TEST(Labels, widthFollowsTheScript) {
-  EXPECT_DOUBLE_EQ(20, EstimateTextWidth(L"\x6771\x4EAC", 10));
-  EXPECT_LT(EstimateTextWidth(L"ill", 10), EstimateTextWidth(L"mmm", 10));
-  EXPECT_DOUBLE_EQ(EstimateTextWidth(L"e", 10), EstimateTextWidth(L"e\x0301", 10));
 }
 
 TEST(SvgMap, showsWhatIsInTheWindow) {

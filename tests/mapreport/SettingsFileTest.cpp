@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/mapreport/Inputs.h"
+#include "tests/common/Inputs.h"
 
 using namespace mapreport;
 

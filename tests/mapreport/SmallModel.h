@@ -8,7 +8,7 @@
 
 #include "examples/mapreport/MapFile.h"
 #include "examples/mapreport/Model.h"
-#include "tests/mapreport/Inputs.h"
+#include "tests/common/Inputs.h"
 
 namespace mapreport {
 

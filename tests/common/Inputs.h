@@ -8,13 +8,12 @@
 
 #include <string_view>
 
-#include "examples/mapreport/Model.h"
-#include "examples/mapreport/Progress.h"
-#include "examples/mapreport/TextFormat.h"
+#include "examples/common/Progress.h"
+#include "examples/common/TextFormat.h"
 #include "shared/diagnostics/Exception.h"
 #include "tests/support/TemporaryFolder.h"
 
-namespace mapreport {
+namespace examples {
 
 /// A folder with one file.
 class InputFile {
@@ -61,4 +60,4 @@ GString MessageOf(const InputFile& file, const Action& action) {
   return GString();
 }
 
-}  // namespace mapreport
+}  // namespace examples

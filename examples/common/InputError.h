@@ -14,18 +14,18 @@
 
 #include "shared/text/GString.h"
 
-namespace mapreport {
+namespace examples {
 
 using shr::GString;
 
-/// Throws a `shr::Exception` of module "mapreport" that reads "path:line: what". Lines count
+/// Throws a `shr::Exception` of module "examples" that reads "path:line: what". Lines count
 /// from 1.
 [[noreturn]] void ThrowInputError(const GString& path, std::size_t line, const GString& what);
 
-/// Throws a `shr::Exception` of module "mapreport" that reads "path: what".
+/// Throws a `shr::Exception` of module "examples" that reads "path: what".
 [[noreturn]] void ThrowInputError(const GString& path, const GString& what);
 
 /// Returns `text` in single quotes, cut after 40 units, for use in a message.
 GString Quoted(const GString& text);
 
-}  // namespace mapreport
+}  // namespace examples

@@ -18,7 +18,7 @@
 #include "shared/files/ReplacementFile.h"
 #include "shared/text/GString.h"
 
-namespace mapreport {
+namespace examples {
 
 using shr::GString;
 
@@ -43,4 +43,4 @@ private:
   std::vector<std::unique_ptr<shr::CReplacementFile>> files_;
 };
 
-}  // namespace mapreport
+}  // namespace examples

@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "examples/mapreport/InputError.h"
+#include "examples/common/InputError.h"
 
 #include <string>
 
 #include "shared/diagnostics/Exception.h"
 
-namespace mapreport {
+namespace examples {
 
 void ThrowInputError(const GString& path, std::size_t line, const GString& what) {
   ThrowInputError(path + L":" + std::to_wstring(line).c_str(), what);
 }
 
 void ThrowInputError(const GString& path, const GString& what) {
-  throw shr::Exception(L"mapreport", L"InputError", __LINE__, path + L": " + what);
+  throw shr::Exception(L"examples", L"InputError", __LINE__, path + L": " + what);
 }
 
 GString Quoted(const GString& text) {
@@ -23,4 +23,4 @@ GString Quoted(const GString& text) {
   return L"'" + text.substr(0, LONGEST) + L"...'";
 }
 
-}  // namespace mapreport
+}  // namespace examples

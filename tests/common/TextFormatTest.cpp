@@ -4,16 +4,16 @@
 // Grid: mark (none, UTF-8, both UTF-16) x content (ASCII, good, damaged, cut off, zeros, nothing) x
 // a page named by the caller or not.
 
-#include "examples/mapreport/TextFormat.h"
+#include "examples/common/TextFormat.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "examples/mapreport/TableReader.h"
-#include "tests/mapreport/Inputs.h"
+#include "examples/common/TableReader.h"
+#include "tests/common/Inputs.h"
 
-using namespace mapreport;
+using namespace examples;
 using namespace std::string_literals;
 
 namespace {

@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "examples/mapreport/SvgWriter.h"
+#include "shared/plots/SvgWriter.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 
-namespace mapreport {
+#include "shared/diagnostics/ThrowError.h"
 
-using namespace shr;
+namespace shr {
 
 namespace {
+
+constexpr double FARTHEST = 1e9;
 
 /// XML 1.0, production 2 (Char), for single units; surrogates are the encoder's business.
 bool IsXmlUnit(wchar_t unit) {
@@ -34,11 +38,12 @@ const wchar_t* Escape(wchar_t unit) {
 
 }  // namespace
 
-long long Tenths(double value) {
-  return std::llround(value * 10);
+long long SvgTenths(double value) {
+  if (std::isnan(value)) return 0;
+  return std::llround(std::clamp(value, -FARTHEST, FARTHEST) * 10);
 }
 
-void AppendTenths(std::string& text, long long tenths) {
+void AppendSvgTenths(std::string& text, long long tenths) {
   if (tenths < 0) text += '-';
   const long long magnitude = tenths < 0 ? -tenths : tenths;
   text += std::to_string(magnitude / 10);
@@ -55,7 +60,7 @@ std::string HexColor(const Color4b& color) {
   return text;
 }
 
-std::string XmlEscape(const GString& text) {
+std::string SvgEscape(std::wstring_view text) {
   GString escaped;
   for (const wchar_t unit : text) {
     if (const wchar_t* const replacement = Escape(unit)) {
@@ -94,11 +99,16 @@ SvgWriter& SvgWriter::Attribute(std::string_view name, std::string_view value) {
 
 SvgWriter& SvgWriter::Attribute(std::string_view name, double value) {
   std::string text;
-  AppendTenths(text, Tenths(value));
+  AppendSvgTenths(text, SvgTenths(value));
   return Attribute(name, text);
 }
 
+SvgWriter& SvgWriter::TextAttribute(std::string_view name, std::wstring_view value) {
+  return Attribute(name, SvgEscape(value));
+}
+
 SvgWriter& SvgWriter::End() {
+  if (open_.empty()) ThrowInternalError(SHARED_MODULE, L"SvgWriter", __LINE__);
   if (inStartTag_) {
     out_ += "/>";
   } else {
@@ -112,8 +122,8 @@ SvgWriter& SvgWriter::End() {
   return *this;
 }
 
-SvgWriter& SvgWriter::Text(const GString& text) {
-  return Raw(XmlEscape(text));
+SvgWriter& SvgWriter::Text(std::wstring_view text) {
+  return Raw(SvgEscape(text));
 }
 
 SvgWriter& SvgWriter::Raw(std::string_view markup) {
@@ -128,32 +138,32 @@ void SvgWriter::CloseStartTag() {
   inStartTag_ = false;
 }
 
-void PathBuilder::MoveTo(const Vec2d& point) {
-  x_ = Tenths(point.x);
-  y_ = Tenths(point.y);
+void SvgPathBuilder::MoveTo(const Vec2d& point) {
+  x_ = SvgTenths(point.x);
+  y_ = SvgTenths(point.y);
   data_ += 'M';
-  AppendTenths(data_, x_);
+  AppendSvgTenths(data_, x_);
   data_ += ' ';
-  AppendTenths(data_, y_);
+  AppendSvgTenths(data_, y_);
   inLine_ = false;
 }
 
-void PathBuilder::LineTo(const Vec2d& point) {
-  const long long dx = Tenths(point.x) - x_;
-  const long long dy = Tenths(point.y) - y_;
+void SvgPathBuilder::LineTo(const Vec2d& point) {
+  const long long dx = SvgTenths(point.x) - x_;
+  const long long dy = SvgTenths(point.y) - y_;
   if (dx == 0 && dy == 0) return;
   data_ += inLine_ ? (dx < 0 ? "" : " ") : "l";
-  AppendTenths(data_, dx);
+  AppendSvgTenths(data_, dx);
   if (dy >= 0) data_ += ' ';
-  AppendTenths(data_, dy);
+  AppendSvgTenths(data_, dy);
   x_ += dx;
   y_ += dy;
   inLine_ = true;
 }
 
-void PathBuilder::Close() {
+void SvgPathBuilder::Close() {
   data_ += 'z';
   inLine_ = false;
 }
 
-}  // namespace mapreport
+}  // namespace shr

@@ -22,7 +22,7 @@
 #include "shared/commands/IProgress.h"
 #include "shared/text/GString.h"
 
-namespace mapreport {
+namespace examples {
 
 using shr::GString;
 using shr::IProgress;
@@ -50,4 +50,4 @@ private:
   std::uint64_t done_ = 0;
 };
 
-}  // namespace mapreport
+}  // namespace examples

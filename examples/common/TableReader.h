@@ -19,11 +19,11 @@
 #include <optional>
 #include <vector>
 
-#include "examples/mapreport/TextFormat.h"
+#include "examples/common/TextFormat.h"
 #include "shared/files/EncodedBufferedFile.h"
 #include "shared/text/GString.h"
 
-namespace mapreport {
+namespace examples {
 
 /// The lines of one text file.
 class LineReader {
@@ -92,4 +92,4 @@ private:
   std::size_t rowCount_ = 0;
 };
 
-}  // namespace mapreport
+}  // namespace examples

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "examples/mapreport/OutputFiles.h"
+#include "examples/common/OutputFiles.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <string>
 #include <system_error>
 
-#include "examples/mapreport/InputError.h"
+#include "examples/common/InputError.h"
 
-namespace mapreport {
+namespace examples {
 
 using namespace shr;
 
@@ -40,4 +40,4 @@ void OutputFiles::Commit() {
   newFolder_.clear();
 }
 
-}  // namespace mapreport
+}  // namespace examples

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "examples/mapreport/Progress.h"
+#include "examples/common/Progress.h"
 
 #include <cstdio>
 #include <string>
@@ -9,7 +9,7 @@
 #include "shared/commands/ProgressFactory.h"
 #include "shared/platform/Console.h"
 
-namespace mapreport {
+namespace examples {
 
 using namespace shr;
 
@@ -99,4 +99,4 @@ bool Operation::Step() {
   return !progress_.IsCancelled();
 }
 
-}  // namespace mapreport
+}  // namespace examples

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "examples/mapreport/TextFormat.h"
+#include "examples/common/TextFormat.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -9,12 +9,12 @@
 #include <string_view>
 #include <vector>
 
-#include "examples/mapreport/InputError.h"
+#include "examples/common/InputError.h"
 #include "shared/files/File.h"
 #include "shared/files/FileUtility.h"
 #include "shared/text/Utf.h"
 
-namespace mapreport {
+namespace examples {
 
 using namespace shr;
 
@@ -223,4 +223,4 @@ TextFormat DetectTextFormat(const GString& path, std::optional<std::uint32_t> co
   return format;
 }
 
-}  // namespace mapreport
+}  // namespace examples

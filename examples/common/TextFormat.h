@@ -18,7 +18,7 @@
 #include "shared/files/EncodedBufferedFile.h"
 #include "shared/text/GString.h"
 
-namespace mapreport {
+namespace examples {
 
 using shr::GString;
 
@@ -46,4 +46,4 @@ struct TextFormat {
 /// UTF-8 or UTF-16.
 TextFormat DetectTextFormat(const GString& path, std::optional<std::uint32_t> codePage);
 
-}  // namespace mapreport
+}  // namespace examples

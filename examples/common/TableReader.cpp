@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-#include "examples/mapreport/TableReader.h"
+#include "examples/common/TableReader.h"
 
 #include <algorithm>
 #include <cmath>
 #include <string>
 
-#include "examples/mapreport/InputError.h"
+#include "examples/common/InputError.h"
 #include "shared/text/StringUtility.h"
 
-namespace mapreport {
+namespace examples {
 
 using namespace shr;
 
@@ -169,4 +169,4 @@ void TableReader::Fail(const GString& what) const {
   ThrowInputError(lines_.Path(), rowLine_, what);
 }
 
-}  // namespace mapreport
+}  // namespace examples
