@@ -2,15 +2,23 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// Command lines of the examples: options by CLI11, one line for what is wrong, help and version.
+/// Command lines of the examples: options, their checks and groups, help and version, and one line
+/// for what is wrong. CLI11 does the work, in one source, because it takes long to compile.
 ///
-///     CLI::App app("Draws ...", "mapreport");
-///     app.add_option("--out", raw.out, "Folder for the report")->required();
-///     const ParsedArguments parsed = ParseArguments(app, arguments);
+///     GString out;
+///     ArgumentParser parser("draw", "Draws a map.", "1.0");
+///     parser.AddText("--out", out, "DIR", "Folder for the report").Required();
+///     const ParsedArguments parsed = parser.Parse(arguments);
 ///     if (parsed.action != ParsedArguments::Action::Run) return parsed;
 
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,7 +26,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace examples {
 
@@ -32,13 +41,65 @@ struct ParsedArguments {
   GString text;  ///< the help or version text, or one line that tells what is wrong
 };
 
-/// Lets `app` read the arguments, the program's name first, into what its options are bound to.
-ParsedArguments ParseArguments(CLI::App& app, const std::vector<GString>& arguments);
+/// An option under construction. All texts of options are UTF-8 literals.
+class ArgumentOption {
+public:
+  explicit ArgumentOption(CLI::Option& option) : option_(option) {}
+
+  /// The program does not run without it.
+  ArgumentOption& Required();
+  /// Not together with these.
+  ArgumentOption& Excludes(std::initializer_list<const char*> names);
+  /// `findFault` returns what is wrong with the text, or nothing.
+  ArgumentOption& Check(std::function<GString(const GString&)> findFault);
+  /// `parse` returns something that is true for a text that it can read; else the complaint reads
+  /// "'text' COMPLAINT".
+  template <class Parse>
+  ArgumentOption& MustParse(Parse parse, const wchar_t* complaint) {
+    return Check([=](const GString& text) {
+      return parse(text) ? GString() : L"'" + text + L"' " + complaint;
+    });
+  }
+
+private:
+  CLI::Option& option_;
+};
+
+/// The options of a program. The values must outlive it and are set by `Parse`; an option that is
+/// absent leaves its value as it was.
+class ArgumentParser {
+public:
+  ArgumentParser(const char* program, const char* purpose, const char* version);
+  ~ArgumentParser();
+  ArgumentParser(const ArgumentParser&) = delete;
+  ArgumentParser& operator=(const ArgumentParser&) = delete;
+
+  /// What the help says below the options.
+  void SetFooter(const char* text);
+  /// The options that follow are listed under this heading.
+  void BeginGroup(const char* heading);
+
+  ArgumentOption AddText(const char* name, GString& value, const char* kind, const char* help);
+  /// A whole number from 0 to `most`.
+  ArgumentOption AddCount(const char* name, std::size_t& value, std::size_t most, const char* help);
+  ArgumentOption AddCount(const char* name, std::optional<std::size_t>& value, std::size_t most,
+                          const char* help);
+  /// The number of a code page that the system has.
+  ArgumentOption AddCodePage(const char* name, std::optional<std::uint32_t>& value,
+                             const char* help);
+  void AddFlag(const char* name, bool& value, const char* help);
+
+  /// Reads the arguments, the program's name first.
+  ParsedArguments Parse(const std::vector<GString>& arguments);
+
+private:
+  ArgumentOption AddCount(const char* name, std::function<void(std::size_t)> store,
+                          std::size_t most, const char* help);
+
+  std::unique_ptr<CLI::App> app_;
+};
 
 /// Returns a usage error of `program` that names its help.
 ParsedArguments UsageError(const GString& program, const GString& what);
-
-/// A check for options of CLI11: returns what is wrong with the number of a code page, or nothing.
-std::string CheckCodePage(const std::string& text);
 
 }  // namespace examples

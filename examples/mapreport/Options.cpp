@@ -3,8 +3,6 @@
 
 #include "examples/mapreport/Options.h"
 
-#include <CLI/CLI.hpp>
-#include <string>
 #include <utility>
 
 #include "examples/mapreport/SettingsFile.h"
@@ -18,7 +16,7 @@ using namespace shr;
 
 namespace {
 
-constexpr int MOST_ROWS = 100000;
+constexpr std::size_t MOST_ROWS = 100000;
 
 constexpr const char* FOOTER =
     "The command line wins over --last, and --last over the settings file. A loaded map is as it "
@@ -26,36 +24,32 @@ constexpr const char* FOOTER =
     "saved but for what the command line says.\n"
     "Exit status: 0 success, 1 an input cannot be used, 2 wrong usage.";
 
-GString FromUtf8(const std::string& text) {
-  return GString::FromUtf8(text);
-}
-
 /// A build puts the data of the examples into a folder beside the program.
 GString FindData(const wchar_t* fileName) {
   const GString path = GetStartupPath(nullptr, true) + L"mapreport-data/" + fileName;
   return FileExists(path) ? path : GString();
 }
 
-/// The texts as the parser stores them; UTF-8.
+/// The texts as they stand on the command line.
 struct RawOptions {
-  std::string map;
-  std::string points;
-  std::string cities;
-  std::string rivers;
-  std::string attributes;
-  std::string config;
-  std::string load;
-  std::string save;
-  std::string geojson;
-  std::string window;
-  std::string clip;
-  std::string continent;
-  std::string colors;
-  std::string dashes;
-  std::string out;
-  std::string title;
-  std::string log;
-  std::string remoteLog;
+  GString map;
+  GString points;
+  GString cities;
+  GString rivers;
+  GString attributes;
+  GString config;
+  GString load;
+  GString save;
+  GString geojson;
+  GString window;
+  GString clip;
+  GString continent;
+  GString colors;
+  GString dashes;
+  GString out;
+  GString title;
+  GString log;
+  GString remoteLog;
   std::optional<std::size_t> labels;
   std::optional<std::size_t> strongest;
   std::optional<std::uint32_t> codePage;
@@ -66,103 +60,77 @@ struct RawOptions {
   bool last = false;
 };
 
-/// Returns a check of the parser: `parse` must return something for the text.
-template <class Parse>
-auto MustParse(Parse parse, const char* complaint) {
-  return [=](const std::string& text) {
-    return parse(FromUtf8(text)) ? std::string() : "'" + text + "' " + complaint;
-  };
+GString FaultOfWindowText(const GString& text) {
+  const GString fault = FaultOfWindow(text);
+  return fault.empty() ? fault : L"'" + text + L"' " + fault;
 }
 
-std::string CheckWindow(const std::string& text) {
-  const GString fault = FaultOfWindow(FromUtf8(text));
-  return fault.empty() ? std::string() : "'" + text + "' " + fault.ToUtf8();
+void AddInputs(ArgumentParser& parser, RawOptions& raw) {
+  parser.AddText("--map", raw.map, "FILE", "Outlines of countries");
+  parser.AddText("--points", raw.points, "FILE",
+                 "Table of events: latitude, longitude, magnitude ...");
+  parser.AddText("--cities", raw.cities, "FILE",
+                 "Table of cities: name, country, lat, lon, population");
+  parser.AddText("--rivers", raw.rivers, "FILE", "Lines of rivers; no rivers unless told");
+  parser.AddText("--attributes", raw.attributes, "FILE", "Table of countries: name, continent");
+  parser.AddCodePage("--codepage", raw.codePage, "Code page of inputs without a byte-order mark");
+  parser.AddCodePage("--map-codepage", raw.mapPage, "The same for --map alone");
+  parser.AddCodePage("--points-codepage", raw.pointsPage, "The same for --points alone");
+  parser.AddCodePage("--cities-codepage", raw.citiesPage, "The same for --cities alone");
+  parser.AddCodePage("--rivers-codepage", raw.riversPage, "The same for --rivers alone");
 }
 
-std::string CheckColors(const std::string& text) {
-  return FaultOfColors(FromUtf8(text)).ToUtf8();
+void AddSettings(ArgumentParser& parser, RawOptions& raw, Options& options) {
+  parser.AddText("--window", raw.window, "W,S,E,N", "Part of the world to show, in degrees")
+      .Check(FaultOfWindowText);
+  parser.AddText("--clip", raw.clip, "AREA",
+                 "Show only what lies in a country or a polygon: a name, WKT, GeoJSON, or @FILE");
+  parser.AddText("--union-continent", raw.continent, "NAME", "Unite the countries of a continent");
+  parser
+      .AddText("--colors", raw.colors, "C,C...",
+               "Colors from few events to many, by name or #rrggbb; two or more")
+      .Check(FaultOfColors);
+  parser.AddText("--title", raw.title, "TEXT", "Title of the map and the report");
+  parser.AddCount("--labels", raw.labels, MOST_ROWS, "Most city names on the map");
+  parser.AddCount("--strongest", raw.strongest, MOST_ROWS, "Rows of the table of strongest events");
+  parser
+      .AddText("--dashes", raw.dashes, "N,N...",
+               "Dash pattern of rivers: drawn and left out in turn, in pixels; or solid")
+      .MustParse(ParseDashes, L"is no dash pattern; it takes lengths in pixels, or solid");
+  parser.AddText("--config", raw.config, "FILE",
+                 "Take inputs and choices from a settings file (INI)");
+  parser.AddFlag("--last", raw.last, "Use the window and the colors that --remember kept");
+  parser.AddFlag("--remember", options.remember, "Keep the window and the colors for --last");
 }
 
-void AddInputs(CLI::App& app, RawOptions& raw) {
-  app.add_option("--map", raw.map, "Outlines of countries")->type_name("FILE");
-  app.add_option("--points", raw.points, "Table of events: latitude, longitude, magnitude ...")
-      ->type_name("FILE");
-  app.add_option("--cities", raw.cities, "Table of cities: name, country, lat, lon, population")
-      ->type_name("FILE");
-  app.add_option("--rivers", raw.rivers, "Lines of rivers; no rivers unless told")
-      ->type_name("FILE");
-  app.add_option("--attributes", raw.attributes, "Table of countries: name, continent")
-      ->type_name("FILE");
-  const auto addPage = [&](const char* name, std::optional<std::uint32_t>& page, const char* text) {
-    app.add_option(name, page, text)->type_name("N")->check(CheckCodePage);
-  };
-  addPage("--codepage", raw.codePage, "Code page of inputs without a byte-order mark");
-  addPage("--map-codepage", raw.mapPage, "The same for --map alone");
-  addPage("--points-codepage", raw.pointsPage, "The same for --points alone");
-  addPage("--cities-codepage", raw.citiesPage, "The same for --cities alone");
-  addPage("--rivers-codepage", raw.riversPage, "The same for --rivers alone");
-}
-
-void AddSettings(CLI::App& app, RawOptions& raw, Options& options) {
-  app.add_option("--window", raw.window, "Part of the world to show, in degrees")
-      ->type_name("W,S,E,N")
-      ->check(CheckWindow);
-  app.add_option("--clip", raw.clip,
-                 "Show only what lies in a country or a polygon: a name, WKT, GeoJSON, or @FILE")
-      ->type_name("AREA");
-  app.add_option("--union-continent", raw.continent, "Unite the countries of a continent")
-      ->type_name("NAME");
-  app.add_option("--colors", raw.colors,
-                 "Colors from few events to many, by name or #rrggbb; two or more")
-      ->type_name("C,C...")
-      ->check(CheckColors);
-  app.add_option("--title", raw.title, "Title of the map and the report")->type_name("TEXT");
-  app.add_option("--labels", raw.labels, "Most city names on the map")
-      ->type_name("N")
-      ->check(CLI::Range(0, MOST_ROWS));
-  app.add_option("--strongest", raw.strongest, "Rows of the table of strongest events")
-      ->type_name("N")
-      ->check(CLI::Range(0, MOST_ROWS));
-  app.add_option("--dashes", raw.dashes,
-                 "Dash pattern of rivers: drawn and left out in turn, in pixels; or solid")
-      ->type_name("N,N...")
-      ->check(MustParse(ParseDashes, "is no dash pattern; it takes lengths in pixels, or solid"));
-  app.add_option("--config", raw.config, "Take inputs and choices from a settings file (INI)")
-      ->type_name("FILE");
-  app.add_flag("--last", raw.last, "Use the window and the colors that --remember kept");
-  app.add_flag("--remember", options.remember, "Keep the window and the colors for --last");
-}
-
-void AddOutputs(CLI::App& app, RawOptions& raw, Options& options) {
-  app.add_option("--out", raw.out,
-                 "Folder for map.svg, overview.svg and report.html; made when missing")
-      ->type_name("DIR")
-      ->required();
-  app.add_option("--load", raw.load, "Begin with a saved map instead of inputs")
-      ->type_name("FILE")
-      ->excludes("--map", "--points", "--cities", "--rivers", "--attributes", "--config", "--last");
-  app.add_option("--save", raw.save, "Save the map with all that was done to it")
-      ->type_name("FILE");
-  app.add_option("--geojson", raw.geojson,
-                 "Write the united continent, or else the visible countries, as GeoJSON")
-      ->type_name("FILE");
-  app.add_flag("--csv", options.csv, "Write the tables of the report as CSV files beside it, too");
-  app.add_option("--undo", options.undo,
-                 "Take the last N steps back and do them again; the report tells them")
-      ->type_name("N")
-      ->check(CLI::Range(0, MOST_ROWS));
-  app.add_option("--log", raw.log, "Begin a log file (UTF-16LE)")->type_name("FILE");
-  app.add_option("--remote-log", raw.remoteLog, "Send log lines to a collector, as UDP datagrams")
-      ->type_name("HOST:PORT")
-      ->check(MustParse(ParseRemoteLog, "is no HOST:PORT"));
-  app.add_flag("--quiet", options.quiet, "Write nothing but errors");
+void AddOutputs(ArgumentParser& parser, RawOptions& raw, Options& options) {
+  parser
+      .AddText("--out", raw.out, "DIR",
+               "Folder for map.svg, overview.svg and report.html; made when missing")
+      .Required();
+  parser.AddText("--load", raw.load, "FILE", "Begin with a saved map instead of inputs")
+      .Excludes(
+          {"--map", "--points", "--cities", "--rivers", "--attributes", "--config", "--last"});
+  parser.AddText("--save", raw.save, "FILE", "Save the map with all that was done to it");
+  parser.AddText("--geojson", raw.geojson, "FILE",
+                 "Write the united continent, or else the visible countries, as GeoJSON");
+  parser.AddFlag("--csv", options.csv,
+                 "Write the tables of the report as CSV files beside it, too");
+  parser.AddCount("--undo", options.undo, MOST_ROWS,
+                  "Take the last N steps back and do them again; the report tells them");
+  parser.AddText("--log", raw.log, "FILE", "Begin a log file (UTF-16LE)");
+  parser
+      .AddText("--remote-log", raw.remoteLog, "HOST:PORT",
+               "Send log lines to a collector, as UDP datagrams")
+      .MustParse(ParseRemoteLog, L"is no HOST:PORT");
+  parser.AddFlag("--quiet", options.quiet, "Write nothing but errors");
 }
 
 /// The command line names the input, else the settings file, else it is looked for beside the
 /// program.
-TextInput MakeInput(const std::string& path, const GString& setting, const wchar_t* defaultName,
+TextInput MakeInput(const GString& path, const GString& setting, const wchar_t* defaultName,
                     std::optional<std::uint32_t> page) {
-  if (!path.empty()) return TextInput{FromUtf8(path), page};
+  if (!path.empty()) return TextInput{path, page};
   if (!setting.empty()) return TextInput{setting, page};
   return TextInput{defaultName != nullptr ? FindData(defaultName) : GString(), std::nullopt};
 }
@@ -181,30 +149,29 @@ Inputs MakeInputs(const RawOptions& raw, const SettingsFile& file) {
 
 Settings MakeSettings(const RawOptions& raw) {
   Settings settings;
-  if (!raw.title.empty()) settings.title = FromUtf8(raw.title);
-  if (!raw.window.empty()) settings.window = ParseWindow(FromUtf8(raw.window));
-  if (!raw.clip.empty()) settings.clip = FromUtf8(raw.clip);
-  if (!raw.continent.empty()) settings.continent = FromUtf8(raw.continent);
-  if (!raw.colors.empty()) settings.ramp = ParseColors(FromUtf8(raw.colors));
-  if (!raw.dashes.empty()) settings.dashes = ParseDashes(FromUtf8(raw.dashes));
+  if (!raw.title.empty()) settings.title = raw.title;
+  if (!raw.window.empty()) settings.window = ParseWindow(raw.window);
+  if (!raw.clip.empty()) settings.clip = raw.clip;
+  if (!raw.continent.empty()) settings.continent = raw.continent;
+  if (!raw.colors.empty()) settings.ramp = ParseColors(raw.colors);
+  if (!raw.dashes.empty()) settings.dashes = ParseDashes(raw.dashes);
   settings.labels = raw.labels;
   settings.strongest = raw.strongest;
   return settings;
 }
 
 void Complete(const RawOptions& raw, Options& options) {
-  const SettingsFile file =
-      raw.config.empty() ? SettingsFile() : ReadSettingsFile(FromUtf8(raw.config));
+  const SettingsFile file = raw.config.empty() ? SettingsFile() : ReadSettingsFile(raw.config);
   options.inputs = MakeInputs(raw, file);
   options.settings = MakeSettings(raw);
   if (raw.last) options.settings.Complete(ReadLast(SETTINGS_KEY));
   options.settings.Complete(file.settings);
-  options.load = FromUtf8(raw.load);
-  options.save = FromUtf8(raw.save);
-  options.geojson = FromUtf8(raw.geojson);
-  options.log = FromUtf8(raw.log);
-  if (!raw.remoteLog.empty()) options.remoteLog = ParseRemoteLog(FromUtf8(raw.remoteLog));
-  options.outFolder = FromUtf8(raw.out);
+  options.load = raw.load;
+  options.save = raw.save;
+  options.geojson = raw.geojson;
+  options.log = raw.log;
+  if (!raw.remoteLog.empty()) options.remoteLog = ParseRemoteLog(raw.remoteLog);
+  options.outFolder = raw.out;
 }
 
 CommandLine Wrong(const GString& what) {
@@ -233,16 +200,17 @@ CommandLine CheckInputs(CommandLine result) {
 CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
   CommandLine result;
   RawOptions raw;
-  CLI::App app("Draws earthquakes and their countries as a map and an HTML report.", "mapreport");
-  app.set_version_flag("--version", "mapreport " MAPREPORT_VERSION);
-  app.footer(FOOTER);
-  app.option_defaults()->group("Inputs");
-  AddInputs(app, raw);
-  app.option_defaults()->group("The map");
-  AddSettings(app, raw, result.options);
-  app.option_defaults()->group("Outputs and steps");
-  AddOutputs(app, raw, result.options);
-  static_cast<ParsedArguments&>(result) = ParseArguments(app, arguments);
+  ArgumentParser parser("mapreport",
+                        "Draws earthquakes and their countries as a map and an HTML report.",
+                        MAPREPORT_VERSION);
+  parser.SetFooter(FOOTER);
+  parser.BeginGroup("Inputs");
+  AddInputs(parser, raw);
+  parser.BeginGroup("The map");
+  AddSettings(parser, raw, result.options);
+  parser.BeginGroup("Outputs and steps");
+  AddOutputs(parser, raw, result.options);
+  static_cast<ParsedArguments&>(result) = parser.Parse(arguments);
   if (result.action != CommandLine::Action::Run) return result;
   Complete(raw, result.options);
   return CheckInputs(std::move(result));
