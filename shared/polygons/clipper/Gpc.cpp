@@ -5,14 +5,16 @@
 // keeps, for each piece of border, what lies on either side (Vatti). A scan that stops at every
 // vertex costs a sorted table of all vertices, and on double coordinates every stop is a chance to
 // find the edges in another order than before. So the work is done in stages over whole arrays
-// instead, each of which only ever handles what the stage before left over:
+// instead, each of which only ever handles what the stage before left over. A stage reads what
+// those before it have made, and changes nothing but its own:
 //
-// 0. Loading (GpcLoading.cpp): the contours, less what lies where the operation has no result.
-// 1. Sections (GpcSections.cpp): runs of edges that cannot meet each other, with their boxes.
-// 2. Crossings (GpcCrossings.cpp): pairs of edges that meet, found by halving the plane into tiles.
-// 3. Graph (GpcGraph.cpp): nodes where edges meet, chains of edges between them.
-// 4. Labels (GpcLabels.cpp): for each chain, which operands are on its left and on its right.
-// 5. Contours (GpcContours.cpp): chains whose sides differ for the operation, linked up.
+// 0. `Input` (GpcLoading.cpp): the contours, less what lies where the operation has no result.
+// 1. Sections of it (GpcSections.cpp): runs of edges that cannot meet each other, with their boxes.
+// 2. `Crossings` (GpcCrossings.cpp): pairs of edges that meet, found by halving the plane into
+//    tiles (GpcTiles.h), and the nodes of each edge in order (GpcEdgeNodes.cpp).
+// 3. `Graph` (GpcGraph.cpp): nodes where edges meet, chains of edges between them.
+// 4. `Labels` (GpcLabels.cpp): for each chain, which operands are on its left and on its right.
+// 5. `Result` (GpcContours.cpp): chains whose sides differ for the operation, linked up.
 // 6. Faces (GpcFaces.cpp): the outer contours that holes lie in, for who asks.
 //
 // Robustness: stages 1 to 3 run on doubles first. Crossings are rounded, which bends edges by about
@@ -35,6 +37,7 @@
 
 #include "shared/diagnostics/Exception.h"
 #include "shared/polygons/clipper/GpcRun.h"
+#include "shared/polygons/clipper/GpcSnap.h"
 
 namespace shr {
 
@@ -42,6 +45,20 @@ std::size_t& gpc::HeldBytes() {
   thread_local std::size_t bytes = 0;
   return bytes;
 }
+
+/// What the stages own, kept from call to call.
+struct gpc::Workspace {
+  Input input;
+  Crossings crossings;
+  Graph graph;
+  Labels labels;
+  Result result;
+
+  // Where contours have to be moved.
+  ContourTable moved;
+  Buffer<std::uint8_t> isActive{L"edge table creation"};  ///< by edge: goes to the grid
+  SnapMemory snap;
+};
 
 namespace {
 
@@ -82,21 +99,31 @@ gpc::Rule RuleOf(FillRule rule) {
   throw GPCException(gpc::UNIT, __LINE__);
 }
 
+/// Takes moved contours in place of the present ones.
+void TakeMoved(Workspace& work) {
+  work.input.Swap(work.moved);
+  gpc::BuildSections(work.input);
+}
+
 /// Runs the stages up to the labels.
-void Arrange(Workspace& work) {
-  work.isExact = false;
-  gpc::BuildSections(work);
-  gpc::FindCrossings(work);
-  if (!work.isMoved && gpc::BuildGraph(work) && gpc::FindLabels(work)) return;
-  if (work.isMoved) {
-    gpc::JoinVertices(work);
-    gpc::BuildSections(work);
+void Arrange(Workspace& work, std::span<const double> nestSizes) {
+  using gpc::Meeting;
+  auto& [input, crossings, graph, labels, result, moved, isActive, snap] = work;
+  const auto isSound = [&](Meeting meeting) {
+    return gpc::BuildGraph(input, crossings, meeting, graph) &&
+           gpc::FindLabels(input, crossings, graph, nestSizes, labels);
+  };
+  gpc::BuildSections(input);
+  gpc::FindCrossings(input, crossings);
+  if (!crossings.isMoved && isSound(Meeting::Rounded)) return;
+  if (crossings.isMoved) {
+    gpc::JoinVertices(input, crossings, moved);
+    TakeMoved(work);
   }
-  gpc::FindActiveEdges(work);
-  gpc::SnapContours(work);
-  work.isExact = true;
-  gpc::BuildSections(work);
-  if (!gpc::BuildGraph(work) || !gpc::FindLabels(work)) throw GPCException(gpc::UNIT, __LINE__);
+  gpc::FindActiveEdges(input, crossings, isActive);
+  gpc::SnapContours(input, isActive, snap, moved, crossings);
+  TakeMoved(work);
+  if (!isSound(Meeting::Exact)) throw GPCException(gpc::UNIT, __LINE__);
 }
 
 }  // namespace
@@ -106,10 +133,11 @@ namespace gpc {
 Run::Run(gpc_op operation, Rule rule, const Operand& subject, const Operand& clip, Want want)
     : work_(GetWorkspace()) {
   try {
-    LoadPolygons(work_, operation, rule, subject, clip);
-    Arrange(work_);
-    TraceContours(work_, operation);
-    if (want == Want::Owners) FindOwners(work_, operation);
+    auto& [input, crossings, graph, labels, result, moved, isActive, snap] = work_;
+    LoadPolygons(operation, rule, subject, clip, input);
+    Arrange(work_, {});
+    TraceContours(operation, input, graph, labels, result);
+    if (want == Want::Owners) FindOwners(operation, input, crossings, graph, labels, result);
   } catch (...) {
     Trim(work_);
     throw;
@@ -118,23 +146,27 @@ Run::Run(gpc_op operation, Rule rule, const Operand& subject, const Operand& cli
 
 std::vector<Nest> FindNests(const Operand& contours, std::span<const double> sizes) {
   Workspace& work = GetWorkspace();
-  work.nestSizes = sizes;
-  LoadPolygons(work, GPC_UNION, Rule::Nests, contours, {});
-  Arrange(work);
-  return {work.nests.begin(), work.nests.end()};
+  LoadPolygons(GPC_UNION, Rule::Nests, contours, {}, work.input);
+  Arrange(work, sizes);
+  return {work.labels.nests.begin(), work.labels.nests.end()};
 }
 
 Run::~Run() {
   Trim(work_);
 }
 
+std::span<const ResultContour> Run::Contours() const {
+  return {work_.result.contours.begin(), work_.result.contours.end()};
+}
+
 Vec2d* Run::Copy(const ResultContour& contour, Vec2d* points) const {
-  const Vec2d* from = work_.gathered.Data() + contour.first;
+  const Vec2d* from = work_.result.points.Data() + contour.first;
   const Vec2d* top = from + contour.top;
   Vec2d* const first = points;
   points = std::copy(from, top, std::copy(top, from + contour.count, points));
-  if (work_.unscale == 1.0) return points;
-  for (Vec2d* point = first; point != points; ++point) *point = *point * work_.unscale;
+  const double unscale = work_.input.unscale;
+  if (unscale == 1.0) return points;
+  for (Vec2d* point = first; point != points; ++point) *point = *point * unscale;
   return points;
 }
 

@@ -9,13 +9,11 @@
 // as contours that touch themselves have been cut apart; all others are its holes.
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 #include "shared/diagnostics/Exception.h"
 #include "shared/geometry/Orientation.h"
-#include "shared/polygons/clipper/GpcSlabs.h"
-#include "shared/polygons/clipper/GpcWorkspace.h"
+#include "shared/polygons/clipper/GpcResult.h"
 
 namespace shr::gpc {
 namespace {
@@ -40,13 +38,15 @@ bool IsAbove(const Piece& piece, const Piece& other) {
 /// Finds the piece of the graph next below a point.
 class PieceSearch {
 public:
-  PieceSearch(Workspace& work, const SlabIndex& index) : work_(work), index_(index) {}
+  PieceSearch(const Input& input, const Crossings& crossings, const Graph& graph,
+              const SlabIndex& slabs)
+      : input_(input), crossings_(crossings), graph_(graph), slabs_(slabs) {}
 
   /// Returns the side above the piece next below a point, NONE when nothing is below.
   Index FindSideBelow(const Vec2d& point) {
     point_ = point;
     hasBest_ = false;
-    index_.ForEachSection(point, [this](const Section& section) {
+    slabs_.ForEachSection(input_, point, [this](const Section& section) {
       if (hasBest_ && section.box.yMax < LowestOf(best_)) return;
       for (Index i = 0; i < section.edgeCount; ++i) TakeEdge(section, section.firstEdge + i);
     });
@@ -57,25 +57,25 @@ private:
   static double LowestOf(const Piece& piece) { return std::min(piece.left.y, piece.right.y); }
 
   void TakeEdge(const Section& section, Index edge) {
-    const Vec2d& a = work_.points[edge];
-    const Vec2d& b = work_.points[edge + 1];
+    const Vec2d& a = input_.points[edge];
+    const Vec2d& b = input_.points[edge + 1];
     if (!SlabIndex::IsBelow(a, b, point_)) return;
     if (hasBest_ && std::max(a.y, b.y) < LowestOf(best_)) return;
-    if (!work_.hasNodes[section.contour]) {
+    if (!graph_.hasNodes[section.contour]) {
       // Counter-clockwise, the inside is on the left.
-      const bool isLeftInside = IsCounterClockwise(work_.contours[section.contour]);
-      TakePiece(a, b, SideOfLoop(work_, section.contour, isLeftInside),
-                SideOfLoop(work_, section.contour, !isLeftInside));
+      const bool isLeftInside = input_.TurnAtLowest(input_.contours[section.contour]) > 0;
+      TakePiece(a, b, SideOfLoop(graph_, section.contour, isLeftInside),
+                SideOfLoop(graph_, section.contour, !isLeftInside));
       return;
     }
     const Occurrence* first =
-        std::lower_bound(work_.occurrences.begin(), work_.occurrences.end(), edge,
+        std::lower_bound(crossings_.occurrences.begin(), crossings_.occurrences.end(), edge,
                          [](const Occurrence& o, Index e) { return o.edge < e; });
     const Occurrence* end =
-        std::upper_bound(first, std::as_const(work_.occurrences).end(), edge,
+        std::upper_bound(first, std::as_const(crossings_.occurrences).end(), edge,
                          [](Index e, const Occurrence& o) { return e < o.edge; });
     if (first == end || first->point != edge) {
-      const Half half = 2 * FindChain(work_, section.contour, edge);
+      const Half half = 2 * FindChain(input_, graph_, section.contour, edge);
       TakePiece(a, first == end ? EndOf(section.contour, edge) : PointOf(*first), half, half ^ 1);
     }
     // Of many pieces only those near the point's x.
@@ -95,24 +95,23 @@ private:
   static constexpr std::ptrdiff_t SPAN = 4;
 
   Vec2d PointOf(const Occurrence& occurrence) const {
-    return work_.nodePoints[work_.nodeOfPoint[occurrence.point]];
+    return graph_.nodePoints[graph_.nodeOfPoint[occurrence.point]];
   }
   /// Returns the end of an edge as the graph has it.
   Vec2d EndOf(Index contourIndex, Index edge) const {
-    const Contour& contour = work_.contours[contourIndex];
-    const Index vertex = edge + 1 == contour.first + contour.count ? contour.first : edge + 1;
-    if (!work_.isNode[vertex]) return work_.points[vertex];
-    return work_.nodePoints[work_.nodeOfPoint[vertex]];
+    const Index vertex = input_.contours[contourIndex].VertexAt(edge + 1);
+    if (!crossings_.isNode[vertex]) return input_.points[vertex];
+    return graph_.nodePoints[graph_.nodeOfPoint[vertex]];
   }
 
   /// Takes the piece from a node to a point.
   void TakeChainAt(const Occurrence& occurrence, const Vec2d& to) {
-    const Index node = work_.nodeOfPoint[occurrence.point];
-    const Vec2d from = work_.nodePoints[node];
+    const Index node = graph_.nodeOfPoint[occurrence.point];
+    const Vec2d from = graph_.nodePoints[node];
     if (!SlabIndex::IsBelow(from, to, point_)) return;
-    for (Index slot = work_.nodeStarts[node]; slot < work_.nodeEnds[node]; ++slot) {
-      const Half half = work_.slots[slot];
-      if (!IsSame(work_.GetFarPoint(half), to)) continue;
+    for (Index slot = graph_.nodeStarts[node]; slot < graph_.nodeEnds[node]; ++slot) {
+      const Half half = graph_.slots[slot];
+      if (!IsSame(graph_.FarPoint(input_, half), to)) continue;
       TakePiece(from, to, half, half ^ 1);
       return;
     }
@@ -126,15 +125,10 @@ private:
     hasBest_ = true;
   }
 
-  bool IsCounterClockwise(const Contour& contour) const {
-    const Index before =
-        contour.lowest == contour.first ? contour.first + contour.count - 1 : contour.lowest - 1;
-    return OrientationSign(work_.points[before], work_.points[contour.lowest],
-                           work_.points[contour.lowest + 1]) > 0;
-  }
-
-  Workspace& work_;
-  const SlabIndex& index_;
+  const Input& input_;
+  const Crossings& crossings_;
+  const Graph& graph_;
+  const SlabIndex& slabs_;
   Vec2d point_;
   Piece best_;
   bool hasBest_ = false;
@@ -142,12 +136,19 @@ private:
 
 class FaceFinder {
 public:
-  FaceFinder(Workspace& work, gpc_op operation) : work_(work), isInResult_(operation) {}
+  FaceFinder(gpc_op operation, const Input& input, const Crossings& crossings, const Graph& graph,
+             const Labels& labels, Result& result)
+      : isInResult_(operation),
+        input_(input),
+        crossings_(crossings),
+        graph_(graph),
+        labels_(labels),
+        result_(result) {}
 
   void Run() {
-    const Index sides = 2 * work_.chains.Size() + 2 * work_.contours.Size();
-    work_.faces.Resize(sides);
-    for (Index i = 0; i < sides; ++i) work_.faces[i] = i;
+    const Index sides = 2 * graph_.chains.Size() + 2 * input_.contours.Size();
+    result_.faces.Resize(sides);
+    for (Index i = 0; i < sides; ++i) result_.faces[i] = i;
     UniteWedges();
     UniteAcross();
     UniteParts();
@@ -156,85 +157,88 @@ public:
 
 private:
   Index Find(Index side) {
-    Buffer<Index>& faces = work_.faces;
+    Buffer<Index>& faces = result_.faces;
     while (faces[side] != side) side = faces[side] = faces[faces[side]];
     return side;
   }
   void Unite(Index a, Index b) {
     a = Find(a);
     b = Find(b);
-    work_.faces[std::max(a, b)] = std::min(a, b);
+    result_.faces[std::max(a, b)] = std::min(a, b);
   }
 
   Operands LabelOf(Half half) const {
-    const Sides sides = work_.sides[half / 2];
+    const Sides sides = labels_.sides[half / 2];
     return half % 2 == 0 ? LeftOf(sides) : RightOf(sides);
   }
 
   void UniteWedges() {
-    for (Index node = 0; node < work_.nodePoints.Size(); ++node) {
-      const Index start = work_.nodeStarts[node];
-      const Index end = work_.nodeEnds[node];
+    for (Index node = 0; node < graph_.nodePoints.Size(); ++node) {
+      const Index start = graph_.nodeStarts[node];
+      const Index end = graph_.nodeEnds[node];
       for (Index slot = start; slot < end; ++slot) {
-        const Half half = work_.slots[slot];
+        const Half half = graph_.slots[slot];
         if (!isInResult_[LabelOf(half)]) continue;
-        Unite(half, work_.slots[slot + 1 == end ? start : slot + 1] ^ 1);
+        Unite(half, graph_.slots[slot + 1 == end ? start : slot + 1] ^ 1);
       }
     }
   }
 
   /// Joins the sides of what lies inside the result.
   void UniteAcross() {
-    for (Index i = 0; i < work_.chains.Size(); ++i) {
-      if (work_.parities[i] == MERGED) continue;
-      const Sides sides = work_.sides[i];
+    for (Index i = 0; i < graph_.chains.Size(); ++i) {
+      if (graph_.parities[i] == MERGED) continue;
+      const Sides sides = labels_.sides[i];
       if (isInResult_[LeftOf(sides)] && isInResult_[RightOf(sides)]) Unite(2 * i, 2 * i + 1);
     }
-    for (Index i = 0; i < work_.contours.Size(); ++i) {
-      if (work_.hasNodes[i]) continue;
-      if (isInResult_[work_.loopInsides[i]] && isInResult_[work_.loopOutsides[i]]) {
-        Unite(SideOfLoop(work_, i, false), SideOfLoop(work_, i, true));
+    for (Index i = 0; i < input_.contours.Size(); ++i) {
+      if (graph_.hasNodes[i]) continue;
+      if (isInResult_[labels_.loopInsides[i]] && isInResult_[labels_.loopOutsides[i]]) {
+        Unite(SideOfLoop(graph_, i, false), SideOfLoop(graph_, i, true));
       }
     }
   }
 
   void UniteParts() {
-    std::optional<SlabIndex> index;
-    for (const Place& part : work_.parts) {
+    PieceSearch search(input_, crossings_, graph_, labels_.slabs);
+    for (const Place& part : labels_.parts) {
       const Operands around =
-          work_.hasNodes[part.contour] ? LabelOf(part.side) : work_.loopOutsides[part.contour];
+          graph_.hasNodes[part.contour] ? LabelOf(part.side) : labels_.loopOutsides[part.contour];
       if (!isInResult_[around]) continue;
-      if (!index.has_value()) index.emplace(work_);
-      PieceSearch search(work_, *index);
-      const Index below = search.FindSideBelow(work_.points[work_.contours[part.contour].lowest]);
+      const Index below = search.FindSideBelow(input_.points[input_.contours[part.contour].lowest]);
       if (below != NONE) Unite(part.side, below);
     }
   }
 
   void SetOwners() {
-    Buffer<Index>& outers = work_.stack;
-    outers.Fill(work_.faces.Size(), NONE);
-    for (Index i = 0; i < work_.resultContours.Size(); ++i) {
-      const ResultContour& contour = work_.resultContours[i];
+    Buffer<Index>& outers = result_.outers;
+    outers.Fill(result_.faces.Size(), NONE);
+    for (Index i = 0; i < result_.contours.Size(); ++i) {
+      const ResultContour& contour = result_.contours[i];
       if (!contour.isHole) outers[Find(contour.side)] = i;
     }
-    for (ResultContour& contour : work_.resultContours) {
+    for (ResultContour& contour : result_.contours) {
       if (!contour.isHole) continue;
       contour.owner = outers[Find(contour.side)];
       if (contour.owner == NONE) throw GPCException(UNIT, __LINE__);
     }
   }
 
-  Workspace& work_;
   Membership isInResult_;
+  const Input& input_;
+  const Crossings& crossings_;
+  const Graph& graph_;
+  const Labels& labels_;
+  Result& result_;
 };
 
 }  // namespace
 
-void FindOwners(Workspace& work, gpc_op operation) {
-  const bool hasHoles = std::any_of(work.resultContours.begin(), work.resultContours.end(),
+void FindOwners(gpc_op operation, const Input& input, const Crossings& crossings,
+                const Graph& graph, const Labels& labels, Result& result) {
+  const bool hasHoles = std::any_of(result.contours.begin(), result.contours.end(),
                                     [](const ResultContour& contour) { return contour.isHole; });
-  if (hasHoles) FaceFinder(work, operation).Run();
+  if (hasHoles) FaceFinder(operation, input, crossings, graph, labels, result).Run();
 }
 
 }  // namespace shr::gpc

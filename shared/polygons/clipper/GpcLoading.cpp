@@ -15,7 +15,7 @@
 #include <cmath>
 
 #include "shared/diagnostics/ThrowError.h"
-#include "shared/polygons/clipper/GpcWorkspace.h"
+#include "shared/polygons/clipper/GpcInput.h"
 
 namespace shr::gpc {
 namespace {
@@ -107,61 +107,61 @@ Index CopyNear(const Vec2d* from, Index size, const Box& box, Vec2d* to) {
 }
 
 /// Appends the contours of an operand. Where `area` is not null, only their course in there counts.
-void LoadPolygon(Workspace& work, const Operand& source, Operands operand, const Box* area) {
-  const Index firstPolygon = work.polygonCount;
+void LoadPolygon(Input& input, const Operand& source, Operands operand, const Box* area) {
+  const Index firstPolygon = input.polygonCount;
   for (std::size_t i = 0; i < source.contours.size(); ++i) {
     const GpcContour& contour = source.contours[i];
     if (contour.vertexCount < 3) continue;
     const auto size = static_cast<Index>(contour.vertexCount);
-    const Index first = work.points.Size();
+    const Index first = input.points.Size();
     if (size > MAX_VERTICES || first > MAX_VERTICES) {
       ThrowErrorImpl(UNIT, __LINE__, L"The polygons have too many vertices to be clipped.");
     }
-    Vec2d* to = work.points.Extend(size + 1);
+    Vec2d* to = input.points.Extend(size + 1);
     Index count;
     if (area == nullptr) {
       count = CopyDistinct(contour.vertices, size, to);
     } else {
       count = CopyDistinct(to, CopyNear(contour.vertices, size, *area, to), to);
     }
-    work.points.Truncate(first + (count < 3 ? 0 : count + 1));
+    input.points.Truncate(first + (count < 3 ? 0 : count + 1));
     if (count < 3) continue;
     to[count] = to[0];
     Index polygon = 0;
-    if (work.rule == Rule::Polygons || work.rule == Rule::Nests) {
+    if (input.rule == Rule::Polygons || input.rule == Rule::Nests) {
       polygon = firstPolygon + source.polygons[i];
-      work.polygonCount = std::max(work.polygonCount, polygon + 1);
+      input.polygonCount = std::max(input.polygonCount, polygon + 1);
     }
-    work.contours.Append({first, count, first, polygon, operand});
+    input.contours.Append({first, count, first, polygon, operand});
   }
 }
 
 /// Leaves out points that repeat the one before, and contours of which too little is left.
-void DropRepeatedPoints(Workspace& work) {
+void DropRepeatedPoints(Input& input) {
   Index to = 0;
   Index kept = 0;
-  for (const Contour& contour : work.contours) {
-    Vec2d* first = work.points.Data() + to;
-    const Index count = CopyDistinct(work.points.Data() + contour.first, contour.count, first);
+  for (const Contour& contour : input.contours) {
+    Vec2d* first = input.points.Data() + to;
+    const Index count = CopyDistinct(input.points.Data() + contour.first, contour.count, first);
     if (count < 3) continue;
     first[count] = first[0];
-    work.contours[kept++] = {to, count, to, contour.polygon, contour.operand};
+    input.contours[kept++] = {to, count, to, contour.polygon, contour.operand};
     to += count + 1;
   }
-  work.points.Truncate(to);
-  work.contours.Truncate(kept);
+  input.points.Truncate(to);
+  input.contours.Truncate(kept);
 }
 
 /// Brings coordinates near the ends of the range of numbers to the middle.
-double Rescale(Workspace& work, double largest) {
+double Rescale(Input& input, double largest) {
   const int exponent = largest > 0.0 ? std::ilogb(largest) : 0;
   if (exponent <= MAX_EXPONENT && exponent >= -MAX_EXPONENT) return largest;
-  for (Vec2d& point : work.points) {
+  for (Vec2d& point : input.points) {
     point.x = std::ldexp(point.x, -exponent);
     point.y = std::ldexp(point.y, -exponent);
   }
-  work.unscale = std::ldexp(1.0, exponent);
-  DropRepeatedPoints(work);  // tiny differences may have vanished
+  input.unscale = std::ldexp(1.0, exponent);
+  DropRepeatedPoints(input);  // tiny differences may have vanished
   return std::ldexp(largest, -exponent);
 }
 
@@ -171,13 +171,12 @@ Box Widen(const Box& box, double margin) {
 
 }  // namespace
 
-void LoadPolygons(Workspace& work, gpc_op operation, Rule rule, const Operand& subject,
-                  const Operand& clip) {
-  work.rule = rule;
-  work.polygonCount = 0;
-  work.points.Clear();
-  work.contours.Clear();
-  work.unscale = 1.0;
+void LoadPolygons(gpc_op operation, Rule rule, const Operand& subject, const Operand& clip,
+                  Input& input) {
+  input.rule = rule;
+  input.polygonCount = 0;
+  input.Clear();
+  input.unscale = 1.0;
   const Extent subjectExtent = Measure(subject);
   const Extent clipExtent = Measure(clip);
   if (!(subjectExtent.sum + clipExtent.sum == 0.0)) {
@@ -189,10 +188,10 @@ void LoadPolygons(Workspace& work, gpc_op operation, Rule rule, const Operand& s
   const Box clipArea = Widen(clipExtent.box, MARGIN * largest);
   const bool isIntersection = operation == GPC_INTERSECTION;
   const bool isDifference = operation == GPC_DIFFERENCE;
-  LoadPolygon(work, subject, SUBJECT, isIntersection ? &clipArea : nullptr);
-  LoadPolygon(work, clip, CLIP, isIntersection || isDifference ? &subjectArea : nullptr);
-  work.largest = Rescale(work, largest);
-  work.tolerance = GPC_SNAP * work.largest;
+  LoadPolygon(input, subject, SUBJECT, isIntersection ? &clipArea : nullptr);
+  LoadPolygon(input, clip, CLIP, isIntersection || isDifference ? &subjectArea : nullptr);
+  input.largest = Rescale(input, largest);
+  input.tolerance = GPC_SNAP * input.largest;
 }
 
 }  // namespace shr::gpc

@@ -14,7 +14,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "shared/polygons/clipper/GpcWorkspace.h"
+#include "shared/polygons/clipper/GpcInput.h"
+#include "shared/polygons/clipper/GpcTuning.h"
 
 namespace shr::gpc {
 
@@ -24,7 +25,7 @@ public:
   Raster(const Box& box, Index sections) {
     const double width = box.xMax - box.xMin;
     const double height = box.yMax - box.yMin;
-    const double cells = std::max(1.0, sections / SECTIONS_PER_CELL);
+    const double cells = std::max(1.0, sections / Tuning::SECTIONS_PER_CELL);
     const double columns = std::sqrt(cells * width / height);
     // Not a number where the box is empty or without height.
     columns_ = columns >= 1.0 ? static_cast<Index>(std::min(columns, cells)) : 1;
@@ -66,7 +67,6 @@ public:
   }
 
 private:
-  static constexpr double SECTIONS_PER_CELL = 6.0;
   static constexpr double MARGIN = 1.0123;
 
   Index GetColumn(double x) const {

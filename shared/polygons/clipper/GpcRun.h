@@ -14,9 +14,11 @@
 
 #include <vector>
 
-#include "shared/polygons/clipper/GpcWorkspace.h"
+#include "shared/polygons/clipper/GpcResult.h"
 
 namespace shr::gpc {
+
+struct Workspace;
 
 /// Whether the outer contours of holes are asked for.
 enum class Want { Contours, Owners };
@@ -29,9 +31,7 @@ public:
   Run(const Run&) = delete;
   Run& operator=(const Run&) = delete;
 
-  std::span<const ResultContour> Contours() const {
-    return {work_.resultContours.begin(), work_.resultContours.end()};
-  }
+  std::span<const ResultContour> Contours() const;
   /// Copies the points of a contour, the highest first, to `count` places and returns the end.
   Vec2d* Copy(const ResultContour& contour, Vec2d* points) const;
   /// Stores all contours in a record, whose former content is ignored. Errors: as `GpcAlloc`; the

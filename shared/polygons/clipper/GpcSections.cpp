@@ -7,12 +7,12 @@
 
 #include <algorithm>
 
-#include "shared/polygons/clipper/GpcWorkspace.h"
+#include "shared/geometry/Orientation.h"
+#include "shared/polygons/clipper/GpcInput.h"
+#include "shared/polygons/clipper/GpcTuning.h"
 
 namespace shr::gpc {
 namespace {
-
-constexpr Index MAX_SECTION_EDGES = 16;
 
 std::uint8_t Directions(double dx, double dy) {
   return static_cast<std::uint8_t>((dx >= 0.0 ? TO_RIGHT : 0) | (dx <= 0.0 ? TO_LEFT : 0) |
@@ -23,10 +23,10 @@ bool IsLower(const Vec2d& a, const Vec2d& b) {
   return a.y < b.y || (a.y == b.y && a.x < b.x);
 }
 
-void AppendSections(Workspace& work, Index contourIndex) {
-  Contour& contour = work.contours[contourIndex];
-  const Vec2d* points = work.points.Data();
-  const Index end = contour.first + contour.count;
+void AppendSections(Input& input, Index contourIndex) {
+  Contour& contour = input.contours[contourIndex];
+  const Vec2d* points = input.points.Data();
+  const Index end = contour.End();
   Index edge = contour.first;
   Index lowest = edge;
   while (edge != end) {
@@ -48,7 +48,7 @@ void AppendSections(Workspace& work, Index contourIndex) {
       const double nextDy = next.y - point.y;
       turnsSmoothly = dx * nextDx + dy * nextDy > 0.0;
       const auto common = static_cast<std::uint8_t>(directions & Directions(nextDx, nextDy));
-      if (edge == end || edge - section.firstEdge == MAX_SECTION_EDGES || common == 0 ||
+      if (edge == end || edge - section.firstEdge == Tuning::SECTION_EDGES || common == 0 ||
           !turnsSmoothly) {
         break;
       }
@@ -66,17 +66,21 @@ void AppendSections(Workspace& work, Index contourIndex) {
     section.edgeCount = static_cast<std::uint16_t>(edge - section.firstEdge);
     section.directions = directions;
     section.turnsSmoothly = turnsSmoothly;
-    work.sections.Append(section);
+    input.sections.Append(section);
   }
   contour.lowest = lowest == end ? contour.first : lowest;
 }
 
 }  // namespace
 
-void BuildSections(Workspace& work) {
-  work.vertexCount = work.points.Size();
-  work.sections.Clear();
-  for (Index i = 0; i < work.contours.Size(); ++i) AppendSections(work, i);
+int Input::TurnAtLowest(const Contour& contour) const {
+  return OrientationSign(points[contour.VertexBefore(contour.lowest)], points[contour.lowest],
+                         points[contour.lowest + 1]);
+}
+
+void BuildSections(Input& input) {
+  input.sections.Clear();
+  for (Index i = 0; i < input.contours.Size(); ++i) AppendSections(input, i);
 }
 
 }  // namespace shr::gpc

@@ -39,7 +39,7 @@
 #include <cmath>
 
 #include "shared/geometry/Orientation.h"
-#include "shared/polygons/clipper/GpcWorkspace.h"
+#include "shared/polygons/clipper/GpcCrossings.h"
 
 namespace shr::gpc {
 namespace {
@@ -49,10 +49,12 @@ constexpr Index MANY_CROSSINGS = 1u << 16;
 
 class Snapper {
 public:
-  explicit Snapper(Workspace& work) : work_(work), grid_(work.snap) {}
+  Snapper(const Input& input, const Buffer<std::uint8_t>& isActive, SnapMemory& grid,
+          ContourTable& snapped, Crossings& crossings)
+      : input_(input), isActive_(isActive), grid_(grid), snapped_(snapped), crossings_(crossings) {}
 
   void Run() {
-    const int exponent = std::ilogb(work_.largest);
+    const int exponent = std::ilogb(input_.largest);
     pitch_ = std::ldexp(1.0, exponent - (GRID_BITS - 1));
     perPitch_ = std::ldexp(1.0, (GRID_BITS - 1) - exponent);
     RoundEnds();
@@ -80,21 +82,21 @@ private:
   /// Calls `handle` with each active edge and its two vertices.
   template <class Handle>
   void ForEachActive(const Handle& handle) const {
-    for (const Contour& contour : work_.contours) {
+    for (const Contour& contour : input_.contours) {
       const Index end = contour.first + contour.count;
       for (Index edge = contour.first; edge < end; ++edge) {
-        if (work_.isActive[edge]) handle(edge, edge, edge + 1 == end ? contour.first : edge + 1);
+        if (isActive_[edge]) handle(edge, edge, edge + 1 == end ? contour.first : edge + 1);
       }
     }
   }
 
   void RoundEnds() {
-    grid_.pixelOfVertex.Fill(work_.points.Size(), NONE);
+    grid_.pixelOfVertex.Fill(input_.points.Size(), NONE);
     grid_.ends.Clear();
     const auto add = [this](Index vertex) {
       if (grid_.pixelOfVertex[vertex] != NONE) return;
       grid_.pixelOfVertex[vertex] = 0;
-      grid_.ends.Append({Round(work_.points[vertex]), vertex});
+      grid_.ends.Append({Round(input_.points[vertex]), vertex});
     };
     ForEachActive([&](Index, Index from, Index to) {
       add(from);
@@ -107,7 +109,7 @@ private:
     grid_.places.Clear();
     grid_.isAlone.Clear();
     for (const RoundedEnd& end : grid_.ends) {
-      const Vec2d& source = work_.points[end.vertex];
+      const Vec2d& source = input_.points[end.vertex];
       if (grid_.pixels.IsEmpty() || !(grid_.pixels.Back() == end.point)) {
         grid_.pixels.Append(end.point);
         grid_.places.Append(source);
@@ -134,7 +136,7 @@ private:
       return a.right < b.right || (a.right == b.right && a.edge < b.edge);
     });
     grid_.edges.Clear();
-    grid_.gridEdgeOf.Fill(work_.points.Size(), NONE);
+    grid_.gridEdgeOf.Fill(input_.points.Size(), NONE);
     for (const EdgeKey& key : grid_.edgeKeys) {
       if (grid_.edges.IsEmpty() || grid_.edges.Back().left != key.left ||
           grid_.edges.Back().right != key.right) {
@@ -284,50 +286,47 @@ private:
   // Contours.
 
   void WriteContours() {
-    work_.nextPoints.Clear();
-    work_.nextContours.Clear();
+    snapped_.Clear();
     grid_.nextPixels.Clear();
-    for (const Contour& contour : work_.contours) {
-      const Index first = work_.nextPoints.Size();
+    for (const Contour& contour : input_.contours) {
+      const Index first = snapped_.points.Size();
       for (Index edge = contour.first; edge < contour.first + contour.count; ++edge) {
         AppendVertex(edge, first);
         AppendStops(edge, first);
       }
-      while (work_.nextPoints.Size() > first + 1 && grid_.nextPixels.Back() != NONE &&
+      while (snapped_.points.Size() > first + 1 && grid_.nextPixels.Back() != NONE &&
              grid_.nextPixels.Back() == grid_.nextPixels[first]) {
-        Truncate(work_.nextPoints.Size() - 1);
+        Truncate(snapped_.points.Size() - 1);
       }
-      const Index count = work_.nextPoints.Size() - first;
+      const Index count = snapped_.points.Size() - first;
       if (count < 3) {
         Truncate(first);
         continue;
       }
-      Append(work_.nextPoints[first], NONE);
-      work_.nextContours.Append({first, count, first, contour.polygon, contour.operand});
+      Append(snapped_.points[first], NONE);
+      snapped_.contours.Append({first, count, first, contour.polygon, contour.operand});
     }
-    work_.points.Swap(work_.nextPoints);
-    work_.contours.Swap(work_.nextContours);
   }
 
   void Append(const Vec2d& point, Index pixel) {
-    work_.nextPoints.Append(point);
+    snapped_.points.Append(point);
     grid_.nextPixels.Append(pixel);
   }
 
   void Truncate(Index size) {
-    work_.nextPoints.Truncate(size);
+    snapped_.points.Truncate(size);
     grid_.nextPixels.Truncate(size);
   }
 
   void AppendPixel(Index pixel, Index first) {
-    if (work_.nextPoints.Size() > first && grid_.nextPixels.Back() == pixel) return;
+    if (snapped_.points.Size() > first && grid_.nextPixels.Back() == pixel) return;
     Append(grid_.places[pixel], pixel);
   }
 
   void AppendVertex(Index vertex, Index first) {
     const Index pixel = grid_.pixelOfVertex[vertex];
     if (pixel != NONE) return AppendPixel(pixel, first);
-    Append(work_.points[vertex], NONE);
+    Append(input_.points[vertex], NONE);
   }
 
   /// Appends the pixels that an edge passes.
@@ -345,17 +344,18 @@ private:
 
   /// Makes nodes of the pixels that are passed more than once, and of the tips of spikes.
   void MarkNodes() {
-    work_.vertexCount = work_.points.Size();
-    work_.isNode.Fill(work_.vertexCount, 0);
-    work_.parents.Resize(work_.vertexCount);
-    work_.nodeVertices.Clear();
-    work_.occurrences.Clear();
+    crossings_.isNode.Fill(snapped_.points.Size(), 0);
+    crossings_.parents.Resize(snapped_.points.Size());
+    crossings_.nodeVertices.Clear();
+    crossings_.points.Clear();
+    crossings_.hasMerged = true;
+    crossings_.occurrences.Clear();
     grid_.visits.Fill(grid_.pixels.Size(), 0);
     grid_.firstVertices.Fill(grid_.pixels.Size(), NONE);
     for (const Index pixel : grid_.nextPixels) {
       if (pixel != NONE) ++grid_.visits[pixel];
     }
-    for (const Contour& contour : work_.contours) {
+    for (const Contour& contour : snapped_.contours) {
       const Index last = contour.first + contour.count - 1;
       for (Index vertex = contour.first; vertex <= last; ++vertex) {
         const Index pixel = grid_.nextPixels[vertex];
@@ -366,16 +366,19 @@ private:
         if (grid_.visits[pixel] < 2 && !isTip) continue;
         Index& firstVertex = grid_.firstVertices[pixel];
         if (firstVertex == NONE) firstVertex = vertex;
-        work_.isNode[vertex] = 1;
-        work_.parents[vertex] = firstVertex;
-        work_.nodeVertices.Append(vertex);
-        work_.occurrences.Append({vertex, vertex});
+        crossings_.isNode[vertex] = 1;
+        crossings_.parents[vertex] = firstVertex;
+        crossings_.nodeVertices.Append(vertex);
+        crossings_.occurrences.Append({vertex, vertex});
       }
     }
   }
 
-  Workspace& work_;
+  const Input& input_;
+  const Buffer<std::uint8_t>& isActive_;
   SnapMemory& grid_;
+  ContourTable& snapped_;
+  Crossings& crossings_;
   double pitch_ = 0.0;
   double perPitch_ = 0.0;
   Index endCount_ = 0;
@@ -383,8 +386,9 @@ private:
 
 }  // namespace
 
-void SnapContours(Workspace& work) {
-  Snapper(work).Run();
+void SnapContours(const Input& input, const Buffer<std::uint8_t>& isActive, SnapMemory& memory,
+                  ContourTable& snapped, Crossings& crossings) {
+  Snapper(input, isActive, memory, snapped, crossings).Run();
 }
 
 }  // namespace shr::gpc

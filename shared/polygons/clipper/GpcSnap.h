@@ -2,14 +2,14 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// What the clipper's snap rounding keeps from call to call. For the library's own use. The idea is
-/// at the top of GpcSnap.cpp.
+/// The clipper's snap rounding, and what it keeps from call to call. For the library's own use. The
+/// idea is at the top of GpcSnap.cpp.
 ///
-/// Threads: a workspace serves one call at a time.
+/// Threads: a memory serves one call at a time.
 
 #pragma once
 
-#include "shared/polygons/clipper/GpcBuffer.h"
+#include "shared/polygons/clipper/GpcCrossings.h"
 #include "shared/polygons/clipper/GpcPixelTree.h"
 #include "shared/polygons/clipper/GpcStripSearch.h"
 
@@ -59,5 +59,10 @@ struct SnapMemory {
   StripMemory strips;
   PixelTree tree;
 };
+
+/// Makes contours, given the edges to be rounded, that meet in common vertices only, and fills the
+/// nodes and occurrences of these.
+void SnapContours(const Input& input, const Buffer<std::uint8_t>& isActive, SnapMemory& memory,
+                  ContourTable& snapped, Crossings& crossings);
 
 }  // namespace shr::gpc

@@ -27,8 +27,8 @@
 
 #include "shared/diagnostics/Exception.h"
 #include "shared/geometry/Orientation.h"
+#include "shared/polygons/clipper/GpcBuffer.h"
 #include "shared/polygons/clipper/GpcHolder.h"
-#include "shared/polygons/clipper/GpcWorkspace.h"
 
 namespace shr {
 namespace {
