@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// The loops for AVX2 and those for any processor give the same bits, at all lengths around their
+// lanes and tiles, also for numbers whose sums overflow, cancel and underflow.
+
+#include "shared/numerics/linear/Kernels.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "tests/numerics/LinearCases.h"
+
+namespace shr {
+namespace {
+
+bool HaveSameBits(const RVector& a, const RVector& b) {
+  return a.size() == b.size() &&
+         (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0);
+}
+
+/// Numbers of very different sizes.
+RVector Numbers(std::uint64_t n, unsigned int seed) {
+  RVector v = RandomVector(n, seed);
+  const RVector sizes = RandomVector(n, seed + 1000);
+  for (std::uint64_t i = 0; i < n; ++i) v(i) *= std::ldexp(1.0, static_cast<int>(sizes(i) * 600.0));
+  return v;
+}
+
+class LinearKernelsTest : public testing::Test {
+protected:
+  const LinearKernels& plain_ = BaselineKernels();
+  const LinearKernels& wide_ = HasWide() ? Avx2Kernels() : BaselineKernels();
+
+  /// What runs here is what the library chose.
+  static bool HasWide() { return &Kernels() != &BaselineKernels(); }
+};
+
+TEST_F(LinearKernelsTest, vectorLoopsGiveTheSameBits) {
+  for (std::uint64_t n = 0; n <= 70; ++n) {
+    const RVector x = Numbers(n, 1), y = Numbers(n, 2);
+    const double a = plain_.dot(x.data(), y.data(), n), b = wide_.dot(x.data(), y.data(), n);
+    EXPECT_EQ(std::memcmp(&a, &b, sizeof(a)), 0) << n;
+    RVector x1 = x, x2 = x, y1 = y, y2 = y;
+    plain_.axpy(1.7, x1.data(), y1.data(), n);
+    wide_.axpy(1.7, x2.data(), y2.data(), n);
+    EXPECT_TRUE(HaveSameBits(y1, y2)) << n;
+    plain_.rotate(0.6, 0.8, x1.data(), y1.data(), n);
+    wide_.rotate(0.6, 0.8, x2.data(), y2.data(), n);
+    EXPECT_TRUE(HaveSameBits(x1, x2) && HaveSameBits(y1, y2)) << n;
+    plain_.scale(0.3, x1.data(), n);
+    wide_.scale(0.3, x2.data(), n);
+    plain_.divide(0.7, x1.data(), n);
+    wide_.divide(0.7, x2.data(), n);
+    EXPECT_TRUE(HaveSameBits(x1, x2)) << n;
+  }
+}
+
+struct Shape {
+  std::size_t rows, depth, columns;
+};
+
+TEST_F(LinearKernelsTest, productsGiveTheSameBits) {
+  for (const Shape& s :
+       {Shape{1, 1, 1}, {5, 7, 9}, {6, 8, 8}, {7, 300, 17}, {61, 20, 33}, {49, 257, 16}}) {
+    for (const bool isTransposed : {false, true}) {
+      for (const bool isSubtracted : {false, true}) {
+        const RVector a = Numbers(s.rows * s.depth, 1), b = Numbers(s.depth * s.columns, 2);
+        RVector c1 = RandomVector(s.rows * s.columns, 3), c2 = c1;
+        RVector workspace(300 * 6 + 300 * 512);
+        MultiplyJob job{
+            s.rows,    s.columns, s.depth,     {a.data(), s.depth, 1}, {b.data(), s.columns, 1},
+            c1.data(), s.columns, isSubtracted};
+        if (isTransposed) {
+          job.a = {a.data(), 1, s.rows};
+          job.b = {b.data(), 1, s.depth};
+        }
+        plain_.multiply(job, workspace.data());
+        job.c = c2.data();
+        wide_.multiply(job, workspace.data());
+        EXPECT_TRUE(HaveSameBits(c1, c2)) << s.rows << ' ' << s.depth << ' ' << s.columns;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace shr
