@@ -5,6 +5,7 @@
 
 #include "bench/polygons/BooleanContender.h"
 #include "bench/polygons/ClipPeerGeos.h"
+#include "bench/polygons/LineCutContender.h"
 
 namespace shr::bench {
 
@@ -21,6 +22,14 @@ std::unique_ptr<BooleanContender> MakeClipperContender() {
 }
 
 std::unique_ptr<BooleanContender> MakeCgalContender() {
+  return nullptr;
+}
+
+std::unique_ptr<LineCutter> MakeClipperLineCutter() {
+  return nullptr;
+}
+
+std::unique_ptr<LineCutter> MakeGeosLineCutter() {
   return nullptr;
 }
 

@@ -2,7 +2,8 @@
 // Copyright (c) 2026 The Shared authors
 
 // Writes an SVG picture to standard output: a row for each pair of polygons, a column for each
-// boolean operation of GPolygon. The result is filled; the operands are outlined.
+// boolean operation of GPolygon. The result is filled; the operands are outlined. Beside them, the
+// outlines of one as lines that the other one cuts: inside, outside and along its border.
 //
 //     booleans > booleans.svg
 
@@ -18,6 +19,7 @@
 #include "shared/geometry/MathUtility.h"
 #include "shared/platform/Console.h"
 #include "shared/polygons/GPolygon.h"
+#include "shared/polygons/lines/PolylineCut.h"
 
 namespace {
 
@@ -139,6 +141,32 @@ void WriteCell(const Pair& pair, const Operation& operation, double x, double y)
               operation.name, result.GetNumContours());
 }
 
+// [lines]
+/// Writes what lies inside thick, what lies along the border dashed, what lies outside thin.
+void WriteLines(const shr::GPolygon& area, const std::vector<shr::GPolyline>& lines) {
+  for (const shr::PolylinePiece& piece : shr::CutPolylines(lines, area)) {
+    const bool isInside = piece.place == shr::PolylinePlace::Inside;
+    const bool isBorder = piece.place == shr::PolylinePlace::Border;
+    std::printf("<polyline fill=\"none\" stroke=\"#2f6b3a\" stroke-width=\"%d\"%s points=\"",
+                isInside ? 3 : 1, isBorder ? " stroke-dasharray=\"4 3\"" : "");
+    for (const shr::Vec2d& point : piece.points) std::printf("%.2f,%.2f ", point.x, point.y);
+    std::printf("\"/>\n");
+  }
+}
+// [end]
+
+void WriteCutCell(const Pair& pair, double x, double y) {
+  std::vector<shr::GPolyline> lines;
+  for (std::size_t i = 0; i < pair.b.GetNumContours(); ++i) {
+    lines.emplace_back(pair.b.GetContour(i));
+    lines.back().push_back(lines.back().front());
+  }
+  std::printf("<g transform=\"translate(%.0f %.0f)\">\n", x + 20.0, y + 20.0);
+  std::printf("<path d=\"%s\" fill=\"#e8d9c0\" fill-rule=\"evenodd\"/>\n", PathOf(pair.a).c_str());
+  WriteLines(pair.a, lines);
+  std::printf("<text x=\"100\" y=\"212\" text-anchor=\"middle\">outlines, cut</text>\n</g>\n");
+}
+
 void WritePicture() {
   const Operation operations[] = {{"intersection", GPolygon::SET_INTERSECTION},
                                   {"union", GPolygon::SET_UNION},
@@ -156,7 +184,7 @@ void WritePicture() {
       "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%.0f\" height=\"%.0f\" "
       "font-family=\"sans-serif\" font-size=\"12\">\n"
       "<rect width=\"100%%\" height=\"100%%\" fill=\"white\"/>\n",
-      CELL * std::size(operations), CELL * std::size(pairs));
+      CELL * (std::size(operations) + 1), CELL * std::size(pairs));
   double y = 0.0;
   for (const Pair& pair : pairs) {
     double x = 0.0;
@@ -164,6 +192,7 @@ void WritePicture() {
       WriteCell(pair, operation, x, y);
       x += CELL;
     }
+    WriteCutCell(pair, x, y);
     y += CELL;
   }
   std::printf("</svg>\n");

@@ -108,6 +108,11 @@ inline struct Image {
 std::vector<ColorCount> CountColors(const Image& image);
 }  // namespace shr::example::in_MedianCut
 
+namespace shr::example::in_PolylineCut {
+inline std::vector<GPolyline> rivers;
+inline GPolygon2d country;
+}  // namespace shr::example::in_PolylineCut
+
 namespace shr::example::in_TextDetection {
 inline std::string_view head;
 }

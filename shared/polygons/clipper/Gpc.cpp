@@ -15,7 +15,8 @@
 // 3. `Graph` (GpcGraph.cpp): nodes where edges meet, chains of edges between them.
 // 4. `Labels` (GpcLabels.cpp): for each chain, which operands are on its left and on its right.
 // 5. `Result` (GpcContours.cpp): chains whose sides differ for the operation, linked up.
-// 6. Faces (GpcFaces.cpp): the outer contours that holes lie in, for who asks.
+// 6. Faces (GpcFaces.cpp): the outer contours that holes lie in, for who asks. Where open lines are
+//    cut, their parts (GpcLines.cpp) take the place of 5 and 6.
 //
 // Robustness: stages 1 to 3 run on doubles first. Crossings are rounded, which bends edges by about
 // one unit in the last place; as long as everything else is either equal to the bit or farther
@@ -85,18 +86,10 @@ void Trim(Workspace& work) {
   std::construct_at(&work);
 }
 
-gpc::Rule RuleOf(FillRule rule) {
-  switch (rule) {
-    case FillRule::EvenOdd:
-      return gpc::Rule::EvenOdd;
-    case FillRule::NonZero:
-      return gpc::Rule::NonZero;
-    case FillRule::Positive:
-      return gpc::Rule::Positive;
-    case FillRule::Negative:
-      return gpc::Rule::Negative;
-  }
-  throw GPCException(gpc::UNIT, __LINE__);
+/// Brings points back to the scale of the operands.
+void Unscale(const gpc::Input& input, Vec2d* points, gpc::Index count) {
+  if (input.unscale == 1.0) return;
+  for (Vec2d* point = points; point != points + count; ++point) *point = *point * input.unscale;
 }
 
 /// Takes moved contours in place of the present ones.
@@ -130,6 +123,20 @@ void Arrange(Workspace& work, std::span<const double> nestSizes) {
 
 namespace gpc {
 
+Rule RuleOf(FillRule rule) {
+  switch (rule) {
+    case FillRule::EvenOdd:
+      return Rule::EvenOdd;
+    case FillRule::NonZero:
+      return Rule::NonZero;
+    case FillRule::Positive:
+      return Rule::Positive;
+    case FillRule::Negative:
+      return Rule::Negative;
+  }
+  throw GPCException(UNIT, __LINE__);
+}
+
 Run::Run(gpc_op operation, Rule rule, const Operand& subject, const Operand& clip, Want want)
     : work_(GetWorkspace()) {
   try {
@@ -162,12 +169,9 @@ std::span<const ResultContour> Run::Contours() const {
 Vec2d* Run::Copy(const ResultContour& contour, Vec2d* points) const {
   const Vec2d* from = work_.result.points.Data() + contour.first;
   const Vec2d* top = from + contour.top;
-  Vec2d* const first = points;
-  points = std::copy(from, top, std::copy(top, from + contour.count, points));
-  const double unscale = work_.input.unscale;
-  if (unscale == 1.0) return points;
-  for (Vec2d* point = first; point != points; ++point) *point = *point * unscale;
-  return points;
+  Vec2d* const end = std::copy(from, top, std::copy(top, from + contour.count, points));
+  Unscale(work_.input, points, contour.count);
+  return end;
 }
 
 void Run::MakeRecord(GpcPolygon& result) const {
@@ -190,11 +194,37 @@ void Run::MakeRecord(GpcPolygon& result) const {
   result = std::exchange(record, GpcPolygon());
 }
 
+LineRun::LineRun(Rule rule, const Operand& area, std::span<const GpcContour> lines)
+    : work_(GetWorkspace()) {
+  try {
+    LoadLines(rule, area, lines, work_.input);
+    Arrange(work_, {});
+    CutLines(work_.input, work_.crossings, work_.graph, work_.labels, work_.result);
+  } catch (...) {
+    Trim(work_);
+    throw;
+  }
+}
+
+LineRun::~LineRun() {
+  Trim(work_);
+}
+
+std::span<const LinePart> LineRun::Parts() const {
+  return {work_.result.lineParts.begin(), work_.result.lineParts.end()};
+}
+
+void LineRun::Copy(const LinePart& part, Vec2d* points) const {
+  const Vec2d* from = work_.result.points.Data() + part.first;
+  std::copy(from, from + part.count, points);
+  Unscale(work_.input, points, part.count);
+}
+
 }  // namespace gpc
 
 void gpc_polygon_clip(gpc_op operation, const GpcPolygon& subject, const GpcPolygon& clip,
                       GpcPolygon& result, FillRule rule) {
-  gpc::Run(operation, RuleOf(rule), gpc::OperandOf(subject), gpc::OperandOf(clip),
+  gpc::Run(operation, gpc::RuleOf(rule), gpc::OperandOf(subject), gpc::OperandOf(clip),
            gpc::Want::Contours)
       .MakeRecord(result);
 }

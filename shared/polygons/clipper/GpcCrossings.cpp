@@ -35,6 +35,14 @@ struct Edge {
   Vec2d end;
 };
 
+void MakeNode(Crossings& crossings, Index vertex) {
+  if (crossings.isNode[vertex]) return;
+  crossings.isNode[vertex] = 1;
+  crossings.parents[vertex] = vertex;
+  crossings.reaches[vertex] = 0.0;
+  crossings.nodeVertices.Append(vertex);
+}
+
 /// Compares parts of contours and keeps what it finds: crossings and ends near edges, or the edges
 /// that come near others where `isActive` is not null.
 class EdgePairs {
@@ -85,7 +93,7 @@ private:
     if (bIndex == aIndex + 1) return a.turnsSmoothly != 0;
     const Contour& contour = input_.contours[a.contour];
     return a.firstEdge == contour.first && b.firstEdge + b.edgeCount == contour.End() &&
-           b.turnsSmoothly != 0;
+           b.turnsSmoothly != 0;  // never so for lines
   }
 
   Edge GetEdge(Index number, Index section) const {
@@ -185,7 +193,7 @@ private:
     } else if (IsNear(point, to.end)) {
       Merge(vertex, point, GetVertex(to, 1), to.end);
     } else {
-      MakeNode(vertex);
+      MakeNode(crossings_, vertex);
       crossings_.occurrences.Append({to.number, vertex});
       if (OrientationSign(to.start, to.end, point) != 0) crossings_.isMoved = true;
     }
@@ -200,7 +208,7 @@ private:
     const double limit = tolerance_ * std::max(Length1(back), Length1(forth));
     if (std::abs(Cross(back, forth)) > limit) return;
     if ((isActive_ != nullptr)) return Activate(a, b);
-    MakeNode(GetVertex(a, 1));
+    MakeNode(crossings_, GetVertex(a, 1));
     if (Length1(back) <= Length1(forth)) {
       JoinIfNear(a, 0, b);
     } else {
@@ -221,18 +229,10 @@ private:
     return input_.contours[input_.sections[edge.section].contour].VertexAt(edge.number + which);
   }
 
-  void MakeNode(Index vertex) {
-    if (crossings_.isNode[vertex]) return;
-    crossings_.isNode[vertex] = 1;
-    crossings_.parents[vertex] = vertex;
-    crossings_.reaches[vertex] = 0.0;
-    crossings_.nodeVertices.Append(vertex);
-  }
-
   /// Makes one of two vertices unless that would move something too far.
   void Merge(Index a, const Vec2d& aPoint, Index b, const Vec2d& bPoint) {
-    MakeNode(a);
-    MakeNode(b);
+    MakeNode(crossings_, a);
+    MakeNode(crossings_, b);
     const Index aRoot = crossings_.Root(a);
     const Index bRoot = crossings_.Root(b);
     if (!IsSame(aPoint, bPoint)) crossings_.isMoved = true;
@@ -278,6 +278,11 @@ void FindCrossings(const Input& input, Crossings& crossings) {
   crossings.parents.Resize(input.points.Size());
   crossings.reaches.Resize(input.points.Size());
   if (input.sections.IsEmpty()) return;
+  for (const Contour& contour : input.contours) {
+    if (!contour.IsLine()) continue;
+    MakeNode(crossings, contour.first);
+    MakeNode(crossings, contour.End());
+  }
   EdgePairs pairs(input, crossings, nullptr, input.tolerance);
   TileSearch(input, input.tolerance, crossings.tiles, pairs).Run();
   if (!crossings.isMoved) OrderNodes(input, crossings);

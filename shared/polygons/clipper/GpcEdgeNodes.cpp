@@ -116,14 +116,14 @@ void Merge(const Input& input, Crossings& crossings, Index a, Index b) {
   crossings.hasMerged = true;
 }
 
-/// Orders the occurrences of one edge and merges neighbours.
+/// Orders the occurrences of one edge and merges neighbours. The last vertex of a line has no edge,
+/// but an occurrence as if it had.
 void OrderEdge(const Input& input, Crossings& crossings, Index first, Index count,
                Index endVertex) {
   Occurrence* occurrences = crossings.occurrences.Data() + first;
   const Index edge = occurrences[0].edge;
-  const Vec2d start = input.points[edge];
-  const Vec2d along = input.points[edge + 1] - start;
   if (count > 1) {
+    const Vec2d along = input.points[edge + 1] - input.points[edge];
     const bool byX = std::abs(along.x) >= std::abs(along.y);
     const bool isForward = (byX ? along.x : along.y) > 0.0;
     crossings.placed.Resize(count);
@@ -146,7 +146,8 @@ void OrderEdge(const Input& input, Crossings& crossings, Index first, Index coun
   for (Index i = 1; i < count; ++i) {
     mergeWith(occurrences[i].point, crossings.PointOf(input, occurrences[i].point));
   }
-  if (crossings.isNode[endVertex]) mergeWith(endVertex, input.points[endVertex]);
+  if (endVertex != NONE && crossings.isNode[endVertex])
+    mergeWith(endVertex, input.points[endVertex]);
 }
 
 /// Appends a point to the contour in work unless it repeats the last.
@@ -164,12 +165,16 @@ bool IsNearEdge(const Input& input, const Occurrence& occurrence) {
 
 /// Ends the contour in work at the end of the points.
 void AppendContour(ContourTable& joined, Index first, const Contour& source) {
-  while (joined.points.Size() > first + 1 && IsSame(joined.points.Back(), joined.points[first])) {
-    joined.points.Truncate(joined.points.Size() - 1);
+  Buffer<Vec2d>& points = joined.points;
+  if (!source.IsLine()) {
+    while (points.Size() > first + 1 && IsSame(points.Back(), points[first])) {
+      points.Truncate(points.Size() - 1);
+    }
+    if (points.Size() < first + 3) return points.Truncate(first);
+    points.Append(points[first]);
   }
-  const Index count = joined.points.Size() - first;
-  if (count < 3) return joined.points.Truncate(first);
-  joined.points.Append(joined.points[first]);
+  const Index count = points.Size() - first - 1;
+  if (count == 0) return points.Truncate(first);
   joined.contours.Append({first, count, first, source.polygon, source.operand});
 }
 
@@ -184,9 +189,10 @@ void OrderNodes(const Input& input, Crossings& crossings) {
     const Index edge = crossings.occurrences[first].edge;
     Index end = first + 1;
     while (end < size && crossings.occurrences[end].edge == edge) ++end;
-    while (edge >= input.contours[contourIndex].End()) ++contourIndex;
+    while (edge > input.contours[contourIndex].End()) ++contourIndex;
     const Contour& contour = input.contours[contourIndex];
-    OrderEdge(input, crossings, first, end - first, contour.VertexAt(edge + 1));
+    const Index endVertex = edge == contour.End() ? NONE : contour.VertexAt(edge + 1);
+    OrderEdge(input, crossings, first, end - first, endVertex);
     first = end;
   }
   if (!crossings.hasMerged) return;
@@ -202,7 +208,8 @@ void JoinVertices(const Input& input, Crossings& crossings, ContourTable& joined
   // Crossings come from the grid.
   Index kept = 0;
   for (const Occurrence& occurrence : crossings.occurrences) {
-    if (occurrence.point >= input.points.Size() || !IsNearEdge(input, occurrence)) continue;
+    if (occurrence.point >= input.points.Size() || occurrence.point == occurrence.edge) continue;
+    if (!IsNearEdge(input, occurrence)) continue;
     crossings.occurrences[kept++] = occurrence;
   }
   crossings.occurrences.Truncate(kept);
@@ -225,6 +232,9 @@ void JoinVertices(const Input& input, Crossings& crossings, ContourTable& joined
       for (const PlacedPoint& placed : crossings.placed) {
         AppendNext(joined.points, first, input.points[crossings.Root(placed.point)]);
       }
+    }
+    if (contour.IsLine()) {
+      AppendNext(joined.points, first, input.points[crossings.Root(contour.End())]);
     }
     AppendContour(joined, first, contour);
   }

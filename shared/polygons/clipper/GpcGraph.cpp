@@ -58,7 +58,7 @@ void AppendChains(const Input& input, const Crossings& crossings, Index contourI
                   Index end, Graph& graph) {
   const Contour& contour = input.contours[contourIndex];
   Index from = graph.nodeOfPoint[crossings.occurrences[first].point];
-  for (Index i = first; i < end; ++i) {
+  for (Index i = first; i < (contour.IsLine() ? end - 1 : end); ++i) {
     const Occurrence& occurrence = crossings.occurrences[i];
     const bool wraps = i + 1 == end;
     const Occurrence& next = crossings.occurrences[wraps ? first : i + 1];
@@ -81,7 +81,7 @@ void BuildChains(const Input& input, const Crossings& crossings, Graph& graph) {
   Index next = 0;
   for (Index i = 0; i < input.contours.Size(); ++i) {
     graph.chainStarts[i] = graph.chains.Size();
-    const Index contourEnd = input.contours[i].End();
+    const Index contourEnd = input.contours[i].End() + 1;
     const Index first = next;
     while (next < crossings.occurrences.Size() && crossings.occurrences[next].edge < contourEnd)
       ++next;

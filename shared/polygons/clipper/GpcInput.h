@@ -21,6 +21,8 @@ namespace shr::gpc {
 using Operands = std::uint8_t;
 inline constexpr Operands SUBJECT = 1;
 inline constexpr Operands CLIP = 2;
+/// Marks a line: it is open and encloses nothing.
+inline constexpr Operands LINE = 0;
 
 /// What is inside an operand.
 enum class Rule : std::uint8_t {
@@ -40,17 +42,20 @@ struct Operand {
 };
 
 /// A closed walk over `count` points, which lie in the points from `first` on. The first is
-/// repeated at `first + count`, so that edge i runs from point i to point i + 1 for every i.
+/// repeated at `first + count`, so that edge i runs from point i to point i + 1 for every i. Or a
+/// line of `count` edges, whose last point is at `first + count`.
 struct Contour {
   Index first;
   Index count;
   Index lowest;   ///< the point of least y, of several the one of least x
-  Index polygon;  ///< by the rule of polygons: its number among those of both operands
+  Index polygon;  ///< by the rule of polygons: its number among those of both operands; of a line,
+                  ///< its number among the lines
   Operands operand;
 
+  bool IsLine() const { return operand == LINE; }
   Index End() const { return first + count; }
   /// Returns the vertex at an end of an edge of the contour.
-  Index VertexAt(Index point) const { return point == End() ? first : point; }
+  Index VertexAt(Index point) const { return point == End() && !IsLine() ? first : point; }
   Index VertexBefore(Index vertex) const { return vertex == first ? End() - 1 : vertex - 1; }
 };
 
@@ -99,6 +104,9 @@ struct Input : ContourTable {
 /// cannot matter to the operation. Errors: as `gpc_polygon_clip`.
 void LoadPolygons(gpc_op operation, Rule rule, const Operand& subject, const Operand& clip,
                   Input& input);
+/// Makes the input of lines (contours of two or more vertices) and of the contours of an area, its
+/// subject, as far as they matter to the lines. Errors: as `CutPolylines`.
+void LoadLines(Rule rule, const Operand& area, std::span<const GpcContour> lines, Input& input);
 /// Cuts the contours into sections and finds their lowest points.
 void BuildSections(Input& input);
 

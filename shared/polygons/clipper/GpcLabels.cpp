@@ -88,7 +88,9 @@ public:
       PassContour(input_.contours[chain.contour], each % 2 == 0 ? 1 : -1);
     });
   }
-  void PassContour(const Contour& contour, int turns) { windings_[contour.operand - 1] += turns; }
+  void PassContour(const Contour& contour, int turns) {
+    if (!contour.IsLine()) windings_[contour.operand - 1] += turns;
+  }
   void NoteInside(const Contour&) {}
   Operands Inside() const {
     return static_cast<Operands>((IsInside(windings_[0]) ? SUBJECT : 0) |
@@ -119,6 +121,7 @@ public:
     });
   }
   void PassContour(const Contour& contour, int) {
+    if (contour.IsLine()) return;
     std::uint8_t& isOdd = labels_.isOdd[contour.polygon];
     isOdd ^= 1;
     counts_[contour.operand - 1] += isOdd != 0 ? 1 : -1;

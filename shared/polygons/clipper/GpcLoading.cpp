@@ -48,11 +48,14 @@ struct Extent {
   double Largest() const { return std::max({-box.xMin, -box.yMin, box.xMax, box.yMax, 0.0}); }
 };
 
-Extent Measure(const Operand& operand) {
+constexpr int CONTOUR_SIZE = 3;  // at least
+constexpr int LINE_SIZE = 2;
+
+Extent Measure(std::span<const GpcContour> contours, int minSize) {
   Extent even;
   Extent odd;  // two, so that neither waits for the other
-  for (const GpcContour& contour : operand.contours) {
-    if (contour.vertexCount < 3) continue;
+  for (const GpcContour& contour : contours) {
+    if (contour.vertexCount < minSize) continue;
     int j = 0;
     for (; j + 1 < contour.vertexCount; j += 2) {
       even.Add(contour.vertices[j]);
@@ -65,11 +68,12 @@ Extent Measure(const Operand& operand) {
 }
 
 /// Copies points that differ from the one before and returns their number. The target may be the
-/// source.
-Index CopyDistinct(const Vec2d* from, Index size, Vec2d* to) {
-  Index count = 0;
-  Vec2d last = from[size - 1];
-  for (Index i = 0; i < size; ++i) {
+/// source. The first one goes unless it is equal to the last, or always with a line.
+Index CopyDistinct(const Vec2d* from, Index size, Vec2d* to, bool isLine = false) {
+  if (isLine) to[0] = from[0];
+  Index count = isLine ? 1 : 0;
+  Vec2d last = isLine ? from[0] : from[size - 1];
+  for (Index i = count; i < size; ++i) {
     const Vec2d point = from[i];
     to[count] = point;
     count += !IsSame(point, last);
@@ -106,6 +110,12 @@ Index CopyNear(const Vec2d* from, Index size, const Box& box, Vec2d* to) {
   return count;
 }
 
+void CheckSize(Index size, Index sizeBefore) {
+  if (size > MAX_VERTICES || sizeBefore > MAX_VERTICES) {
+    ThrowErrorImpl(UNIT, __LINE__, L"The polygons have too many vertices to be clipped.");
+  }
+}
+
 /// Appends the contours of an operand. Where `area` is not null, only their course in there counts.
 void LoadPolygon(Input& input, const Operand& source, Operands operand, const Box* area) {
   const Index firstPolygon = input.polygonCount;
@@ -114,9 +124,7 @@ void LoadPolygon(Input& input, const Operand& source, Operands operand, const Bo
     if (contour.vertexCount < 3) continue;
     const auto size = static_cast<Index>(contour.vertexCount);
     const Index first = input.points.Size();
-    if (size > MAX_VERTICES || first > MAX_VERTICES) {
-      ThrowErrorImpl(UNIT, __LINE__, L"The polygons have too many vertices to be clipped.");
-    }
+    CheckSize(size, first);
     Vec2d* to = input.points.Extend(size + 1);
     Index count;
     if (area == nullptr) {
@@ -136,17 +144,29 @@ void LoadPolygon(Input& input, const Operand& source, Operands operand, const Bo
   }
 }
 
+void AppendLine(Input& input, const GpcContour& line, Index number) {
+  const auto size = static_cast<Index>(line.vertexCount);
+  const Index first = input.points.Size();
+  CheckSize(size, first);
+  const Index count = CopyDistinct(line.vertices, size, input.points.Extend(size), true);
+  input.points.Truncate(first + (count < LINE_SIZE ? 0 : count));
+  if (count >= LINE_SIZE) input.contours.Append({first, count - 1, first, number, LINE});
+}
+
 /// Leaves out points that repeat the one before, and contours of which too little is left.
 void DropRepeatedPoints(Input& input) {
   Index to = 0;
   Index kept = 0;
   for (const Contour& contour : input.contours) {
+    const bool isLine = contour.IsLine();
     Vec2d* first = input.points.Data() + to;
-    const Index count = CopyDistinct(input.points.Data() + contour.first, contour.count, first);
-    if (count < 3) continue;
-    first[count] = first[0];
-    input.contours[kept++] = {to, count, to, contour.polygon, contour.operand};
-    to += count + 1;
+    const Index count = CopyDistinct(input.points.Data() + contour.first,
+                                     contour.count + (isLine ? 1 : 0), first, isLine);
+    if (count < static_cast<Index>(isLine ? LINE_SIZE : CONTOUR_SIZE)) continue;
+    if (!isLine) first[count] = first[0];
+    const Index edges = isLine ? count - 1 : count;
+    input.contours[kept++] = {to, edges, to, contour.polygon, contour.operand};
+    to += edges + 1;
   }
   input.points.Truncate(to);
   input.contours.Truncate(kept);
@@ -169,20 +189,36 @@ Box Widen(const Box& box, double margin) {
   return {box.xMin - margin, box.yMin - margin, box.xMax + margin, box.yMax + margin};
 }
 
-}  // namespace
-
-void LoadPolygons(gpc_op operation, Rule rule, const Operand& subject, const Operand& clip,
-                  Input& input) {
+void Begin(Rule rule, Input& input) {
   input.rule = rule;
   input.polygonCount = 0;
   input.Clear();
   input.unscale = 1.0;
-  const Extent subjectExtent = Measure(subject);
-  const Extent clipExtent = Measure(clip);
-  if (!(subjectExtent.sum + clipExtent.sum == 0.0)) {
-    ThrowErrorImpl(UNIT, __LINE__,
-                   L"A polygon with infinite or undefined coordinates cannot be clipped.");
-  }
+}
+
+void CheckFinite(const Extent& extent, const wchar_t* fault) {
+  if (!(extent.sum == 0.0)) ThrowErrorImpl(UNIT, __LINE__, fault);
+}
+
+void SetScale(Input& input, double largest) {
+  input.largest = Rescale(input, largest);
+  input.tolerance = GPC_SNAP * input.largest;
+}
+
+constexpr const wchar_t* BAD_POLYGON =
+    L"A polygon with infinite or undefined coordinates cannot be clipped.";
+constexpr const wchar_t* BAD_LINE =
+    L"A line with infinite or undefined coordinates cannot be clipped.";
+
+}  // namespace
+
+void LoadPolygons(gpc_op operation, Rule rule, const Operand& subject, const Operand& clip,
+                  Input& input) {
+  Begin(rule, input);
+  const Extent subjectExtent = Measure(subject.contours, CONTOUR_SIZE);
+  const Extent clipExtent = Measure(clip.contours, CONTOUR_SIZE);
+  CheckFinite(subjectExtent, BAD_POLYGON);
+  CheckFinite(clipExtent, BAD_POLYGON);
   const double largest = std::max(subjectExtent.Largest(), clipExtent.Largest());
   const Box subjectArea = Widen(subjectExtent.box, MARGIN * largest);
   const Box clipArea = Widen(clipExtent.box, MARGIN * largest);
@@ -190,8 +226,22 @@ void LoadPolygons(gpc_op operation, Rule rule, const Operand& subject, const Ope
   const bool isDifference = operation == GPC_DIFFERENCE;
   LoadPolygon(input, subject, SUBJECT, isIntersection ? &clipArea : nullptr);
   LoadPolygon(input, clip, CLIP, isIntersection || isDifference ? &subjectArea : nullptr);
-  input.largest = Rescale(input, largest);
-  input.tolerance = GPC_SNAP * input.largest;
+  SetScale(input, largest);
+}
+
+void LoadLines(Rule rule, const Operand& area, std::span<const GpcContour> lines, Input& input) {
+  Begin(rule, input);
+  const Extent areaExtent = Measure(area.contours, CONTOUR_SIZE);
+  const Extent lineExtent = Measure(lines, LINE_SIZE);
+  CheckFinite(areaExtent, BAD_POLYGON);
+  CheckFinite(lineExtent, BAD_LINE);
+  const double largest = std::max(areaExtent.Largest(), lineExtent.Largest());
+  const Box near = Widen(lineExtent.box, MARGIN * largest);
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    if (lines[i].vertexCount >= LINE_SIZE) AppendLine(input, lines[i], static_cast<Index>(i));
+  }
+  LoadPolygon(input, area, SUBJECT, &near);
+  SetScale(input, largest);
 }
 
 }  // namespace shr::gpc

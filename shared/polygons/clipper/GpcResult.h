@@ -23,9 +23,21 @@ struct ResultContour {
   bool isHole;
 };
 
+/// Where a part of a line lies: the area is on both of its sides, on neither, or on one.
+enum class LinePlace : std::uint8_t { Inside, Outside, Border };
+
+/// A part of a line: points of the result.
+struct LinePart {
+  Index line;
+  LinePlace place;
+  Index first;
+  Index count;
+};
+
 struct Result {
   Buffer<Vec2d> points{L"vertex list creation"};
   Buffer<ResultContour> contours{L"contour creation"};
+  Buffer<LinePart> lineParts{L"contour creation"};  ///< line by line, along each
 
   // What the stages work with.
   Buffer<std::uint8_t> isBorder{L"result table creation"};  ///< by chain: not yet traced
@@ -33,6 +45,7 @@ struct Result {
   Buffer<Half> path{L"result table creation"};
   Buffer<Index> faces{L"face creation"};   ///< by side: a forest of sides of one face of the result
   Buffer<Index> outers{L"face creation"};  ///< by face: its outer contour
+  Buffer<Index> keptChains{L"result table creation"};  ///< by chain, if there are mergers
 };
 
 /// Whether a place is in the result, by the operands it is inside.
@@ -49,5 +62,9 @@ void TraceContours(gpc_op operation, const Input& input, const Graph& graph, con
 /// Finds the outer contour of each hole of the result.
 void FindOwners(gpc_op operation, const Input& input, const Crossings& crossings,
                 const Graph& graph, const Labels& labels, Result& result);
+
+/// Cuts the lines into parts.
+void CutLines(const Input& input, const Crossings& crossings, const Graph& graph,
+              const Labels& labels, Result& result);
 
 }  // namespace shr::gpc

@@ -42,6 +42,25 @@ private:
   Workspace& work_;
 };
 
+/// Lines cut by an area.
+class LineRun {
+public:
+  /// Errors: as `CutPolylines`.
+  LineRun(Rule rule, const Operand& area, std::span<const GpcContour> lines);
+  ~LineRun();
+  LineRun(const LineRun&) = delete;
+  LineRun& operator=(const LineRun&) = delete;
+
+  std::span<const LinePart> Parts() const;
+  /// Copies the points of a part to `count` places.
+  void Copy(const LinePart& part, Vec2d* points) const;
+
+private:
+  Workspace& work_;
+};
+
+Rule RuleOf(FillRule rule);
+
 /// Returns what lies around each contour of an operand, in which each is a polygon of its own, by
 /// the number of the polygon. Where edges of several contours lie upon each other, those of greater
 /// size lie around the others, of several of one size those of lesser number. The depth is 0 for

@@ -65,10 +65,10 @@ void AppendSections(Input& input, Index contourIndex) {
     section.contour = contourIndex;
     section.edgeCount = static_cast<std::uint16_t>(edge - section.firstEdge);
     section.directions = directions;
-    section.turnsSmoothly = turnsSmoothly;
+    section.turnsSmoothly = turnsSmoothly && !(contour.IsLine() && edge == end);
     input.sections.Append(section);
   }
-  contour.lowest = lowest == end ? contour.first : lowest;
+  contour.lowest = contour.VertexAt(lowest);
 }
 
 }  // namespace

@@ -83,9 +83,8 @@ private:
   template <class Handle>
   void ForEachActive(const Handle& handle) const {
     for (const Contour& contour : input_.contours) {
-      const Index end = contour.first + contour.count;
-      for (Index edge = contour.first; edge < end; ++edge) {
-        if (isActive_[edge]) handle(edge, edge, edge + 1 == end ? contour.first : edge + 1);
+      for (Index edge = contour.first; edge < contour.End(); ++edge) {
+        if (isActive_[edge]) handle(edge, edge, contour.VertexAt(edge + 1));
       }
     }
   }
@@ -294,18 +293,23 @@ private:
         AppendVertex(edge, first);
         AppendStops(edge, first);
       }
+      if (contour.IsLine()) AppendVertex(contour.End(), first);
+      EndContour(contour, first);
+    }
+  }
+
+  void EndContour(const Contour& contour, Index first) {
+    if (!contour.IsLine()) {
       while (snapped_.points.Size() > first + 1 && grid_.nextPixels.Back() != NONE &&
              grid_.nextPixels.Back() == grid_.nextPixels[first]) {
         Truncate(snapped_.points.Size() - 1);
       }
-      const Index count = snapped_.points.Size() - first;
-      if (count < 3) {
-        Truncate(first);
-        continue;
-      }
+      if (snapped_.points.Size() < first + 3) return Truncate(first);
       Append(snapped_.points[first], NONE);
-      snapped_.contours.Append({first, count, first, contour.polygon, contour.operand});
     }
+    const Index count = snapped_.points.Size() - first - 1;
+    if (count == 0) return Truncate(first);
+    snapped_.contours.Append({first, count, first, contour.polygon, contour.operand});
   }
 
   void Append(const Vec2d& point, Index pixel) {
@@ -355,22 +359,30 @@ private:
     for (const Index pixel : grid_.nextPixels) {
       if (pixel != NONE) ++grid_.visits[pixel];
     }
-    for (const Contour& contour : snapped_.contours) {
-      const Index last = contour.first + contour.count - 1;
-      for (Index vertex = contour.first; vertex <= last; ++vertex) {
-        const Index pixel = grid_.nextPixels[vertex];
-        if (pixel == NONE) continue;
-        const Index before = grid_.nextPixels[vertex == contour.first ? last : vertex - 1];
-        const Index after = grid_.nextPixels[vertex == last ? contour.first : vertex + 1];
-        const bool isTip = before == after && before != NONE;
-        if (grid_.visits[pixel] < 2 && !isTip) continue;
+    for (const Contour& contour : snapped_.contours) MarkNodesOf(contour);
+  }
+
+  void MarkNodesOf(const Contour& contour) {
+    const bool isLine = contour.IsLine();
+    const Index last = isLine ? contour.End() : contour.End() - 1;
+    for (Index vertex = contour.first; vertex <= last; ++vertex) {
+      const bool isEnd = isLine && (vertex == contour.first || vertex == last);
+      const Index pixel = grid_.nextPixels[vertex];
+      if (pixel == NONE && !isEnd) continue;
+      const Index before = grid_.nextPixels[vertex == contour.first ? last : vertex - 1];
+      const Index after = grid_.nextPixels[vertex == last ? contour.first : vertex + 1];
+      const bool isTip = before == after && before != NONE;
+      if (!isEnd && grid_.visits[pixel] < 2 && !isTip) continue;
+      Index root = vertex;
+      if (pixel != NONE) {
         Index& firstVertex = grid_.firstVertices[pixel];
         if (firstVertex == NONE) firstVertex = vertex;
-        crossings_.isNode[vertex] = 1;
-        crossings_.parents[vertex] = firstVertex;
-        crossings_.nodeVertices.Append(vertex);
-        crossings_.occurrences.Append({vertex, vertex});
+        root = firstVertex;
       }
+      crossings_.isNode[vertex] = 1;
+      crossings_.parents[vertex] = root;
+      crossings_.nodeVertices.Append(vertex);
+      crossings_.occurrences.Append({vertex, vertex});
     }
   }
 
