@@ -2,7 +2,8 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// Numbers as the pages of the examples write them: in English, the same on every machine.
+/// Counts and numbers of so many decimals as the pages of the examples write them: in English, the
+/// same on every machine. For significant digits see shared/plots/NumberText.h.
 
 #pragma once
 
@@ -25,10 +26,5 @@ GString FormatNumber(double value, std::size_t decimals);
 
 /// The same, without zeros at the end of the fraction: "2.5", "30".
 GString FormatShort(double value, std::size_t decimals);
-
-/// Returns `value` with so many significant digits, correctly rounded, without zeros at the end:
-/// "1.25", "−0.0015", "3.2 × 10¹²" above and below what is read at a glance; a dash for what is no
-/// finite number.
-GString FormatSignificant(double value, int digits);
 
 }  // namespace examples
