@@ -18,6 +18,13 @@ if [ ! -d /usr/include/CGAL ] && [ ! -d "$peers/usr/include/CGAL" ]; then
   mkdir -p "$peers"
   (cd "$peers" && apt-get download -q libcgal-dev && dpkg-deb -x libcgal-dev_*.deb .)
 fi
+# The same holds for GDAL, of which the library alone can be installed beside ours.
+if [ ! -d /usr/include/gdal ] && [ ! -d "$peers/usr/include/gdal" ]; then
+  mkdir -p "$peers"
+  (cd "$peers" && apt-get download -q libgdal-dev && dpkg-deb -x libgdal-dev_*.deb .)
+fi
+# Peers that work in several threads get one, as our own code does.
+export OPENBLAS_NUM_THREADS=1
 
 cmake --preset bench
 cmake --build --preset bench

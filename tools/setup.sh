@@ -20,7 +20,7 @@ packages_of() {
                libeigen3-dev \
                python3 pkg-config ;;
     bench) echo "${build[@]}" libbenchmark-dev libcereal-dev libfast-float-dev libfmt-dev \
-                libgeos++-dev libgeos-dev libgmp-dev libmpfr-dev libpolyclipping-dev python3 \
+                libgdal32 libgeos++-dev libgeos-dev libgmp-dev libmpfr-dev libpolyclipping-dev python3 \
                 "${windows[@]}" wine wine64 ;;
     fuzz) echo "${build[@]}" "${clang[@]}" ;;
     builds) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest python3 ;;

@@ -3,8 +3,8 @@
 
 /// @file
 /// `SHARED_HAS_SSE2`: 1 where the baseline has the vectors of SSE2, the intrinsics of which are
-/// then declared, else 0. `SHARED_ALWAYS_INLINE` begins a function of a kernel that must become part
-/// of its callers. Internal; wider vectors are asked for by shared/platform/CpuFeatures.h.
+/// then declared, else 0. `SHARED_ALWAYS_INLINE` begins a function of a kernel that must become
+/// part of its callers. Internal; wider vectors are asked for by shared/platform/CpuFeatures.h.
 
 #pragma once
 

@@ -26,6 +26,7 @@
 #include "shared/commands/SimpleCommand.h"
 #include "shared/geometry/Box2.h"
 #include "shared/geometry/Vec3.h"
+#include "shared/numerics/registration/ImageRegistration.h"
 #include "shared/polygons/GPolygon2d.h"
 #include "shared/polygons/GPolyline.h"
 #include "shared/text/GString.h"
@@ -112,6 +113,44 @@ namespace shr::example::in_PolylineCut {
 inline std::vector<GPolyline> rivers;
 inline GPolygon2d country;
 }  // namespace shr::example::in_PolylineCut
+
+namespace shr::example::in_ImageRegistration {
+inline RPoints from, to;
+}
+
+namespace shr::example::in_ImageWarp {
+inline RPoints from, to;
+}
+
+namespace shr::example::in_InverseDistanceSquared {
+inline RPoints from, to;
+}
+
+namespace shr::example::in_InverseWarp {
+inline CImageRegistration registration;
+inline RPoint onMap;
+}  // namespace shr::example::in_InverseWarp
+
+namespace shr::example::in_PolynomialWarps {
+inline RPoints from, to;
+}
+
+namespace shr::example::in_PortableMath {
+inline std::vector<double> values;
+}
+
+namespace shr::example::in_RadialBasisFunction {
+inline RPoints from, to, points, results;
+}
+
+namespace shr::example::in_RegistrationQuality {
+inline CImageRegistration registration;
+inline RPoints from, to;
+}  // namespace shr::example::in_RegistrationQuality
+
+namespace shr::example::in_SimpleWarps {
+inline RPoints from, to;
+}
 
 namespace shr::example::in_TextDetection {
 inline std::string_view head;

@@ -24,7 +24,7 @@ inline constexpr double PIVOT_EPSILON = 2.220446049250313e-16;
 
 inline constexpr double NO_NUMBER = std::numeric_limits<double>::quiet_NaN();
 /// What a warp that is not calibrated returns.
-inline const RPoint NO_POINT(NO_NUMBER, NO_NUMBER);
+inline constexpr RPoint NO_POINT(NO_NUMBER, NO_NUMBER);
 
 inline bool IsFinite(const RPoint& point) {
   return std::isfinite(point.x) && std::isfinite(point.y);

@@ -9,8 +9,8 @@
 ///     WarpingMethod method = registration.Calibrate(from, to, WarpThinPlateSpline);
 ///     RPoint onMap = registration.Transform(RPoint(120.5, 88.0));
 ///
-/// How good a registration is tells shared/numerics/registration/RegistrationQuality.h, the way back
-/// shared/numerics/registration/InverseWarp.h.
+/// How good a registration is tells shared/numerics/registration/RegistrationQuality.h, the way
+/// back shared/numerics/registration/InverseWarp.h.
 ///
 /// Threads: const calls may run together; a change needs the object alone.
 

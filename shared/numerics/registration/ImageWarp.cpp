@@ -16,7 +16,8 @@ namespace {
 /// Extents below count as none.
 constexpr double LEAST_SCALE = 1.1754943508222875e-38;
 
-/// The values of one coordinate. Halves are taken before sums and differences, which could overflow.
+/// The values of one coordinate. Halves are taken before sums and differences, which could
+/// overflow.
 struct Range {
   double low = std::numeric_limits<double>::max();
   double high = std::numeric_limits<double>::lowest();

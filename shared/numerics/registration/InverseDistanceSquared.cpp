@@ -30,9 +30,9 @@ void CInverseDistanceSquared::TransformAll(const RPoint* points, RPoint* results
     std::fill_n(results, count, NO_POINT);
     return;
   }
-  const DistanceTerms terms{ControlU().data(),  ControlV().data(), residualX_.data(),
-                            residualY_.data(),  ControlU().size(), trend_.data(),
-                            CenterX(),          CenterY(),         Scale()};
+  const DistanceTerms terms{ControlU().data(), ControlV().data(), residualX_.data(),
+                            residualY_.data(), ControlU().size(), trend_.data(),
+                            CenterX(),         CenterY(),         Scale()};
   MapByDistance(terms, reinterpret_cast<const double*>(points), reinterpret_cast<double*>(results),
                 count);
 }

@@ -100,7 +100,8 @@ bool CMixedScale::Calibrate(const RPoints& from, const RPoints& to) {
   RMatrix designX = AxisDesign(ControlU()), designY = AxisDesign(ControlV());
   RVector targetsX = TargetColumn(to, &RPoint::x), targetsY = TargetColumn(to, &RPoint::y);
   RVector x, y;
-  if (!FitLeastSquares(designX, x, targetsX) || !FitLeastSquares(designY, y, targetsY)) return false;
+  if (!FitLeastSquares(designX, x, targetsX) || !FitLeastSquares(designY, y, targetsY))
+    return false;
   coefficients_ = RMatrix{{x(0), y(0)}, {x(1), y(1)}};
   return true;
 }

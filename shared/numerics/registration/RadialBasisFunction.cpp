@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <typeinfo>
 
@@ -74,6 +75,11 @@ void PutBack(const Remainder (&rest)[2], RMatrix& weights, RMatrix& polynomial) 
   }
 }
 
+/// A pseudo-inverse would map all of the plane to the mean of the targets.
+bool AreAllEqual(const RPoints& points) {
+  return std::adjacent_find(points.begin(), points.end(), std::not_equal_to<>()) == points.end();
+}
+
 double Square(double x) {
   return x * x;
 }
@@ -128,7 +134,7 @@ void CRadialBasisFunction::TransformAll(const RPoint* points, RPoint* results,
 bool CRadialBasisFunction::Calibrate(const RPoints& from, const RPoints& to) {
   weights_.Clear();
   polynomial_.Clear();
-  if (!AreUsable(from, to, FEWEST_POINTS)) return false;
+  if (!AreUsable(from, to, FEWEST_POINTS) || AreAllEqual(from)) return false;
   ScaleControlPoints(from);
   if (const std::optional<RadialKernel> kernel = RadialKernelOf(*this)) {
     SplineSystem system(*kernel, ControlU(), ControlV());
@@ -171,7 +177,7 @@ bool CRadialBasisFunction::SolveByIteration(const RPoints& from, const RPoints& 
   return FitsBetterThanMean(from, to);
 }
 
-/// A pseudo-inverse is a solution of anything, also of points that are all equal.
+/// A pseudo-inverse is a solution of anything, so what it says is looked at.
 bool CRadialBasisFunction::FitsBetterThanMean(const RPoints& from, const RPoints& to) const {
   constexpr double ROUNDING = 1e-12;
   RPoints values(from.size());

@@ -33,19 +33,19 @@ namespace shr {
 /// and where that fails by `AlternateSolve`. Control points that are exactly equal count as one at
 /// the mean of their targets, which is what `AlternateSolve` finds for them.
 ///
-/// Degenerate: collinear points are solved by `AlternateSolve`, which keeps to their line; a
-/// solution that fits worse than the mean of the targets does is refused.
-/// Error bound: where it was solved directly, the spline misses a target by about epsilon times the
-/// sum of |Phi w|; that is rounding of the target for the thin-plate, Marcov and exponential ones
-/// and may be more for the smooth ones, whose weights grow fast where points are near each other.
-/// More than a thousandth of the targets' distance from their linear trend is refused.
-/// Cost: calibration O(n^3) time and 8 n^2 bytes for n points (800 MB for 10,000); a transform O(n).
-/// What is not solved directly, above all rational quadratic splines of more than some 50 points
-/// and points nearer than about 1e-8 of the extent, takes up to 10 n products of a matrix of n^2
-/// numbers, then O(n^3) with a large factor: some 10 s for 1,000 points, not usable for 10,000.
-/// Source: F. Bookstein, "Principal warps: thin-plate splines and the decomposition of
-/// deformations", IEEE Transactions on Pattern Analysis and Machine Intelligence 11 (1989);
-/// H. Wendland, "Scattered Data Approximation", 2005, chapter 8.
+/// Degenerate: points that are all equal calibrate nothing; collinear ones are solved by
+/// `AlternateSolve`, which keeps to their line; a solution that fits worse than the mean of the
+/// targets does is refused. Error bound: where it was solved directly, the spline misses a target
+/// by about epsilon times the sum of |Phi w|; that is rounding of the target for the thin-plate,
+/// Marcov and exponential ones and may be more for the smooth ones, whose weights grow fast where
+/// points are near each other. More than a thousandth of the targets' distance from their linear
+/// trend is refused. Cost: calibration O(n^3) time and 8 n^2 bytes for n points (800 MB for
+/// 10,000); a transform O(n). What is not solved directly, above all rational quadratic splines of
+/// more than some 50 points and points nearer than about 1e-8 of the extent, takes up to 10 n
+/// products of a matrix of n^2 numbers, then O(n^3) with a large factor: some 10 s for 1,000
+/// points, not usable for 10,000. Source: F. Bookstein, "Principal warps: thin-plate splines and
+/// the decomposition of deformations", IEEE Transactions on Pattern Analysis and Machine
+/// Intelligence 11 (1989); H. Wendland, "Scattered Data Approximation", 2005, chapter 8.
 class SHARED_API CRadialBasisFunction : public CImageWarp {
 public:
   using CImageWarp::Transform;

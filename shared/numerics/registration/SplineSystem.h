@@ -63,13 +63,13 @@ private:
   std::size_t Size() const { return u_.size(); }
 
   RadialKernel kernel_;
-  std::vector<double> u_;           ///< of the distinct points
+  std::vector<double> u_;  ///< of the distinct points
   std::vector<double> v_;
   std::vector<std::size_t> owner_;  ///< of each control point: its distinct point
-  std::vector<double> members_;     ///< of each distinct point: how many control points it stands for
-  Columns reflectors_;              ///< V of Q = I - V T V^T
-  double t_[3][3] = {};             ///< T, upper triangle
-  double r_[3][3] = {};             ///< P^T = Q R
+  std::vector<double> members_;  ///< of each distinct point: how many control points it stands for
+  Columns reflectors_;           ///< V of Q = I - V T V^T
+  double t_[3][3] = {};          ///< T, upper triangle
+  double r_[3][3] = {};          ///< P^T = Q R
   RMatrix factor_;
 };
 

@@ -34,8 +34,8 @@ RVector TargetRows(const RPoints& to);
 /// One coordinate of each point.
 RVector TargetColumn(const RPoints& to, double RPoint::*coordinate);
 
-/// Solves by `MGSLeastSquares` into `x`, n columns of the design long, or n x 2. Returns false, with
-/// `x` empty, where the design is dependent or the result is not finite. `design` becomes Q,
+/// Solves by `MGSLeastSquares` into `x`, n columns of the design long, or n x 2. Returns false,
+/// with `x` empty, where the design is dependent or the result is not finite. `design` becomes Q,
 /// `targets` the residuals.
 bool FitLeastSquares(RMatrix& design, RMatrix& x, RMatrix& targets);
 bool FitLeastSquares(RMatrix& design, RVector& x, RVector& targets);

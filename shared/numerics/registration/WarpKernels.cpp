@@ -166,8 +166,7 @@ double RadialFunction(RadialKernel kernel, double squared) {
 
 void RadialRow(RadialKernel kernel, double u, double v, const double* pointU, const double* pointV,
                std::size_t count, double* row) {
-  const std::size_t done =
-      HasAvx2() ? RadialRowAvx2(kernel, u, v, pointU, pointV, count, row) : 0;
+  const std::size_t done = HasAvx2() ? RadialRowAvx2(kernel, u, v, pointU, pointV, count, row) : 0;
   WithKernel(kernel, [=]<RadialKernel KERNEL>() {
     for (std::size_t i = done; i < count; ++i) {
       const Lane du(u - pointU[i]);
@@ -191,9 +190,8 @@ void MapBySpline(RadialKernel kernel, const SplineTerms& terms, const double* so
 void MapByDistance(const DistanceTerms& terms, const double* source, double* destination,
                    std::size_t count) {
   const std::size_t done = HasAvx2() ? MapByDistanceAvx2(terms, source, destination, count) : 0;
-  ForEachPoint(source, destination, done, count, [&terms](const Pair<Lane>& point) {
-    return TransformByDistance(terms, point);
-  });
+  ForEachPoint(source, destination, done, count,
+               [&terms](const Pair<Lane>& point) { return TransformByDistance(terms, point); });
 }
 
 }  // namespace shr

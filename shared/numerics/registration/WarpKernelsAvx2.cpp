@@ -96,15 +96,15 @@ SHARED_ALWAYS_INLINE void Store(Lanes lanes, double* numbers) {
 SHARED_ALWAYS_INLINE Pair<Lanes> LoadPoints(const double* points) {
   const Lanes first = Load(points);
   const Lanes second = Load(points + 8);
-  return {Lanes(_mm256_unpacklo_pd(first.low, first.high),
-                _mm256_unpacklo_pd(second.low, second.high)),
-          Lanes(_mm256_unpackhi_pd(first.low, first.high),
-                _mm256_unpackhi_pd(second.low, second.high))};
+  return {
+      Lanes(_mm256_unpacklo_pd(first.low, first.high), _mm256_unpacklo_pd(second.low, second.high)),
+      Lanes(_mm256_unpackhi_pd(first.low, first.high),
+            _mm256_unpackhi_pd(second.low, second.high))};
 }
 SHARED_ALWAYS_INLINE void StorePoints(const Pair<Lanes>& pair, double* points) {
-  Store(Lanes(_mm256_unpacklo_pd(pair.x.low, pair.y.low),
-              _mm256_unpackhi_pd(pair.x.low, pair.y.low)),
-        points);
+  Store(
+      Lanes(_mm256_unpacklo_pd(pair.x.low, pair.y.low), _mm256_unpackhi_pd(pair.x.low, pair.y.low)),
+      points);
   Store(Lanes(_mm256_unpacklo_pd(pair.x.high, pair.y.high),
               _mm256_unpackhi_pd(pair.x.high, pair.y.high)),
         points + 8);
@@ -112,7 +112,7 @@ SHARED_ALWAYS_INLINE void StorePoints(const Pair<Lanes>& pair, double* points) {
 
 template <class Map>
 std::size_t ForEachEightPoints(const double* source, double* destination, std::size_t count,
-                              Map map) {
+                               Map map) {
   const std::size_t end = count / WIDTH * WIDTH;
   for (std::size_t i = 0; i < end; i += WIDTH) {
     StorePoints(map(LoadPoints(source + 2 * i)), destination + 2 * i);

@@ -171,8 +171,7 @@ SHARED_ALWAYS_INLINE static Pair<V> TransformBySpline(const SplineTerms& terms, 
     y = y + phi * V(terms.weights[2 * i + 1]);
   }
   const double* c = terms.polynomial;
-  return {V(c[0]) + (V(c[2]) * u + V(c[4]) * v + x),
-          V(c[1]) + (V(c[3]) * u + V(c[5]) * v + y)};
+  return {V(c[0]) + (V(c[2]) * u + V(c[4]) * v + x), V(c[1]) + (V(c[3]) * u + V(c[5]) * v + y)};
 }
 
 /// The same by the inverse distance method.
