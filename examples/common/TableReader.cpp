@@ -5,10 +5,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <string>
 
 #include "examples/common/InputError.h"
 #include "shared/text/StringUtility.h"
+#include "shared/text/WhiteSpace.h"
 
 namespace examples {
 
@@ -54,13 +56,13 @@ void LineReader::Fail(const GString& what) const {
   ThrowInputError(path_, lineNumber_, what);
 }
 
-TableReader::TableReader(const GString& path, const TextFormat& format) : lines_(path, format) {
-  GString firstRow;
-  if (!lines_.Next(firstRow)) ThrowInputError(path, 1, L"The file is empty.");
-  separator_ = FindSeparator(firstRow);
-  line_ = firstRow;
-  ReadFields();
-  header_ = fields_;
+TableReader::TableReader(const GString& path, const TextFormat& format, wchar_t separator)
+    : lines_(path, format) {
+  if (!lines_.Next(line_)) ThrowInputError(path, 1, L"The file is empty.");
+  separator_ = separator != L'\0' ? separator : FindSeparator(line_);
+  if (!ReadFields()) Fail(fault_);
+  names_.assign(fields_.begin(), fields_.begin() + static_cast<std::ptrdiff_t>(fieldCount_));
+  header_ = names_;
   for (GString& name : header_) name.Trim().MakeLower();
 }
 
@@ -81,37 +83,54 @@ std::size_t TableReader::Column(std::initializer_list<const wchar_t*> names) con
 }
 
 bool TableReader::NextRow() {
-  do {
-    if (!lines_.Next(line_)) return false;
-  } while (line_.empty());
-  rowLine_ = lines_.LineNumber();
-  ReadFields();
-  if (fields_.size() != header_.size()) {
-    Fail(GString(std::to_wstring(fields_.size())) + L" fields where the first row has " +
-         std::to_wstring(header_.size()) + L".");
-  }
-  ++rowCount_;
-  return true;
+  const RowState state = ReadRow();
+  if (state == RowState::Broken) Fail(fault_);
+  return state == RowState::Row;
 }
 
-void TableReader::ReadFields() {
-  fields_.clear();
+TableReader::RowState TableReader::ReadRow() {
+  do {
+    if (!lines_.Next(line_)) return RowState::End;
+  } while (line_.empty());
+  rowLine_ = lines_.LineNumber();
+  if (!ReadFields()) return RowState::Broken;
+  if (fieldCount_ != header_.size()) {
+    fault_ = GString(std::to_wstring(fieldCount_)) + L" fields where the first row has " +
+             std::to_wstring(header_.size()) + L".";
+    return RowState::Broken;
+  }
+  ++rowCount_;
+  return RowState::Row;
+}
+
+GString& TableReader::AddField() {
+  if (fieldCount_ == fields_.size()) fields_.emplace_back();
+  GString& field = fields_[fieldCount_++];
+  field.clear();
+  return field;
+}
+
+/// Returns false when the row is broken; `fault_` then tells how.
+bool TableReader::ReadFields() {
+  fieldCount_ = 0;
   std::size_t pos = 0;
   while (true) {
-    GString field;
+    GString& field = AddField();
     if (pos < line_.size() && line_[pos] == L'"') {
-      ParseQuoted(pos, field);
+      if (!ParseQuoted(pos, field)) return false;
     } else {
       ParsePlain(pos, field);
     }
-    fields_.push_back(std::move(field));
-    if (pos >= line_.size()) return;
-    if (line_[pos] != separator_) Fail(L"Text follows the closing quote of a field.");
+    if (pos >= line_.size()) return true;
+    if (line_[pos] != separator_) {
+      fault_ = L"Text follows the closing quote of a field.";
+      return false;
+    }
     ++pos;
   }
 }
 
-void TableReader::ParseQuoted(std::size_t& pos, GString& field) {
+bool TableReader::ParseQuoted(std::size_t& pos, GString& field) {
   ++pos;
   while (true) {
     const std::size_t quote = std::min(line_.find(L'"', pos), line_.size());
@@ -122,12 +141,13 @@ void TableReader::ParseQuoted(std::size_t& pos, GString& field) {
       field += L'\n';
       pos = 0;
       if (field.size() > LONGEST_FIELD || !lines_.Next(line_)) {
-        Fail(L"The quotes of a field are not closed.");
+        fault_ = L"The quotes of a field are not closed.";
+        return false;
       }
       continue;
     }
     ++pos;
-    if (pos >= line_.size() || line_[pos] != L'"') return;
+    if (pos >= line_.size() || line_[pos] != L'"') return true;
     field += L'"';
     ++pos;
   }
@@ -135,8 +155,11 @@ void TableReader::ParseQuoted(std::size_t& pos, GString& field) {
 
 void TableReader::ParsePlain(std::size_t& pos, GString& field) const {
   const std::size_t end = std::min(line_.find(separator_, pos), line_.size());
-  field.assign(line_.data() + pos, end - pos);
-  field.Trim();
+  std::size_t first = pos;
+  std::size_t last = end;
+  while (first < last && IsWhiteSpace(line_[first])) ++first;
+  while (first < last && IsWhiteSpace(line_[last - 1])) --last;
+  field.assign(line_.data() + first, last - first);
   pos = end;
 }
 

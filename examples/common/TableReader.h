@@ -54,7 +54,14 @@ class TableReader {
 public:
   static constexpr std::size_t NO_COLUMN = std::numeric_limits<std::size_t>::max();
 
-  TableReader(const GString& path, const TextFormat& format);
+  /// What a read of the next row finds.
+  enum class RowState { Row, Broken, End };
+
+  /// `separator` is the one that the caller knows; 0 for the one that the first row shows.
+  TableReader(const GString& path, const TextFormat& format, wchar_t separator = L'\0');
+
+  /// Returns the names of the columns, as they stand in the first row.
+  const std::vector<GString>& Names() const { return names_; }
 
   /// Returns the column that bears one of `names` (letter case does not matter), or `NO_COLUMN`.
   std::size_t FindColumn(std::initializer_list<const wchar_t*> names) const;
@@ -66,6 +73,10 @@ public:
   /// are not closed.
   bool NextRow();
 
+  /// The same for callers that go on behind a broken row: what is wrong with it is `Fault`.
+  RowState ReadRow();
+  const GString& Fault() const { return fault_; }
+
   /// Returns a field of the current row; of `NO_COLUMN` the empty text.
   const GString& Field(std::size_t column) const;
   /// Returns the field as a number, or nothing when it is empty.
@@ -75,19 +86,26 @@ public:
 
   /// Returns the number of rows read so far, without the first.
   std::size_t RowCount() const { return rowCount_; }
+  /// Returns the line on which the current row begins.
+  std::size_t RowLine() const { return rowLine_; }
+  wchar_t Separator() const { return separator_; }
   /// Rejects the current row.
   [[noreturn]] void Fail(const GString& what) const;
 
 private:
-  void ReadFields();
-  void ParseQuoted(std::size_t& pos, GString& field);
+  bool ReadFields();
+  bool ParseQuoted(std::size_t& pos, GString& field);
   void ParsePlain(std::size_t& pos, GString& field) const;
+  GString& AddField();
 
   LineReader lines_;
   wchar_t separator_ = L',';
-  std::vector<GString> header_;
+  std::vector<GString> names_;
+  std::vector<GString> header_;  ///< the names in small letters
   GString line_;
-  std::vector<GString> fields_;
+  std::vector<GString> fields_;  ///< more than the row has, so that their memory is used again
+  std::size_t fieldCount_ = 0;
+  GString fault_;
   std::size_t rowLine_ = 1;
   std::size_t rowCount_ = 0;
 };
