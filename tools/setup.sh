@@ -18,11 +18,13 @@ packages_of() {
     demo) echo "${build[@]}" "${examples[@]}" ;;
     test) echo "${build[@]}" "${examples[@]}" "${windows[@]}" wine wine64 googletest clang-format tidy \
                libeigen3-dev \
+               libmpfr-dev \
                python3 pkg-config ;;
     bench) echo "${build[@]}" libbenchmark-dev libcereal-dev libfast-float-dev libfmt-dev \
-                libgdal32 libgeos++-dev libgeos-dev libgmp-dev libmpfr-dev libpolyclipping-dev python3 \
+                libgdal32 libgeos++-dev libgeos-dev libgmp-dev libmpfr-dev libpolyclipping-dev libqd-dev \
+                python3 \
                 "${windows[@]}" wine wine64 ;;
-    fuzz) echo "${build[@]}" "${clang[@]}" ;;
+    fuzz) echo "${build[@]}" "${clang[@]}" libmpfr-dev ;;
     builds) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest python3 ;;
     tsan) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest tidy ;;
     coverage) echo "${build[@]}" "${examples[@]}" googletest gcovr tidy ;;

@@ -28,7 +28,8 @@ WHOLE = re.compile(r"^(int \w+\(|void \w+::|template|namespace)")
 # What a header needs besides itself.
 CONDITIONS = {"shared/text/GStringFormatter.h": "defined(__cpp_lib_format)",
               "shared/polygons/BoostGeometry.h": "__has_include(<boost/geometry.hpp>)",
-              "shared/geometry/EigenMaps.h": "__has_include(<Eigen/Core>)"}
+              "shared/geometry/EigenMaps.h": "__has_include(<Eigen/Core>)",
+              "shared/numerics/doubledouble/DoubleDoubleEigen.h": "__has_include(<Eigen/Core>)"}
 FEWEST = 40  # an emptier result shows that the examples were not found
 
 

@@ -23,7 +23,7 @@ elseif(KIND STREQUAL "find_package")
   # A header that includes what is not installed shows only here.
   file(GLOB_RECURSE headers RELATIVE "${PREFIX}/include" "${PREFIX}/include/*.h")
   # The adapters need the libraries that they adapt to.
-  list(FILTER headers EXCLUDE REGEX "/(BoostGeometry|EigenMaps)\\.h$")
+  list(FILTER headers EXCLUDE REGEX "/(BoostGeometry|DoubleDoubleEigen|EigenMaps)\\.h$")
   list(TRANSFORM headers REPLACE "(.+)" "#include \"\\1\"\n")
   list(JOIN headers "" includes)
   file(WRITE "${build}/all_headers.cpp" "${includes}")
