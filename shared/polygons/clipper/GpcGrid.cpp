@@ -8,49 +8,6 @@
 namespace shr::gpc {
 namespace {
 
-/// A sum of two doubles that do not overlap: 106 bits (T. J. Dekker, "A Floating-Point Technique
-/// for Extending the Available Precision", 1971).
-struct DoubleDouble {
-  double high;
-  double low;
-};
-
-DoubleDouble Multiply(double x, double y) {
-  const auto split = [](double value) {
-    const double scaled = 134217729.0 * value;  // 2^27 + 1
-    return scaled - (scaled - value);
-  };
-  const double product = x * y;
-  const double xHigh = split(x);
-  const double yHigh = split(y);
-  const double xLow = x - xHigh;
-  const double yLow = y - yHigh;
-  return {product, ((xHigh * yHigh - product) + xHigh * yLow + xLow * yHigh) + xLow * yLow};
-}
-
-DoubleDouble Subtract(const DoubleDouble& a, const DoubleDouble& b) {
-  const double sum = a.high - b.high;
-  const double part = sum - a.high;
-  const double error = (a.high - (sum - part)) - (b.high + part) + (a.low - b.low);
-  const double high = sum + error;
-  return {high, error - (high - sum)};
-}
-
-DoubleDouble Divide(const DoubleDouble& a, const DoubleDouble& b) {
-  const double first = a.high / b.high;
-  const DoubleDouble product = Multiply(b.high, first);
-  const DoubleDouble rest = Subtract(a, {product.high, product.low + b.low * first});
-  const double second = rest.high / b.high;
-  const double high = first + second;
-  return {high, second - (high - first)};
-}
-
-/// Returns a * b - c * d.
-DoubleDouble GetDifference(std::int64_t a, std::int64_t b, std::int64_t c, std::int64_t d) {
-  return Subtract(Multiply(static_cast<double>(a), static_cast<double>(b)),
-                  Multiply(static_cast<double>(c), static_cast<double>(d)));
-}
-
 /// A crossing along one axis: both lines as functions of it, with all coordinates doubled so that
 /// borders of pixels are whole numbers.
 struct CrossingAxis {
@@ -64,35 +21,25 @@ struct CrossingAxis {
     return CompareAtColumn(a, b, 2 * column + 1) == CompareSlopes(a, b);
   }
 
-  /// Moves an estimate of the column, off by one at most, to the right one.
-  std::int64_t Correct(std::int64_t column) const {
-    column = std::clamp(column, low, high);
-    while (column < high && !IsBeforeBorder(column)) ++column;
-    while (column > low && IsBeforeBorder(column - 1)) --column;
-    return column;
+  /// Returns the column of the crossing, given a column that is less than two off, if any.
+  std::int64_t Find(const std::int64_t* estimate) const {
+    std::int64_t first = low;
+    std::int64_t last = high;
+    if (estimate != nullptr) {
+      first = std::max(low, std::min(high, *estimate - 2));
+      last = std::max(low, std::min(high, *estimate + 2));
+    }
+    while (first < last) {
+      const std::int64_t middle = first + (last - first) / 2;
+      if (IsBeforeBorder(middle)) {
+        last = middle;
+      } else {
+        first = middle + 1;
+      }
+    }
+    return first;
   }
 };
-
-/// A place near the crossing along one axis.
-struct Estimate {
-  std::int64_t column;
-  bool isSure;
-};
-
-/// Returns the column at a fraction of the way from one to another.
-Estimate GetColumn(std::int64_t start, std::int64_t length, const DoubleDouble& fraction) {
-  // The fraction is off by less than 2^-98 of itself, the way by 2^-45.
-  constexpr double DOUBT = 0x1p-40;
-  const auto way = static_cast<double>(length);
-  DoubleDouble product = Multiply(way, fraction.high);
-  product.low += way * fraction.low;
-  const double whole = std::floor(product.high);
-  const double rest = (product.high - whole) + product.low;  // may lie a little beyond 0 to 1
-  const double up = std::floor(rest + 0.5);
-  const double past = rest + 0.5 - up;
-  return {start + static_cast<std::int64_t>(whole) + static_cast<std::int64_t>(up),
-          past > DOUBT && past < 1.0 - DOUBT};
-}
 
 /// Returns an edge with all coordinates doubled.
 GridLine Double(const GridEdge& edge) {
@@ -105,6 +52,58 @@ GridLine Transpose(const GridEdge& edge) {
   return {2 * edge.end.y, 2 * edge.end.x, -2 * edge.dy, -2 * edge.dx};
 }
 
+/// A crossing as far as doubles tell it: a grid point near it, and which of its coordinates are
+/// those of the pixel.
+struct CrossingEstimate {
+  GridPoint pixel{};
+  bool isNear = false;  ///< less than two off
+  bool isSureX = false;
+  bool isSureY = false;
+};
+
+/// Starts at a point of the first edge that the double fraction of its length gives, whose distance
+/// from both edges is a few pixels at most, and asks for the offset of the crossing from there. The
+/// functions of the edges are small whole numbers in that place, so only the last division rounds.
+CrossingEstimate EstimateCrossing(const GridEdge& a, const GridEdge& b) {
+  const auto aDx = static_cast<double>(a.dx);
+  const auto aDy = static_cast<double>(a.dy);
+  const auto bDx = static_cast<double>(b.dx);
+  const auto bDy = static_cast<double>(b.dy);
+  const double scale = aDx * bDy - aDy * bDx;
+  CrossingEstimate estimate;
+  // Offsets of up to FARTHEST pixels are off by less than this.
+  const double size = (aDx + std::abs(aDy)) * (bDx + std::abs(bDy));
+  const double doubt = 0x1p-45 * size / std::abs(scale);
+  if (!(doubt < 0.125)) return estimate;
+  const double fraction = std::clamp((static_cast<double>(b.x - a.x) * bDy -
+                                      static_cast<double>(b.y - a.y) * bDx) /
+                                         scale,
+                                     0.0, 1.0);
+  GridPoint& pixel = estimate.pixel;
+  pixel = {a.x + static_cast<std::int64_t>(fraction * aDx),
+           a.y + static_cast<std::int64_t>(fraction * aDy)};
+  constexpr int MOST_STEPS = 4;
+  constexpr double FARTHEST = 4.0;
+  for (int step = 0; step < MOST_STEPS; ++step) {
+    const auto aValue =
+        static_cast<double>(SmallDifference(a.dx, pixel.y - a.y, a.dy, pixel.x - a.x));
+    const auto bValue =
+        static_cast<double>(SmallDifference(b.dx, pixel.y - b.y, b.dy, pixel.x - b.x));
+    const double x = (aDx * bValue - bDx * aValue) / scale + 0.5;
+    const double y = (aDy * bValue - bDy * aValue) / scale + 0.5;
+    const double xWhole = std::floor(x);
+    const double yWhole = std::floor(y);
+    pixel.x += static_cast<std::int64_t>(xWhole);
+    pixel.y += static_cast<std::int64_t>(yWhole);
+    if (std::abs(x) > FARTHEST || std::abs(y) > FARTHEST) continue;
+    estimate.isNear = true;
+    estimate.isSureX = x - xWhole > doubt && x - xWhole < 1.0 - doubt;
+    estimate.isSureY = y - yWhole > doubt && y - yWhole < 1.0 - doubt;
+    return estimate;
+  }
+  return estimate;
+}
+
 }  // namespace
 
 Passage GetPassage(const GridEdge& edge, const GridPoint& pixel) {
@@ -114,18 +113,14 @@ Passage GetPassage(const GridEdge& edge, const GridPoint& pixel) {
       pixel.y < low - NEAR_PIXELS || pixel.y > high + NEAR_PIXELS) {
     return Passage::Far;
   }
-  const std::int64_t rise = edge.dy < 0 ? -edge.dy : edge.dy;
-  const std::int64_t extent = edge.dx + rise;  // of the function below, over the pixel
   const double estimate = static_cast<double>(edge.dx) * static_cast<double>(pixel.y - edge.y) -
                           static_cast<double>(edge.dy) * static_cast<double>(pixel.x - edge.x);
-  constexpr double WIDTH = 2.0 * NEAR_PIXELS + 1.0;
-  constexpr double LARGEST_ERROR = 0x1p55;
-  const double limit = 0.5 * WIDTH * static_cast<double>(extent);
-  if (std::abs(estimate) > limit + LARGEST_ERROR) return Passage::Far;
+  if (std::abs(estimate) > GetPassageLimit(edge)) return Passage::Far;
+  const std::int64_t extent = GetExtent(edge);
   const std::int64_t twice =
       2 * SmallDifference(edge.dx, pixel.y - edge.y, edge.dy, pixel.x - edge.x);
-  if (twice > static_cast<std::int64_t>(WIDTH) * extent ||
-      twice < -static_cast<std::int64_t>(WIDTH) * extent) {
+  constexpr std::int64_t WIDTH = 2 * NEAR_PIXELS + 1;
+  if (twice > WIDTH * extent || twice < -WIDTH * extent) {
     return Passage::Far;
   }
   if (pixel.x < edge.x || pixel.x > edge.end.x || pixel.y < low || pixel.y > high) {
@@ -140,24 +135,21 @@ Passage GetPassage(const GridEdge& edge, const GridPoint& pixel) {
 }
 
 GridPoint GetCrossingPixel(const GridEdge& a, const GridEdge& b) {
-  const DoubleDouble scale = GetDifference(a.dx, b.dy, a.dy, b.dx);
-  const DoubleDouble fraction = Divide(GetDifference(b.x - a.x, b.dy, b.y - a.y, b.dx), scale);
-  const Estimate x = GetColumn(a.x, a.dx, fraction);
-  const Estimate y = GetColumn(a.y, a.dy, fraction);
-  GridPoint pixel{x.column, y.column};
+  const CrossingEstimate estimate = EstimateCrossing(a, b);
+  GridPoint pixel = estimate.pixel;
   if (a.dx == 0 || b.dx == 0) {
     pixel.x = a.dx == 0 ? a.x : b.x;
-  } else if (!x.isSure) {
+  } else if (!estimate.isSureX) {
     const CrossingAxis axis{Double(a), Double(b), std::max(a.x, b.x), std::min(a.end.x, b.end.x)};
-    pixel.x = axis.Correct(pixel.x);
+    pixel.x = axis.Find(estimate.isNear ? &estimate.pixel.x : nullptr);
   }
   if (a.dy == 0 || b.dy == 0) {
     pixel.y = a.dy == 0 ? a.y : b.y;
-  } else if (!y.isSure) {
+  } else if (!estimate.isSureY) {
     const CrossingAxis axis{Transpose(a), Transpose(b),
                             std::max(std::min(a.y, a.end.y), std::min(b.y, b.end.y)),
                             std::min(std::max(a.y, a.end.y), std::max(b.y, b.end.y))};
-    pixel.y = axis.Correct(pixel.y);
+    pixel.y = axis.Find(estimate.isNear ? &estimate.pixel.y : nullptr);
   }
   return pixel;
 }

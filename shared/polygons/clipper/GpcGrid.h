@@ -15,7 +15,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <utility>
 
 #include "shared/polygons/clipper/GpcBuffer.h"
 
@@ -127,6 +126,19 @@ enum class Passage { Far, Near, Through };
 
 /// `Near` is within NEAR_PIXELS of the pixel.
 inline constexpr std::int64_t NEAR_PIXELS = 2;
+
+/// Returns how far the function of an edge, `dx * (y - edge.y) - dy * (x - edge.x)`, changes over a
+/// pixel.
+inline std::int64_t GetExtent(const GridEdge& edge) {
+  return edge.dx + (edge.dy < 0 ? -edge.dy : edge.dy);
+}
+
+/// Returns the value of that function, taken in doubles, beyond which a pixel is far from the edge.
+inline double GetPassageLimit(const GridEdge& edge) {
+  constexpr double LARGEST_ERROR = 0x1p55;
+  return (NEAR_PIXELS + 0.5) * static_cast<double>(GetExtent(edge)) + LARGEST_ERROR;
+}
+
 Passage GetPassage(const GridEdge& edge, const GridPoint& pixel);
 
 /// Returns the pixel in which two edges cross. Requires: they do, inside both.
