@@ -109,7 +109,7 @@ void Arrange(Workspace& work, std::span<const double> nestSizes) {
   gpc::BuildSections(input);
   gpc::FindCrossings(input, crossings);
   if (!crossings.isMoved && isSound(Meeting::Rounded)) return;
-  if (crossings.isMoved) {
+  if (crossings.isMoved && !crossings.isAbandoned) {
     gpc::JoinVertices(input, crossings, moved);
     TakeMoved(work);
   }

@@ -274,6 +274,7 @@ void FindCrossings(const Input& input, Crossings& crossings) {
   crossings.nodeVertices.Clear();
   crossings.hasMerged = false;
   crossings.isMoved = false;
+  crossings.isAbandoned = false;
   crossings.isNode.Fill(input.points.Size(), 0);
   crossings.parents.Resize(input.points.Size());
   crossings.reaches.Resize(input.points.Size());
@@ -284,11 +285,14 @@ void FindCrossings(const Input& input, Crossings& crossings) {
     MakeNode(crossings, contour.End());
   }
   EdgePairs pairs(input, crossings, nullptr, input.tolerance);
-  TileSearch(input, input.tolerance, crossings.tiles, pairs).Run();
+  TileSearch search(input, input.tolerance, crossings.tiles, pairs);
+  search.Run();
+  crossings.isAbandoned = search.IsAbandoned();
   if (!crossings.isMoved) OrderNodes(input, crossings);
 }
 
 void FindActiveEdges(const Input& input, Crossings& crossings, Buffer<std::uint8_t>& isActive) {
+  if (crossings.isAbandoned) return isActive.Fill(input.points.Size(), 1);
   isActive.Fill(input.points.Size(), 0);
   const double tolerance = ACTIVE_DISTANCE * input.tolerance;
   EdgePairs pairs(input, crossings, &isActive, tolerance);

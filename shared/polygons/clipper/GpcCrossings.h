@@ -36,7 +36,8 @@ struct Crossings {
   Buffer<Index> parents{L"node table creation"};  ///< by node: its root, when all is in order
   Buffer<Occurrence> occurrences{L"crossing creation"};  ///< in the order of edges, along each
   bool hasMerged = false;                                ///< there are nodes that are one point
-  bool isMoved = false;  ///< something would have to be moved by more than rounding
+  bool isMoved = false;      ///< something would have to be moved by more than rounding
+  bool isAbandoned = false;  ///< the search was broken off, as crowds belong to the grid
 
   Index Root(Index point) {
     while (parents[point] != point) {

@@ -75,10 +75,9 @@ CrossingEstimate EstimateCrossing(const GridEdge& a, const GridEdge& b) {
   const double size = (aDx + std::abs(aDy)) * (bDx + std::abs(bDy));
   const double doubt = 0x1p-45 * size / std::abs(scale);
   if (!(doubt < 0.125)) return estimate;
-  const double fraction = std::clamp((static_cast<double>(b.x - a.x) * bDy -
-                                      static_cast<double>(b.y - a.y) * bDx) /
-                                         scale,
-                                     0.0, 1.0);
+  const double fraction = std::clamp(
+      (static_cast<double>(b.x - a.x) * bDy - static_cast<double>(b.y - a.y) * bDx) / scale, 0.0,
+      1.0);
   GridPoint& pixel = estimate.pixel;
   pixel = {a.x + static_cast<std::int64_t>(fraction * aDx),
            a.y + static_cast<std::int64_t>(fraction * aDy)};

@@ -122,11 +122,10 @@ private:
     if (count > LEAF_SIZE) {
       const bool isAcross =
           node.slope != 0.0 ? !isCutAcross : node.uHigh - node.uLow >= node.high - node.low;
-      const Index half = isAcross
-                             ? Part(first, count, node.uLow + (node.uHigh - node.uLow) * 0.5,
-                                    [&](const Entry& entry) { return entry.place[node.swap]; })
-                             : Part(first, count, node.low + (node.high - node.low) * 0.5,
-                                    [&](const Entry& entry) { return node.RestOf(entry); });
+      const Index half = isAcross ? Part(first, count, node.uLow + (node.uHigh - node.uLow) * 0.5,
+                                         [&](const Entry& entry) { return entry.place[node.swap]; })
+                                  : Part(first, count, node.low + (node.high - node.low) * 0.5,
+                                         [&](const Entry& entry) { return node.RestOf(entry); });
       BuildNode(first, half, isAcross);
       BuildNode(first + half, count - half, isAcross);
     }

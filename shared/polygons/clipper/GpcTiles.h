@@ -20,6 +20,7 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <span>
 
@@ -100,6 +101,7 @@ public:
 
   void Run() {
     const Index count = input_.sections.Size();
+    deepest_ = Tuning::MORE_HALVINGS + static_cast<int>(std::bit_width(count));
     Box all = EMPTY_BOX;
     for (const Section& section : input_.sections) Extend(all, section.box);
     all = Widen(all);
@@ -190,6 +192,15 @@ private:
     if (isWide ? HalveUpright(first, count, box, depth, count / 4)
                : HalveLevel(first, count, box, depth, count / 4)) {
       return;
+    }
+    if (depth > deepest_ && IsHub(first, count, size)) return GiveUp(first, count, 0);
+    switch (GetCrowd(first, count)) {
+      case Crowd::Crossing:
+        return CompareAll(first, count);
+      case Crowd::Hub:
+        return GiveUp(first, count, 0);
+      default:
+        break;
     }
     if (HandleBundle(first, count, depth)) return;
     if (isWide ? HalveLevel(first, count, box, depth, count / 4)
@@ -318,6 +329,70 @@ private:
     }
   }
 
+  // Crowds. What may be one is judged by some elements.
+
+  /// Returns true when nearly all elements of a tile only pass through, from far away to far away.
+  bool IsHub(Index first, Index count, double size) const {
+    const Index step = count / Tuning::SAMPLES + 1;
+    Index samples = 0;
+    Index through = 0;
+    for (Index i = 0; i < count; i += step) {
+      const Box& box = input_.sections[memory_.elements[first + i].section].box;
+      const double length = std::max(box.xMax - box.xMin, box.yMax - box.yMin);
+      ++samples;
+      through += length > Tuning::FAR_AWAY * size;
+    }
+    return through >= samples - samples / 4;
+  }
+
+  enum class Crowd { None, Crossing, Hub };
+
+  /// Tells whether so many pairs cross inside a tile that it is best to compare all at once, while
+  /// smaller tiles would find each crossing many times, or whether most meet in one point.
+  Crowd GetCrowd(Index first, Index count) const {
+    const Element* elements = memory_.elements.Data() + first;
+    const double near = Tuning::SMALLEST_TILE * tolerance_;
+    Index meetings = 0;
+    Index together = 0;
+    Vec2d last(HUGE_VAL, HUGE_VAL);
+    for (Index i = 0; i < 2 * Tuning::SAMPLES; ++i) {
+      // Spread evenly (the golden ratio and the square root of 2, as shares of 2^32).
+      const Index a = static_cast<Index>(std::uint64_t{i * 2654435769u} * count >> 32);
+      const Index b = static_cast<Index>(std::uint64_t{i * 1779033703u + 7u} * count >> 32);
+      Vec2d point;
+      if (a == b || !Meet(elements[a], elements[b], point)) continue;
+      ++meetings;
+      together += std::abs(point.x - last.x) <= near && std::abs(point.y - last.y) <= near;
+      last = point;
+    }
+    if (together >= Tuning::MANY_MEET) return Crowd::Hub;
+    return meetings >= Tuning::MANY_MEET ? Crowd::Crossing : Crowd::None;
+  }
+
+  /// Finds the point where the chords of two elements cross or end together, inside both boxes.
+  bool Meet(const Element& one, const Element& two, Vec2d& point) const {
+    const Box box = GetCommon(one.box, two.box);
+    if (box.xMin > box.xMax || box.yMin > box.yMax) return false;
+    const Vec2d& a = input_.points[one.firstEdge];
+    const Vec2d& b = input_.points[two.firstEdge];
+    const Vec2d& aEnd = input_.points[one.firstEdge + one.edgeCount];
+    const Vec2d& bEnd = input_.points[two.firstEdge + two.edgeCount];
+    if (IsSame(a, b) || IsSame(a, bEnd)) {
+      point = a;
+    } else if (IsSame(aEnd, b) || IsSame(aEnd, bEnd)) {
+      point = aEnd;
+    } else {
+      const Vec2d aWay = aEnd - a;
+      const Vec2d bWay = bEnd - b;
+      const double scale = Cross(aWay, bWay);
+      const double aPlace = Cross(b - a, bWay) / scale;
+      const double bPlace = Cross(b - a, aWay) / scale;
+      if (!(aPlace > 0.0 && aPlace < 1.0 && bPlace > 0.0 && bPlace < 1.0)) return false;
+      point = a + aWay * aPlace;
+    }
+    return point.x >= box.xMin && point.x <= box.xMax && point.y >= box.yMin && point.y <= box.yMax;
+  }
+
   // Bundles.
 
   /// Compares a tile's elements by their intervals across the main direction or cuts the tile along
@@ -415,7 +490,9 @@ private:
   /// Leaves a crowd of edges that do not cross, such as many that end in one point, to the grid.
   void GiveUp(Index first, Index count, Index compared) {
     vain_ += compared;
-    isAbandoned_ = vain_ > Tuning::MOST_IN_VAIN * input_.sections.Size();
+    left_ += count;
+    isAbandoned_ = vain_ > Tuning::MOST_IN_VAIN * input_.sections.Size() ||
+                   left_ > input_.sections.Size() / Tuning::MOST_LEFT;
     const Element* elements = memory_.elements.Data() + first;
     pairs_.GiveUp({elements, elements + count});
   }
@@ -474,6 +551,8 @@ private:
   TileMemory& memory_;
   Pairs& pairs_;
   std::uint64_t vain_ = 0;  ///< comparisons in crowds
+  std::uint64_t left_ = 0;  ///< elements of crowds that were left uncompared
+  int deepest_ = 0;         ///< most halvings that parts well apart need
   bool isAbandoned_ = false;
 };
 

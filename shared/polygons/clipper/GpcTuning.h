@@ -27,6 +27,18 @@ struct Tuning {
   /// In tolerances; smaller crowded tiles belong to the grid.
   static constexpr double SMALLEST_TILE = 64.0;
 
+  /// A crowd is judged by about so many of its elements, or twice as many pairs.
+  static constexpr Index SAMPLES = 16;
+  /// So many crossing pairs of those make it best to compare all; so many that meet in one point,
+  /// to leave them to the grid.
+  static constexpr Index MANY_MEET = 6;
+  /// A tile that was halved so many times more than the logarithm of the number of sections to
+  /// base 2, and whose elements are so many times as long as it, belongs to the grid.
+  static constexpr int MORE_HALVINGS = 6;
+  static constexpr double FAR_AWAY = 256.0;
+  /// All edges go to the grid when a larger share of the sections is left to it.
+  static constexpr Index MOST_LEFT = 4;
+
   /// A bundle is compared by intervals when an element overlaps no more others than this on
   /// average, else it is cut.
   static constexpr double MAX_OVERLAPS = 3.0;
