@@ -98,17 +98,19 @@ void TakeMoved(Workspace& work) {
   gpc::BuildSections(work.input);
 }
 
+/// Makes graph and labels. Returns false when they are not sound.
+bool Label(Workspace& work, gpc::Meeting meeting, std::span<const double> nestSizes) {
+  return gpc::BuildGraph(work.input, work.crossings, meeting, work.graph) &&
+         gpc::FindLabels(work.input, work.crossings, work.graph, nestSizes, work.labels);
+}
+
 /// Runs the stages up to the labels.
 void Arrange(Workspace& work, std::span<const double> nestSizes) {
   using gpc::Meeting;
   auto& [input, crossings, graph, labels, result, moved, isActive, snap] = work;
-  const auto isSound = [&](Meeting meeting) {
-    return gpc::BuildGraph(input, crossings, meeting, graph) &&
-           gpc::FindLabels(input, crossings, graph, nestSizes, labels);
-  };
   gpc::BuildSections(input);
   gpc::FindCrossings(input, crossings);
-  if (!crossings.isMoved && isSound(Meeting::Rounded)) return;
+  if (!crossings.isMoved && Label(work, Meeting::Rounded, nestSizes)) return;
   if (crossings.isMoved && !crossings.isAbandoned) {
     gpc::JoinVertices(input, crossings, moved);
     TakeMoved(work);
@@ -116,7 +118,7 @@ void Arrange(Workspace& work, std::span<const double> nestSizes) {
   gpc::FindActiveEdges(input, crossings, isActive);
   gpc::SnapContours(input, isActive, snap, moved, crossings);
   TakeMoved(work);
-  if (!isSound(Meeting::Exact)) throw GPCException(gpc::UNIT, __LINE__);
+  if (!Label(work, Meeting::Exact, nestSizes)) throw GPCException(gpc::UNIT, __LINE__);
 }
 
 }  // namespace
