@@ -249,10 +249,10 @@ private:
 /// Returns the area inside, as the function of that name in shared/polygons/FlatPolygon.h.
 SHARED_API double TriangulatedPolygonArea(const GPolygon& polygon);
 
-/// Return true when `a` contains `b`, borders included: when nothing of b lies outside of a, by
-/// more than the distance at which the clipper takes points for one (some units in the last place
-/// of the largest coordinate). Contours without area count for nothing; nothing is contained in
-/// everything. Cost: one boolean operation.
+/// Return true when `a` contains `b`, borders included: when what of b lies outside of a
+/// is nothing but slivers as rounding leaves them: none wider, on average, than 4 `GPC_MOST_DRIFT`
+/// times the snap distance of the clipper (`GPC_SNAP` times the largest coordinate). Contours
+/// without area count for nothing; nothing is contained in everything. Cost: one boolean operation.
 SHARED_API bool GPolygonContains(const GPolygon& a, const GPolygon& b);
 SHARED_API bool GPolygonContains(const GPolygon& a, const Vec2d* points, const unsigned int* counts,
                                  std::size_t numContours);

@@ -21,6 +21,7 @@
 #include "shared/polygons/GPolygon.h"
 #include "shared/polygons/GPolygon2dModel.h"
 #include "shared/polygons/MultiPolygon.h"
+#include "shared/polygons/PolygonMeasures.h"
 #include "shared/polygons/clipper/GpcHolder.h"
 
 namespace shr {
@@ -448,7 +449,9 @@ GPolygon2d GPolygon2d::Unite(std::span<const GPolygon2d> polygons) {
 bool GPolygonContains(const GPolygon2d& a, const GPolygon2d& b) {
   GPolygon2d outside;
   b.Difference(a, outside);
-  return outside.GetNumContours() == 0;
+  MultiPolygon2d polygons;
+  outside.GetMultiPolygon(polygons);
+  return HasOnlySlivers(polygons, a.GetBBox(), b.GetBBox());
 }
 
 bool GPolygonContains(const GPolygon2d& a, const Vec2d* points, const unsigned int* counts,

@@ -214,11 +214,11 @@ private:
   GPolygon2dModel* model_ = nullptr;
 };
 
-/// Return true when `a` contains `b`, borders included: when nothing of b lies outside of a, by
-/// more than the distance at which the clipper takes points for one (some units in the last place
-/// of the largest coordinate). The polygons of one object count together; the rings of one polygon
-/// count under the even-odd rule. Rings without area count for nothing; nothing is contained in
-/// everything. Cost: boolean operations.
+/// Return true when `a` contains `b`, borders included: when what of b lies outside of a
+/// is nothing but slivers as rounding leaves them: none wider, on average, than 4 `GPC_MOST_DRIFT`
+/// times the snap distance of the clipper (`GPC_SNAP` times the largest coordinate). The polygons
+/// of one object count together; the rings of one polygon count under the even-odd rule. Rings
+/// without area count for nothing; nothing is contained in everything. Cost: boolean operations.
 SHARED_API bool GPolygonContains(const GPolygon2d& a, const GPolygon2d& b);
 SHARED_API bool GPolygonContains(const GPolygon2d& a, const Vec2d* points,
                                  const unsigned int* counts, std::size_t numContours);

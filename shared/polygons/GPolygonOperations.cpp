@@ -9,6 +9,7 @@
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/polygons/FlatContours.h"
 #include "shared/polygons/GPolygon.h"
+#include "shared/polygons/MultiPolygon.h"
 #include "shared/polygons/PolygonMeasures.h"
 #include "shared/polygons/clipper/GpcHolder.h"
 #include "shared/polygons/clipper/GpcRun.h"
@@ -164,7 +165,9 @@ bool GPolygon::PointInside(const Vec2d& point) const {
 bool GPolygonContains(const GPolygon& a, const GPolygon& b) {
   GPolygon outside;
   b.Difference(a, outside);
-  return outside.GetNumContours() == 0;
+  MultiPolygon2d polygons;
+  outside.GetMultiPolygon(polygons);
+  return HasOnlySlivers(polygons, a.GetBBox(), b.GetBBox());
 }
 
 bool GPolygonContains(const GPolygon& a, const Vec2d* points, const unsigned int* counts,

@@ -36,7 +36,7 @@ double StripArea(std::span<const Vec2d> strip) {
   for (std::size_t i = 2; i < strip.size(); ++i) {
     const Vec2d a = strip[i - 1] - strip[i - 2];
     const Vec2d b = strip[i] - strip[i - 2];
-    doubled += std::abs(a.x * b.y - a.y * b.x);
+    doubled += std::abs(a.Cross(b));
   }
   return doubled / 2.0;
 }

@@ -10,6 +10,7 @@
 #include "shared/polygons/PolygonMeasures.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <span>
 #include <vector>
@@ -17,6 +18,8 @@
 #include "shared/polygons/FlatPolygon.h"
 #include "shared/polygons/GPolygon.h"
 #include "shared/polygons/GPolygon2d.h"
+#include "shared/polygons/Gpc.h"
+#include "shared/polygons/MultiPolygon.h"
 
 namespace shr {
 namespace {
@@ -106,6 +109,27 @@ bool IsFinite(const GPolygon& polygon) {
     for (const Vec2d& point : contour) isFinite &= point.IsFinite();
   });
   return isFinite;
+}
+
+bool HasOnlySlivers(const MultiPolygon2d& difference, const Box2d& a, const Box2d& b) {
+  double largest = 0.0;
+  for (const Box2d& box : {a, b}) {
+    if (box.IsEmpty()) continue;
+    for (const double side : {box.xMin(), box.yMin(), box.xMax(), box.yMax()}) {
+      largest = std::max(largest, std::abs(side));
+    }
+  }
+  // A strip has about half its width times its perimeter as area.
+  const double mostPerLength = 2.0 * GPC_MOST_DRIFT * GPC_SNAP * largest;
+  return std::all_of(difference.begin(), difference.end(), [&](const Polygon2d& polygon) {
+    double area = std::abs(PolygonArea(polygon.outer()));
+    double perimeter = PolygonPerimeter(polygon.outer());
+    for (const Ring2d& hole : polygon.inners()) {
+      area -= std::abs(PolygonArea(hole));
+      perimeter += PolygonPerimeter(hole);
+    }
+    return area <= mostPerLength * perimeter;
+  });
 }
 
 GPolygon RegionOf(const GPolygon& polygon) {

@@ -14,6 +14,7 @@
 #include "shared/polygons/GPolygon.h"
 #include "shared/polygons/GPolygon2d.h"
 #include "shared/polygons/formats/PolygonText.h"
+#include "tests/polygons/BooleanCases.h"
 #include "tests/polygons/PolygonTestSupport.h"
 #include "tests/support/Failures.h"
 
@@ -205,6 +206,45 @@ TEST(GPolygonContains, holdsForWhatWasCutOut) {
     EXPECT_TRUE(GPolygonContains(all, a) && GPolygonContains(all, b)) << round;
     EXPECT_FALSE(GPolygonContains(a, all)) << round;
   }
+}
+
+GPolygon FromContours(const test::Contours& contours) {
+  GPolygon polygon;
+  for (const Points& contour : contours) {
+    const auto count = static_cast<unsigned int>(contour.size());
+    polygon.AddContours(contour, {&count, 1});
+  }
+  return polygon;
+}
+
+TEST(GPolygonContains, holdsForResultsOfHardPairs) {
+  for (const test::CaseFamily& family : test::BooleanCaseFamilies()) {
+    for (std::uint64_t seed = 0; seed < 8; ++seed) {
+      std::mt19937_64 random(seed);
+      const test::BooleanCase pair = family.make(random);
+      const GPolygon a = FromContours(pair.subject);
+      const GPolygon b = FromContours(pair.clip);
+      GPolygon common;
+      a.Intersection(b, common);
+      EXPECT_TRUE(GPolygonContains(a, common)) << family << ", seed " << seed;
+      EXPECT_TRUE(GPolygonContains(b, common)) << family << ", seed " << seed;
+      GPolygon all;
+      a.Union(b, all);
+      EXPECT_TRUE(GPolygonContains(all, a)) << family << ", seed " << seed;
+      EXPECT_TRUE(GPolygonContains(GPolygon2d(all), GPolygon2d(common))) << family << ", " << seed;
+    }
+  }
+}
+
+TEST(GPolygonContains, toleratesAFewSnapDistancesOnly) {
+  const double snap = GPC_SNAP * 900.0;
+  const GPolygon square(Box2d(0.0, 0.0, 900.0, 900.0));
+  const auto wider = [](double by) { return GPolygon(Box2d(1.0, 1.0, 900.0 + by, 899.0)); };
+  EXPECT_TRUE(GPolygonContains(square, wider(4.0 * snap)));
+  EXPECT_FALSE(GPolygonContains(square, wider(64.0 * snap)));
+  // Small, but no sliver.
+  const GPolygon dot(Box2d(1000.0, 1.0, 1000.0 + 1e-9, 1.0 + 1e-9));
+  EXPECT_FALSE(GPolygonContains(square, dot));
 }
 
 }  // namespace

@@ -13,7 +13,6 @@
 #include <boost/geometry/algorithms/area.hpp>
 #include <boost/geometry/geometries/multi_polygon.hpp>
 #include <boost/geometry/geometries/polygon.hpp>
-#include <boost/geometry/geometries/register/point.hpp>
 #include <boost/geometry/strategies/cartesian.hpp>
 #include <cmath>
 #include <cstdlib>
@@ -23,13 +22,12 @@
 #include <utility>
 
 #include "shared/platform/WindowsTypes.h"
+#include "shared/polygons/BoostGeometry.h"
 #include "shared/polygons/FlatPolygon.h"
 #include "shared/polygons/GPolygon2d.h"
 #include "shared/polygons/MultiPolygon.h"
 #include "tests/polygons/PolygonTestSupport.h"
 #include "tests/support/Failures.h"
-
-BOOST_GEOMETRY_REGISTER_POINT_2D(shr::Vec2d, double, boost::geometry::cs::cartesian, x, y)
 
 namespace shr {
 namespace {

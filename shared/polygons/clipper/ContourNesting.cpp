@@ -77,10 +77,6 @@ int TurnByArea(std::span<const Vec2d> contour) {
   return area < 0.0 && other > 0.0 ? -1 : 0;
 }
 
-bool IsFinite(const Vec2d& point) {
-  return std::isfinite(point.x) && std::isfinite(point.y);
-}
-
 /// Returns what lies around each contour. What has no area has depth 0.
 std::vector<gpc::Nest> NestsOf(std::span<const GpcContour> contours) {
   std::vector<GpcContour> sound;
@@ -105,7 +101,9 @@ std::vector<gpc::Nest> NestsOf(std::span<const GpcContour> contours) {
 }  // namespace
 
 int TurnOf(std::span<const Vec2d> contour) {
-  if (contour.size() < 3 || !std::all_of(contour.begin(), contour.end(), IsFinite)) return 0;
+  if (contour.size() < 3 || !std::all_of(contour.begin(), contour.end(),
+                                         [](const Vec2d& point) { return point.IsFinite(); }))
+    return 0;
   const int turn = TurnOfLowestEdge(contour);
   return turn != 0 ? turn : TurnByArea(contour);
 }

@@ -115,12 +115,6 @@ struct Box {
   double xMin, yMin, xMax, yMax;
 };
 
-inline double Cross(const Vec2d& a, const Vec2d& b) {
-  return a.x * b.y - a.y * b.x;
-}
-inline double Dot(const Vec2d& a, const Vec2d& b) {
-  return a.x * b.x + a.y * b.y;
-}
 inline double Length1(const Vec2d& a) {
   return (a.x < 0.0 ? -a.x : a.x) + (a.y < 0.0 ? -a.y : a.y);
 }

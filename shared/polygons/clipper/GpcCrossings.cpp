@@ -113,13 +113,13 @@ private:
     if ((isActive_ != nullptr) && (*isActive_)[a.number] && (*isActive_)[b.number]) return;
     const Vec2d along = a.end - a.start;
     const double limitA = tolerance_ * Length1(along);
-    const double startB = Cross(along, b.start - a.start);
-    const double endB = Cross(along, b.end - a.start);
+    const double startB = along.Cross(b.start - a.start);
+    const double endB = along.Cross(b.end - a.start);
     if ((startB > limitA && endB > limitA) || (startB < -limitA && endB < -limitA)) return;
     const Vec2d alongB = b.end - b.start;
     const double limitB = tolerance_ * Length1(alongB);
-    const double startA = Cross(alongB, a.start - b.start);
-    const double endA = Cross(alongB, a.end - b.start);
+    const double startA = alongB.Cross(a.start - b.start);
+    const double endA = alongB.Cross(a.end - b.start);
     if ((startA > limitB && endA > limitB) || (startA < -limitB && endA < -limitB)) return;
     if (AreNeighbours(a, b)) return CompareNeighbours(a, b);
     if (AreNeighbours(b, a)) return CompareNeighbours(b, a);
@@ -204,9 +204,9 @@ private:
   void CompareNeighbours(const Edge& a, const Edge& b) {
     const Vec2d back = a.start - a.end;
     const Vec2d forth = b.end - b.start;
-    if (!(Dot(back, forth) > 0.0)) return;
+    if (!(back.Dot(forth) > 0.0)) return;
     const double limit = tolerance_ * std::max(Length1(back), Length1(forth));
-    if (std::abs(Cross(back, forth)) > limit) return;
+    if (std::abs(back.Cross(forth)) > limit) return;
     if ((isActive_ != nullptr)) return Activate(a, b);
     MakeNode(crossings_, GetVertex(a, 1));
     if (Length1(back) <= Length1(forth)) {

@@ -160,7 +160,7 @@ bool IsNearEdge(const Input& input, const Occurrence& occurrence) {
   const Vec2d& start = input.points[occurrence.edge];
   const Vec2d along = input.points[occurrence.edge + 1] - start;
   const double limit = JOIN_DISTANCE * input.tolerance * Length1(along);
-  return std::abs(Cross(along, input.points[occurrence.point] - start)) <= limit;
+  return std::abs(along.Cross(input.points[occurrence.point] - start)) <= limit;
 }
 
 /// Ends the contour in work at the end of the points.
@@ -226,7 +226,7 @@ void JoinVertices(const Input& input, Crossings& crossings, ContourTable& joined
       const Vec2d along = input.points[edge + 1] - input.points[edge];
       for (; next != last && next->edge == edge; ++next) {
         crossings.placed.Append(
-            {Dot(along, input.points[next->point] - input.points[edge]), next->point});
+            {along.Dot(input.points[next->point] - input.points[edge]), next->point});
       }
       if (crossings.placed.Size() > 1) SortPlaces(crossings);
       for (const PlacedPoint& placed : crossings.placed) {

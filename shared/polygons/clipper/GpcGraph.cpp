@@ -174,8 +174,8 @@ private:
       longest = std::max(longest, Length1(vectors[i]));
     }
     const double limit = 2.0 * input_.tolerance * longest;
-    double turns[4] = {Cross(vectors[0], vectors[2]), Cross(vectors[2], vectors[1]),
-                       Cross(vectors[1], vectors[3]), Cross(vectors[3], vectors[0])};
+    double turns[4] = {vectors[0].Cross(vectors[2]), vectors[2].Cross(vectors[1]),
+                       vectors[1].Cross(vectors[3]), vectors[3].Cross(vectors[0])};
     const bool isClockwise = turns[0] < 0.0;
     const double sign = isClockwise ? -1.0 : 1.0;
     for (const double turn : turns) {
@@ -230,9 +230,9 @@ private:
       if (next == i) break;
       Spoke& a = spokes_[i];
       Spoke& b = spokes_[next];
-      if (!(Dot(a.vector, b.vector) > 0.0)) continue;
+      if (!(a.vector.Dot(b.vector) > 0.0)) continue;
       const double limit = input_.tolerance * std::max(Length1(a.vector), Length1(b.vector));
-      if (std::abs(Cross(a.vector, b.vector)) > limit) continue;
+      if (std::abs(a.vector.Cross(b.vector)) > limit) continue;
       if (!Coincide(a.half, b.half)) {
         if (meeting_ == Meeting::Exact) continue;
         return false;

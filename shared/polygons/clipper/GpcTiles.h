@@ -87,7 +87,7 @@ struct Cut {
   Vec2d across;
   double at;
 
-  double Place(const Vec2d& point) const { return Dot(across, point) - at; }
+  double Place(const Vec2d& point) const { return across.Dot(point) - at; }
 };
 
 /// Calls, with an object `pairs`, `pairs.Compare(a, b)` for elements whose boxes, widened by the
@@ -384,9 +384,9 @@ private:
     } else {
       const Vec2d aWay = aEnd - a;
       const Vec2d bWay = bEnd - b;
-      const double scale = Cross(aWay, bWay);
-      const double aPlace = Cross(b - a, bWay) / scale;
-      const double bPlace = Cross(b - a, aWay) / scale;
+      const double scale = aWay.Cross(bWay);
+      const double aPlace = (b - a).Cross(bWay) / scale;
+      const double bPlace = (b - a).Cross(aWay) / scale;
       if (!(aPlace > 0.0 && aPlace < 1.0 && bPlace > 0.0 && bPlace < 1.0)) return false;
       point = a + aWay * aPlace;
     }
@@ -540,8 +540,8 @@ private:
     t0 = std::max(t0, 0.0);
     t1 = std::min(t1, 1.0);
     if (t0 > t1) return;
-    const double place = Dot(across, a);
-    const double change = Dot(across, b) - place;
+    const double place = across.Dot(a);
+    const double change = across.Dot(b) - place;
     range.Add(place + t0 * change);
     range.Add(place + t1 * change);
   }

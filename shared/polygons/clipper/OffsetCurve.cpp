@@ -28,10 +28,6 @@ constexpr std::size_t MAX_DIRECTIONS = 65536;
 /// Turns smaller than this, as sines, make no corner.
 constexpr double STRAIGHT = 1e-12;
 
-double Cross(const Vec2d& a, const Vec2d& b) {
-  return a.x * b.y - a.y * b.x;
-}
-
 Vec2d Normalized(const Vec2d& v) {
   const double largest = std::max(std::abs(v.x), std::abs(v.y));
   const Vec2d scaled(v.x / largest, v.y / largest);
@@ -49,7 +45,7 @@ int QuadrantOf(const Vec2d& v) {
 bool ComesBefore(const Vec2d& a, const Vec2d& b) {
   const int one = QuadrantOf(a);
   const int two = QuadrantOf(b);
-  return one != two ? one < two : Cross(a, b) > 0.0;
+  return one != two ? one < two : a.Cross(b) > 0.0;
 }
 
 /// Returns directions all around so near to each other that the chord between two on a circle of
@@ -101,7 +97,7 @@ void OffsetCurve::Add(std::span<const Vec2d> contour) {
 void OffsetCurve::AddCorner(const Vec2d& vertex, const Vec2d& before, const Vec2d& after) {
   AddPoint(vertex + before * distance_);
   if (distance_ == 0.0) return;
-  const double turn = Cross(before, after);
+  const double turn = before.Cross(after);
   const bool isStraight = std::abs(turn) < STRAIGHT && before.Dot(after) > 0.0;
   if (!isStraight && turn * distance_ > 0.0) {
     AddPoint(vertex);
