@@ -177,12 +177,79 @@ std::vector<BooleanWork> ReadCountries(const char* path) {
   return result;
 }
 
+/// Ragged borders between the corners of a square grid that is warped.
+class CountyBorders {
+public:
+  explicit CountyBorders(std::size_t side)
+      : side_(side), pitch_(1000.0 / static_cast<double>(side)) {
+    std::mt19937_64 random(side);
+    std::uniform_real_distribution<double> off(-0.2, 0.2);
+    for (std::size_t i = 0; i < (side + 1) * (side + 1); ++i) {
+      const Vec2d corner(static_cast<double>(i % (side + 1)), static_cast<double>(i / (side + 1)));
+      corners_.push_back((corner + Vec2d(off(random), off(random))) * pitch_);
+    }
+    for (std::size_t i = 0; i < corners_.size(); ++i) {
+      rightward_.push_back(Border(i, i + 1, random));
+      upward_.push_back(Border(i, i + side + 1, random));
+    }
+  }
+
+  Points CellAt(std::size_t column, std::size_t row) const {
+    const std::size_t low = row * (side_ + 1) + column;
+    const std::size_t high = low + side_ + 1;
+    Points cell = rightward_[low];
+    cell.insert(cell.end(), upward_[low + 1].begin(), upward_[low + 1].end());
+    AppendBack(rightward_[high], corners_[high + 1], cell);
+    AppendBack(upward_[low], corners_[high], cell);
+    return cell;
+  }
+
+private:
+  /// Returns points from one corner to another without the last.
+  Points Border(std::size_t from, std::size_t to, std::mt19937_64& random) const {
+    if (to >= corners_.size()) return {};
+    constexpr std::size_t EDGES = 16;
+    std::uniform_real_distribution<double> off(-0.03, 0.03);
+    const Vec2d way = corners_[to] - corners_[from];
+    Points border = {corners_[from]};
+    for (std::size_t i = 1; i < EDGES; ++i) {
+      border.push_back(corners_[from] + way * (static_cast<double>(i) / EDGES) +
+                       Vec2d(off(random), off(random)) * pitch_);
+    }
+    return border;
+  }
+
+  static void AppendBack(const Points& border, const Vec2d& end, Points& cell) {
+    cell.push_back(end);
+    cell.insert(cell.end(), border.rbegin(), border.rend() - 1);
+  }
+
+  std::size_t side_;
+  double pitch_;
+  Points corners_;
+  std::vector<Points> rightward_;  ///< by the corner at which it begins
+  std::vector<Points> upward_;
+};
+
 Box2d BoundsOf(const std::vector<Contours>& polygons) {
   Box2d box;
   for (const Contours& polygon : polygons) {
     for (const Vec2d& point : polygon.front()) box.ExtendBy(point);
   }
   return box;
+}
+
+/// Appends an operand with every square of a grid that its bounds touch.
+void AppendCells(const std::vector<Contours>& operand, double cell,
+                 std::vector<BooleanWork>& works) {
+  const Box2d box = BoundsOf(operand);
+  for (double x = std::floor(box.xMin() / cell) * cell; x < box.xMax(); x += cell) {
+    for (double y = std::floor(box.yMin() / cell) * cell; y < box.yMax(); y += cell) {
+      works.push_back(
+          {operand,
+           {{{Vec2d(x, y), Vec2d(x, y + cell), Vec2d(x + cell, y + cell), Vec2d(x + cell, y)}}}});
+    }
+  }
 }
 
 }  // namespace
@@ -280,6 +347,24 @@ BooleanWork MakeCoastLine(std::size_t size) {
   return {{{SmoothStar(Vec2d(500.0, 500.0), size, random)}}, {}};
 }
 
+BooleanWork MakeCounties(std::size_t size) {
+  const auto side = static_cast<std::size_t>(std::sqrt(static_cast<double>(size)) + 0.5);
+  const CountyBorders borders(side);
+  BooleanWork counties;
+  for (std::size_t i = 0; i < side * side; ++i) {
+    counties.subject.push_back({borders.CellAt(i % side, i / side)});
+  }
+  return counties;
+}
+
+std::vector<BooleanWork> MakeCountiesByGrid(std::size_t size) {
+  const BooleanWork counties = MakeCounties(size);
+  const double cell = 900.0 / std::sqrt(static_cast<double>(size));
+  std::vector<BooleanWork> works;
+  for (const Contours& county : counties.subject) AppendCells({county}, cell, works);
+  return works;
+}
+
 const std::vector<BooleanWork>& Countries() {
   static const std::vector<BooleanWork> COUNTRIES =
       ReadCountries(SHARED_EXAMPLE_DATA_DIR "/countries-50m.txt");
@@ -299,17 +384,10 @@ BooleanWork MakeWorld(std::size_t) {
 }
 
 std::vector<BooleanWork> MakeCountryCells(std::size_t) {
-  constexpr double CELL = 10.0;
+  constexpr double CELL = 10.0;  // degrees
   std::vector<BooleanWork> works;
   for (const BooleanWork& country : Countries()) {
-    const Box2d box = BoundsOf(country.subject);
-    for (double x = std::floor(box.xMin() / CELL) * CELL; x < box.xMax(); x += CELL) {
-      for (double y = std::floor(box.yMin() / CELL) * CELL; y < box.yMax(); y += CELL) {
-        works.push_back(
-            {country.subject,
-             {{{Vec2d(x, y), Vec2d(x, y + CELL), Vec2d(x + CELL, y + CELL), Vec2d(x + CELL, y)}}}});
-      }
-    }
+    AppendCells(country.subject, CELL, works);
   }
   return works;
 }

@@ -47,6 +47,13 @@ BooleanWork MakeCircles(std::size_t size);
 /// A coast line with bays of n vertices, as a subject.
 BooleanWork MakeCoastLine(std::size_t size);
 
+/// About n cells side by side, as counties: neighbours share a ragged border of 16 edges to the
+/// bit. As a subject.
+BooleanWork MakeCounties(std::size_t size);
+/// Each of about n such cells with every square of a grid, about as large as they, that its bounds
+/// touch.
+std::vector<BooleanWork> MakeCountiesByGrid(std::size_t size);
+
 /// The countries of the world at 1:50 million, each with its islands and holes, as the subject of a
 /// work without a clip.
 const std::vector<BooleanWork>& Countries();

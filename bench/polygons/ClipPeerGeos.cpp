@@ -16,6 +16,7 @@
 #include <geos/geom/prep/PreparedGeometryFactory.h>
 #include <geos/operation/intersection/Rectangle.h>
 #include <geos/operation/intersection/RectangleIntersection.h>
+#include <geos/operation/valid/MakeValid.h>
 #include <geos/simplify/TopologyPreservingSimplifier.h>
 
 #include <utility>
@@ -94,6 +95,14 @@ GeosShape::Inside GeosShape::ClipSegments(std::span<const Vec2d> ends) const {
 std::size_t GeosShape::Simplify(double distance) const {
   return geos::simplify::TopologyPreservingSimplifier::simplify(geometry_->shape.get(), distance)
       ->getNumPoints();
+}
+
+bool GeosShape::IsValid() const {
+  return geometry_->shape->isValid();
+}
+
+double GeosShape::MakeValid() const {
+  return geos::operation::valid::MakeValid().build(geometry_->shape.get())->getArea();
 }
 
 std::size_t GeosShape::CountInside(std::span<const Vec2d> points) const {

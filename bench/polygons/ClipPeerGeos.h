@@ -39,6 +39,10 @@ public:
   /// Simplifies the shape alone, keeping its topology, and returns the number of points left.
   std::size_t Simplify(double distance) const;
 
+  bool IsValid() const;
+  /// Returns the area of the same made valid, by lines that are built anew into polygons.
+  double MakeValid() const;
+
   /// Returns the number of points inside, by an index that is built first.
   std::size_t CountInside(std::span<const Vec2d> points) const;
 

@@ -44,6 +44,8 @@ const Workload UNITED[] = {
 };
 
 const Workload WORLD = {"map-countries", One<MakeWorld>, {0}, {}, true};
+const Workload COUNTIES = {"counties", One<MakeCounties>, {100, 1000, 10000}, {UniteTask()}, true};
+const Workload COUNTY_CELLS = {"counties-by-grid", MakeCountiesByGrid, {100, 1000}, {}, true};
 const Workload CELLS = {"map-countries-by-grid", MakeCountryCells, {0}, {}, true};
 const Workload COAST = {"coast", One<MakeCoastLine>, {1000, 10000, 100000}, {OffsetTask(1.0)}};
 
@@ -62,6 +64,9 @@ std::vector<const Contender*> WithClipperAndPeers() {
   RegisterRow(prefix + "map-countries-united", WORLD, UniteTask(), WithClipperAndPeers());
   RegisterRow(prefix + "map-countries-by-grid", CELLS, TaskOf(Operation::Intersection),
               WithClipperAndPeers());
+  RegisterRows(prefix, COUNTIES, WithPeers(OURS, {"geos", "clipper6"}));
+  RegisterRow(prefix + "counties-by-grid", COUNTY_CELLS, TaskOf(Operation::Intersection),
+              WithPeers(OURS, {"boost", "geos", "clipper6"}));
   std::vector<const Contender*> offset;
   for (const Contender& contender : OFFSET_CONTENDERS) offset.push_back(&contender);
   RegisterRows("polygons/", COAST, offset);

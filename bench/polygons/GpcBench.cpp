@@ -43,6 +43,8 @@ const Workload CROSSING_WORKLOADS[] = {
 };
 
 const Workload WORLD = {"map-countries", One<MakeWorld>, {0}, {}, true};
+const Workload COUNTIES = {"counties", One<MakeCounties>, {100, 1000, 10000}, {UniteTask()}, true};
+const Workload COUNTY_CELLS = {"counties-by-grid", MakeCountiesByGrid, {100, 1000}, {}, true};
 const Workload CELLS = {"map-countries-by-grid", MakeCountryCells, {0}, {}, true};
 
 [[maybe_unused]] const bool REGISTERED = [] {
@@ -56,6 +58,9 @@ const Workload CELLS = {"map-countries-by-grid", MakeCountryCells, {0}, {}, true
   RegisterRow("polygons/map-countries-united", WORLD, UniteTask(), WithPeers(OURS));
   RegisterRow("polygons/map-countries-by-grid", CELLS, TaskOf(Operation::Intersection),
               WithPeers(OURS));
+  RegisterRows("polygons/", COUNTIES, WithPeers(OURS, {"geos", "clipper6"}));
+  RegisterRow("polygons/counties-by-grid", COUNTY_CELLS, TaskOf(Operation::Intersection),
+              WithPeers(OURS, {"boost", "geos", "clipper6"}));
   return true;
 }();
 

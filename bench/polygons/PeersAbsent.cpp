@@ -57,6 +57,14 @@ std::size_t GeosShape::Simplify(double) const {
   return 0;
 }
 
+bool GeosShape::IsValid() const {
+  return false;
+}
+
+double GeosShape::MakeValid() const {
+  return 0;
+}
+
 std::size_t GeosShape::CountInside(std::span<const Vec2d>) const {
   return 0;
 }
