@@ -209,7 +209,7 @@ private:
   Points Border(std::size_t from, std::size_t to, std::mt19937_64& random) const {
     if (to >= corners_.size()) return {};
     constexpr std::size_t EDGES = 16;
-    std::uniform_real_distribution<double> off(-0.03, 0.03);
+    std::uniform_real_distribution<double> off(-0.012, 0.012);
     const Vec2d way = corners_[to] - corners_[from];
     Points border = {corners_[from]};
     for (std::size_t i = 1; i < EDGES; ++i) {

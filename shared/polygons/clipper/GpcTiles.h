@@ -12,6 +12,10 @@
 /// are compared. All boxes and intervals are rounded outward, so what is compared is a superset of
 /// what meets, and no rounding on the way can lose a crossing.
 ///
+/// Some crowds gain nothing by being parted, which a sample of their pairs tells: where most cross
+/// each other, all are compared at once, as the crossings pay for it; where most meet in one point,
+/// only the grid (GpcSnap.cpp) keeps from comparing all with all.
+///
 /// Source: J. T. Klosowski et al., "Efficient Collision Detection Using Bounding Volume Hierarchies
 /// of k-DOPs", 1998 (intervals across fixed directions).
 ///
