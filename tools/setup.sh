@@ -22,6 +22,7 @@ packages_of() {
                python3 pkg-config ;;
     bench) echo "${build[@]}" libbenchmark-dev libcereal-dev libfast-float-dev libfmt-dev \
                 libgdal32 libgeos++-dev libgeos-dev libgmp-dev libmpfr-dev libpolyclipping-dev libqd-dev \
+                libexpat1-dev libpugixml-dev libxml2-dev \
                 python3 \
                 "${windows[@]}" wine wine64 ;;
     fuzz) echo "${build[@]}" "${clang[@]}" libmpfr-dev ;;

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// Files of 0.5, 5 and 50 MB to trees, and the trees released: records with attributes, entities,
+// comments and mixed content. All contenders read the same file; numbers of elements and
+// attributes and the bytes of their values are compared before anything is timed.
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <random>
+#include <string>
+
+#include "bench/xml/XMLContender.h"
+#include "shared/xml/XMLScanner.h"
+
+namespace {
+
+using shr::XMLNode;
+using shr::bench::XMLContender;
+using shr::bench::XMLCount;
+using shr::bench::XMLTree;
+
+std::string MakeRecord(std::size_t number, std::mt19937& random) {
+  const auto draw = [&random](unsigned int count) { return std::to_string(random() % count); };
+  std::string text = "  <record id=\"" + std::to_string(number) + "\" kind=\"k" + draw(20) +
+                     "\" title=\"a &quot;quoted&quot; title " + draw(1000) + "\">\n";
+  text += "    <name>Station " + draw(100000) + " &amp; surroundings</name>\n";
+  text += "    <position lat=\"" + draw(90) + "." + draw(1000000) + "\" lon=\"" + draw(180) + "." +
+          draw(1000000) + "\"/>\n";
+  if (number % 10 == 0) text += "    <!-- checked by hand, number " + draw(1000) + " -->\n";
+  text += "    <note>Some text with <b>bold</b> and <i>slanted</i> words, " + draw(10000) +
+          " of them.</note>\n";
+  return text + "    <value unit=\"m\">" + draw(10000) + "." + draw(1000) +
+         "</value>\n  </record>\n";
+}
+
+/// A file of about this many bytes, which goes with the program.
+class Sample {
+public:
+  explicit Sample(std::size_t size)
+      : path_(std::filesystem::temp_directory_path() /
+              ("shared-bench-" + std::to_string(std::random_device()()) + ".xml")) {
+    std::mt19937 random(11);
+    std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<records>\n";
+    for (std::size_t i = 0; text.size() < size; ++i) text += MakeRecord(i, random);
+    text += "</records>\n";
+    std::ofstream(path_, std::ios::binary) << text;
+  }
+  ~Sample() {
+    std::error_code ignored;
+    std::filesystem::remove(path_, ignored);
+  }
+  const std::string Path() const { return path_.string(); }
+
+private:
+  std::filesystem::path path_;
+};
+
+const Sample& SampleOf(std::size_t size) {
+  static std::map<std::size_t, Sample> samples;
+  return samples.try_emplace(size, size).first->second;
+}
+
+void Count(const XMLNode& node, XMLCount& count) {
+  for (const XMLNode::Handle& child : node.GetChildren()) {
+    if (child->GetName() == "xml") continue;
+    ++count.elements;
+    child->ForEachAttribute([&count](const std::string&, const std::string& value) {
+      ++count.attributes;
+      count.attributeBytes += value.size();
+    });
+    Count(*child, count);
+  }
+}
+
+XMLTree ReadByOurs(const std::string& path) {
+  shr::XMLScanner scanner;
+  const XMLNode::Handle root = scanner.ScanFile(std::filesystem::path(path).wstring());
+  return {root, [root] {
+            XMLCount count;
+            Count(*root, count);
+            return count;
+          }};
+}
+
+void RequireSameTree(const std::string& path, const XMLContender& contender) {
+  if (ReadByOurs(path).count() == contender.read(path).count()) return;
+  std::fprintf(stderr, "%s reads another tree\n", contender.name);
+  std::abort();
+}
+
+void Scan(benchmark::State& state, const XMLContender& contender) {
+  const std::string path = SampleOf(static_cast<std::size_t>(state.range(0))).Path();
+  RequireSameTree(path, contender);
+  for (auto _ : state) {
+    XMLTree tree = contender.read(path);
+    benchmark::DoNotOptimize(tree.tree.get());
+    state.PauseTiming();
+    tree = {};
+    state.ResumeTiming();
+  }
+  state.SetBytesProcessed(state.iterations() * state.range(0));
+}
+
+void Release(benchmark::State& state, const XMLContender& contender) {
+  const std::string path = SampleOf(static_cast<std::size_t>(state.range(0))).Path();
+  for (auto _ : state) {
+    state.PauseTiming();
+    XMLTree tree = contender.read(path);
+    state.ResumeTiming();
+    tree = {};
+  }
+}
+
+[[maybe_unused]] const bool REGISTERED = [] {
+  std::vector<XMLContender> contenders = shr::bench::XMLPeers();
+  contenders.insert(contenders.begin(), {"ours", ReadByOurs});
+  const auto add = [](const std::string& row, const XMLContender& contender,
+                      void (*run)(benchmark::State&, const XMLContender&)) {
+    benchmark::RegisterBenchmark(
+        ("xml/" + row + "/" + contender.name).c_str(),
+        [contender, run](benchmark::State& state) { run(state, contender); })
+        ->RangeMultiplier(10)
+        ->Range(500000, 50000000)
+        ->Unit(benchmark::kMillisecond);
+  };
+  for (const XMLContender& contender : contenders) add("scan", contender, Scan);
+  for (const XMLContender& contender : contenders) add("release", contender, Release);
+  return true;
+}();
+
+}  // namespace

@@ -1,0 +1,374 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// The states and what they read are told in docs/xml.md. Characters come from a buffer; runs of
+// text, words and literals are taken from it as a whole as far as it goes, and character by
+// character only where one was pushed back. Lines are not counted on the way: line feeds are
+// counted when a buffer is left behind and when somebody asks.
+
+#include "shared/xml/XMLScanner.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "shared/diagnostics/ThrowError.h"
+#include "shared/platform/RawFile.h"
+
+namespace shr {
+namespace {
+
+constexpr const wchar_t* UNIT = L"XMLScanner";
+
+// Lines that errors are told to be found at.
+constexpr int OPEN_LINE = 100;
+constexpr int NO_NAME_LINE = 300;
+constexpr int OPEN_BRACKET_LINE = 337;
+constexpr int NO_BRACKET_LINE = 343;
+constexpr int OTHER_NAME_LINE = 406;
+constexpr int OPEN_CLOSE_TAG_LINE = 413;
+
+constexpr const wchar_t* BRACKET_TEXT = L"Invalid closing bracket";
+constexpr const wchar_t* MISMATCH_TEXT = L"Closing tag mismatch";
+
+constexpr std::size_t BUFFER_SIZE = 64 * 1024;
+
+constexpr bool IsSpace(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+/// What ends a word, as a table over all bytes.
+constexpr std::array<bool, 256> WORD_ENDS = [] {
+  std::array<bool, 256> ends{};
+  for (const char c : {' ', '\t', '\n', '\v', '\f', '\r', '>', '?', '=', '/'}) {
+    ends[static_cast<unsigned char>(c)] = true;
+  }
+  return ends;
+}();
+
+constexpr bool EndsWord(char c) {
+  return WORD_ENDS[static_cast<unsigned char>(c)];
+}
+
+void DecodeQuotes(std::string& value) {
+  constexpr std::string_view QUOTE = "&quot;";
+  std::size_t found = value.find(QUOTE);
+  if (found == std::string::npos) return;
+  std::string decoded;
+  std::size_t done = 0;
+  for (; found != std::string::npos; found = value.find(QUOTE, done)) {
+    decoded.append(value, done, found - done);
+    decoded += '"';
+    done = found + QUOTE.size();
+  }
+  value = decoded.append(value, done, std::string::npos);
+}
+
+std::size_t CountLines(const char* first, const char* last) {
+  return static_cast<std::size_t>(std::count(first, last, '\n'));
+}
+
+}  // namespace
+
+XMLScanner::XMLScanner() = default;
+
+XMLScanner::~XMLScanner() = default;
+
+XMLNode::Handle XMLScanner::ScanFile(const GString& path) {
+  Reset(path);
+  if (!file_.OpenNoThrow(path, CFile::AccessRead, CFile::ModeOpenExisting, CFile::ShareAll)) {
+    ThrowErrorImpl(UNIT, OPEN_LINE, L"Unable to open '%s'.\n%s", path.c_str(),
+                   platform::LastErrorText().c_str());
+  }
+  buffer_.resize(BUFFER_SIZE);
+  return Scan();
+}
+
+XMLNode::Handle XMLScanner::ScanText(std::string_view text, const GString& name) {
+  Reset(name);
+  begin_ = next_ = text.data();
+  end_ = begin_ + text.size();
+  return Scan();
+}
+
+void XMLScanner::Close() {
+  file_.Close();
+  begin_ = next_ = end_ = nullptr;
+}
+
+XMLNode::Handle XMLScanner::Scan() {
+  /// Leaves nothing of a scan behind, however it ends.
+  struct Ending {
+    XMLScanner& scanner;
+    ~Ending() {
+      scanner.file_.Abort(false);
+      scanner.begin_ = scanner.next_ = scanner.end_ = nullptr;
+      scanner.root_.reset();
+      scanner.current_.reset();
+    }
+  };
+  const Ending ending{*this};
+  while (state_ != StateEnd) {
+    switch (state_) {
+      case StateValue:
+        ReadValue();
+        break;
+      case StateTagName:
+        ReadTagName();
+        break;
+      case StateComment:
+        ReadComment();
+        break;
+      case StateDocType:
+        ReadDocType();
+        break;
+      case StateAttributes:
+        ReadAttributes();
+        break;
+      case StateAttributeValue:
+        ReadAttributeValue();
+        break;
+      case StateCloseBracket:
+        CloseBracket();
+        break;
+      case StateCloseTag:
+        if (!ReadCloseTag()) return nullptr;
+        break;
+      case StateEnd:
+        break;
+    }
+  }
+  return root_;
+}
+
+void XMLScanner::Reset(const GString& name) {
+  Close();
+  linesBefore_ = 0;
+  hasUnread_ = false;
+  state_ = StateValue;
+  root_ = XMLNode::Factory();
+  current_ = root_;
+  fileName_ = name;
+  attributeName_.clear();
+}
+
+// Characters.
+
+bool XMLScanner::Refill() {
+  linesBefore_ += CountLines(begin_, end_);
+  begin_ = next_ = end_ = nullptr;
+  if (!file_.IsOpen()) return false;
+  const std::uint32_t count = file_.Read(buffer_.data(), static_cast<std::uint32_t>(BUFFER_SIZE));
+  begin_ = next_ = buffer_.data();
+  end_ = begin_ + count;
+  return count > 0;
+}
+
+char XMLScanner::ReadCharSlowly() {
+  if (hasUnread_) {
+    hasUnread_ = false;
+    return unread_;
+  }
+  if (next_ == end_ && !Refill()) {
+    state_ = StateEnd;
+    return 0;
+  }
+  return *next_++;
+}
+
+void XMLScanner::Unget(char c) {
+  if (state_ == StateEnd && c == 0) return;
+  if (!hasUnread_ && next_ != begin_ && next_[-1] == c) {
+    --next_;
+    return;
+  }
+  unread_ = c;
+  hasUnread_ = true;
+}
+
+char XMLScanner::ReadNextNonSpaceChar() {
+  char c = ReadNextChar();
+  while (IsSpace(c)) c = ReadNextChar();
+  return c;
+}
+
+std::string XMLScanner::ReadWord() {
+  std::string word;
+  char c = ReadNextNonSpaceChar();
+  if (state_ == StateEnd) return word;
+  if (EndsWord(c)) {
+    Unget(c);
+    return word;
+  }
+  // The character that was read is the one before `next_`, unless it had been pushed back.
+  const bool isInBuffer = next_ != begin_ && next_[-1] == c;
+  const char* first = isInBuffer ? next_ - 1 : next_;
+  if (!isInBuffer) word += c;
+  for (;;) {
+    next_ = std::find_if(next_, end_, EndsWord);
+    word.append(first, next_);
+    if (next_ != end_ || !Refill()) break;
+    first = next_;
+  }
+  if (next_ == end_) state_ = StateEnd;
+  return word;
+}
+
+template <typename Sink>
+void XMLScanner::ReadUpTo(char stop, const Sink& sink) {
+  if (hasUnread_) {
+    hasUnread_ = false;
+    if (unread_ == stop) return;
+    sink(std::string_view(&unread_, 1));
+  }
+  do {
+    const auto size = static_cast<std::size_t>(end_ - next_);
+    const void* const found = size == 0 ? nullptr : std::memchr(next_, stop, size);
+    const char* const last = found == nullptr ? end_ : static_cast<const char*>(found);
+    sink(std::string_view(next_, static_cast<std::size_t>(last - next_)));
+    next_ = last;
+    if (found != nullptr) {
+      ++next_;
+      return;
+    }
+  } while (Refill());
+  state_ = StateEnd;
+}
+
+void XMLScanner::SkipPast(char stop) {
+  ReadUpTo(stop, [](std::string_view) {});
+}
+
+std::string XMLScanner::ReadLiteral() {
+  std::string literal;
+  ReadUpTo('"', [&literal](std::string_view text) { literal += text; });
+  return literal;
+}
+
+// States.
+
+void XMLScanner::OpenChild() {
+  current_ = XMLNode::Factory(current_);
+  state_ = StateTagName;
+}
+
+void XMLScanner::CloseCurrent() {
+  SetCurrent(current_->GetParent());
+  state_ = StateValue;
+}
+
+/// Tells a comment from another declaration.
+void XMLScanner::ReadDeclarationStart() {
+  for (int dashes = 0; dashes < 2; ++dashes) {
+    const char c = ReadNextChar();
+    if (c == '-') continue;
+    Unget(c);
+    state_ = StateDocType;
+    return;
+  }
+  state_ = StateComment;
+}
+
+void XMLScanner::ReadValue() {
+  XMLNode& node = *current_;
+  ReadUpTo('<', [&node](std::string_view text) { node.AppendValue(text); });
+  if (state_ == StateEnd) return;
+  const char c = ReadNextChar();
+  switch (c) {
+    case '!':
+      ReadDeclarationStart();
+      return;
+    case '/':
+      state_ = StateCloseTag;
+      return;
+    case '?':
+      OpenChild();
+      return;
+    default:
+      Unget(c);
+      OpenChild();
+  }
+}
+
+void XMLScanner::ReadTagName() {
+  std::string name = ReadWord();
+  if (name.empty()) Fail(L"Tag without name", NO_NAME_LINE);
+  current_->SetName(std::move(name));
+  state_ = StateAttributes;
+}
+
+bool XMLScanner::ReadCloseTag() {
+  const std::string name = ReadWord();
+  // The root has no tag that could be closed.
+  if (name != current_->GetName() || current_ == root_) Fail(MISMATCH_TEXT, OTHER_NAME_LINE);
+  if (ReadNextNonSpaceChar() != '>') Fail(MISMATCH_TEXT, OPEN_CLOSE_TAG_LINE);
+  CloseCurrent();
+  return true;
+}
+
+void XMLScanner::ReadAttributes() {
+  attributeName_ = ReadWord();
+  state_ = attributeName_.empty() ? StateCloseBracket : StateAttributeValue;
+}
+
+void XMLScanner::ReadAttributeValue() {
+  std::string value;
+  char c = ReadNextNonSpaceChar();
+  if (c == '=') {
+    c = ReadNextNonSpaceChar();
+    if (c == '"') {
+      value = ReadLiteral();
+    } else {
+      Unget(c);
+      value = ReadWord();
+    }
+    DecodeQuotes(value);
+  } else {
+    Unget(c);
+  }
+  current_->SetAttribute(attributeName_, std::move(value));
+  state_ = StateAttributes;
+}
+
+void XMLScanner::CloseBracket() {
+  const char c = ReadNextNonSpaceChar();
+  if (c == '>') {
+    state_ = StateValue;
+    return;
+  }
+  if (c != '/' && c != '?') Fail(BRACKET_TEXT, NO_BRACKET_LINE);
+  if (ReadNextChar() != '>') Fail(BRACKET_TEXT, OPEN_BRACKET_LINE);
+  CloseCurrent();
+}
+
+void XMLScanner::ReadComment() {
+  constexpr std::string_view CLOSE = "-->";
+  for (std::size_t matched = 0; matched < CLOSE.size() && state_ != StateEnd;) {
+    if (matched == 0) {
+      SkipPast(CLOSE[0]);
+      ++matched;
+    } else {
+      matched = ReadNextChar() == CLOSE[matched] ? matched + 1 : 0;
+    }
+  }
+  if (state_ != StateEnd) state_ = StateValue;
+}
+
+void XMLScanner::ReadDocType() {
+  SkipPast('>');
+  if (state_ != StateEnd) state_ = StateValue;
+}
+
+// Errors.
+
+int XMLScanner::GetLine() const {
+  const std::size_t lines = linesBefore_ + CountLines(begin_, next_);
+  return static_cast<int>(lines) + 1 - (hasUnread_ && unread_ == '\n' ? 1 : 0);
+}
+
+void XMLScanner::Fail(const wchar_t* what, int sourceLine) const {
+  ThrowErrorImpl(UNIT, sourceLine, L"Error parsing '%s', line %d:\n%s", fileName_.c_str(),
+                 GetLine(), what);
+}
+
+}  // namespace shr

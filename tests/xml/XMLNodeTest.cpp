@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// Cases: families and handles; children by name; few and many attributes, in every order; trees
+// too deep and too wide to be released by recursion.
+
+#include "shared/xml/XMLNode.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace shr {
+namespace {
+
+TEST(XMLNode, knowsItsFamily) {
+  XMLNode::Handle root = XMLNode::Factory();
+  EXPECT_TRUE(root->GetName().empty() && root->GetParent() == nullptr);
+  XMLNode::Handle child = XMLNode::Factory(root);
+  child->SetName("a");
+  ASSERT_EQ(root->GetChildren().size(), 1u);
+  EXPECT_EQ(root->GetChildren()[0], child);
+  EXPECT_EQ(child->GetParent(), root);
+  EXPECT_EQ(XMLNode::Factory("named")->GetName(), "named");
+  const std::weak_ptr<XMLNode> watch = child;
+  root.reset();
+  EXPECT_EQ(child->GetParent(), nullptr);
+  child.reset();
+  EXPECT_TRUE(watch.expired());
+}
+
+TEST(XMLNode, findsChildrenByNameAndIndex) {
+  const XMLNode::Handle root = XMLNode::Factory();
+  for (const char* const name : {"item", "other", "item", "Item", "item"}) {
+    const XMLNode::Handle child = XMLNode::Factory(root);
+    child->SetName(name);
+    child->SetValue(std::to_string(root->GetChildren().size()));
+  }
+  EXPECT_EQ(root->FindChild("item", 0)->GetValue(), "1");
+  EXPECT_EQ(root->FindChild("item", 1)->GetValue(), "3");
+  EXPECT_EQ(root->FindChild("item", 2)->GetValue(), "5");
+  EXPECT_EQ(root->FindChild("item", 3), nullptr);
+  EXPECT_EQ(root->FindChild("", 0), nullptr);
+  root->Done();
+  EXPECT_EQ(root->GetChildren().capacity(), 5u);
+}
+
+TEST(XMLNode, keepsAttributesInOrder) {
+  for (const int count : {0, 1, 15, 16, 17, 200}) {
+    std::mt19937 random(1);
+    std::vector<std::string> names;
+    for (int i = 0; i < count; ++i) names.push_back("name" + std::to_string(i));
+    std::shuffle(names.begin(), names.end(), random);
+    const XMLNode::Handle node = XMLNode::Factory();
+    std::map<std::string, std::string> expected;
+    for (int pass = 0; pass < 2; ++pass) {  // the second pass replaces all values
+      for (const std::string& name : names) {
+        expected[name] = name + std::to_string(pass);
+        node->SetAttribute(name, expected[name]);
+      }
+    }
+    EXPECT_EQ(node->GetAttributes(), expected);
+    EXPECT_EQ(node->GetAttributeCount(), expected.size());
+    std::vector<std::string> order;
+    node->ForEachAttribute(
+        [&order](const std::string& name, const std::string&) { order.push_back(name); });
+    EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+    for (const auto& [name, value] : expected) EXPECT_EQ(node->GetAttribute(name), value);
+    EXPECT_EQ(node->FindAttribute("name"), nullptr);
+    EXPECT_EQ(node->GetAttribute("zzz"), "");
+  }
+}
+
+TEST(XMLNode, releasesAnyTreeWithoutRecursion) {
+  constexpr int COUNT = 200000;
+  XMLNode::Handle root = XMLNode::Factory();
+  XMLNode::Handle deepest = root;
+  for (int i = 0; i < COUNT; ++i) deepest = XMLNode::Factory(deepest);
+  // A handle into the middle keeps what hangs on it, and no more.
+  XMLNode::Handle middle = deepest->GetParent();
+  const std::weak_ptr<XMLNode> top = root;
+  root.reset();
+  EXPECT_TRUE(top.expired());
+  EXPECT_EQ(middle->GetParent(), nullptr);
+  EXPECT_EQ(middle->GetChildren()[0], deepest);
+  middle.reset();
+  EXPECT_EQ(deepest->GetParent(), nullptr);
+  root = XMLNode::Factory();
+  for (int i = 0; i < COUNT / 8; ++i) XMLNode::Factory(XMLNode::Factory(root));
+  root.reset();
+}
+
+}  // namespace
+}  // namespace shr
