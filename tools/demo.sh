@@ -2,13 +2,13 @@
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
 #
-# Builds the map report with optimisation and runs it on the data of the repository: Europe from a settings file,
+# Builds the examples with optimisation and runs them on the data of the repository: Europe from a settings file,
 # with steps taken back and redone, saved, loaded again and logged; Mexico alone; the world. Each run prints the path
 # of its report. The last line is that of the world.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 cmake --preset release
-cmake --build --preset release --target mapreport
+cmake --build --preset release --target mapreport georeference
 data=examples/data
 out=$PWD/build/demo
 mkdir -p "$out"
@@ -25,6 +25,9 @@ cmp "$out/europe/map.svg" "$out/europe-loaded/map.svg"
 echo "Mexico alone:"
 "$program" --window=-119,13,-85,34 --clip Mexico --rivers "$data/rivers-50m.txt" --dashes 8,3 --title Mexico \
   --colors "Light Goldenrod Yellow,Tomato" --out "$out/mexico"
+echo "A scanned map of Svalbard, by the method that fits best, and points of the image on the map:"
+build/release/bin/georeference --points "$data/control-points-svalbard.csv" \
+  --warp-points "$data/control-points-svalbard.csv" --title "Svalbard, from 42 control points" --out "$out/georeference"
 echo "The world:"
 "$program" --map "$data/countries-50m.txt" --points "$data/earthquakes.csv" --cities "$data/cities-utf16le.csv" \
   --out "$out"

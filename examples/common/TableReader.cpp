@@ -56,9 +56,15 @@ void LineReader::Fail(const GString& what) const {
   ThrowInputError(path_, lineNumber_, what);
 }
 
-TableReader::TableReader(const GString& path, const TextFormat& format, wchar_t separator)
+TableReader::TableReader(const GString& path, const TextFormat& format, wchar_t separator,
+                         Comments comments)
     : lines_(path, format) {
   if (!lines_.Next(line_)) ThrowInputError(path, 1, L"The file is empty.");
+  while (comments == Comments::AreSkipped && !line_.empty() && line_[0] == L'#') {
+    comments_.push_back(line_.substr(1));
+    if (!lines_.Next(line_)) lines_.Fail(L"There is no row below the comment.");
+  }
+  rowLine_ = lines_.LineNumber();
   separator_ = separator != L'\0' ? separator : FindSeparator(line_);
   if (!ReadFields()) Fail(fault_);
   names_.assign(fields_.begin(), fields_.begin() + static_cast<std::ptrdiff_t>(fieldCount_));
@@ -77,7 +83,8 @@ std::size_t TableReader::FindColumn(std::initializer_list<const wchar_t*> names)
 std::size_t TableReader::Column(std::initializer_list<const wchar_t*> names) const {
   const std::size_t column = FindColumn(names);
   if (column == NO_COLUMN) {
-    ThrowInputError(lines_.Path(), 1, GString(L"The column '") + *names.begin() + L"' is missing.");
+    ThrowInputError(lines_.Path(), lines_.LineNumber(),
+                    GString(L"The column '") + *names.begin() + L"' is missing.");
   }
   return column;
 }

@@ -56,10 +56,15 @@ public:
 
   /// What a read of the next row finds.
   enum class RowState { Row, Broken, End };
+  /// Whether lines above the first row that begin with "#" are told apart from it.
+  enum class Comments { AreText, AreSkipped };
 
   /// `separator` is the one that the caller knows; 0 for the one that the first row shows.
-  TableReader(const GString& path, const TextFormat& format, wchar_t separator = L'\0');
+  TableReader(const GString& path, const TextFormat& format, wchar_t separator = L'\0',
+              Comments comments = Comments::AreText);
 
+  /// Returns the lines that were skipped above the first row, without the "#".
+  const std::vector<GString>& SkippedComments() const { return comments_; }
   /// Returns the names of the columns, as they stand in the first row.
   const std::vector<GString>& Names() const { return names_; }
 
@@ -100,6 +105,7 @@ private:
 
   LineReader lines_;
   wchar_t separator_ = L',';
+  std::vector<GString> comments_;
   std::vector<GString> names_;
   std::vector<GString> header_;  ///< the names in small letters
   GString line_;

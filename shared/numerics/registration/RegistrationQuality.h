@@ -24,7 +24,7 @@ namespace shr {
 
 /// Most control points for which `LeaveOneOutErrors` calibrates once for each where it has no
 /// closed form.
-inline constexpr std::size_t MOST_REFITS = 200;
+inline constexpr std::size_t MOST_REFITS = 100;
 
 /// Returns target less transform of the source for each pair, in target units; as many as the
 /// shorter list has.
@@ -39,9 +39,9 @@ SHARED_API double RootMeanSquare(std::span<const RPoint> errors);
 /// not determine it. All are NaN for points that calibrate nothing; the identity is itself.
 ///
 /// What leaving out one by one gives is computed in closed form: for least squares by the leverages
-/// of the points, for splines by the diagonal of the inverse (see the sources), so that it costs
-/// about as much as one calibration. Splines that were not solved directly, and for methods that
-/// depend on the scale (exponential, rational quadratic) the few points at the border of the
+/// of the points, for splines by the diagonal of the inverse (see the sources), in O(n^3) as their
+/// calibration, about ten times its time. Splines that were not solved directly, and for methods
+/// that depend on the scale (exponential, rational quadratic) the few points at the border of the
 /// extent, are calibrated anew; where that would be for more than `MOST_REFITS` points the errors
 /// are NaN.
 /// Source: R. Cook and S. Weisberg, "Residuals and Influence in Regression", 1982; S. Rippa, "An
