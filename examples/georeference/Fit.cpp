@@ -29,13 +29,17 @@ double Extent(const RPoints& points) {
   return std::max(high.x - low.x, high.y - low.y);
 }
 
+/// Splines of more points take minutes each; they are calibrated when they are asked for.
+constexpr std::size_t MOST_FOR_SPLINES = 2000;
+
 /// A spline of many points whose errors cannot be told is not solved directly, and calibrating it
 /// just to compare could take hours.
 MethodFit Measure(const ControlPoints& points, WarpingMethod method) {
   MethodFit fit{method, method, NO_NUMBER, NO_NUMBER};
+  const bool isSpline = method < WarpInverseDistanceSquared;
+  if (isSpline && points.image.size() > MOST_FOR_SPLINES) return fit;
   fit.leftOut = RootMeanSquare(LeaveOneOutErrors(method, points.image, points.map));
-  if (method < WarpInverseDistanceSquared && !std::isfinite(fit.leftOut) &&
-      points.image.size() > MOST_REFITS) {
+  if (isSpline && !std::isfinite(fit.leftOut) && points.image.size() > MOST_REFITS) {
     return fit;
   }
   CImageRegistration registration;

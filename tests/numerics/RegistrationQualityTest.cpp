@@ -66,6 +66,18 @@ TEST(RegistrationQuality, leavingPointsOutIsCalibratingOnTheRest) {
   }
 }
 
+TEST(RegistrationQuality, manyPointsAreLeftOutByTheSameRule) {
+  const Pairs pairs = RandomPairs(230, 25);
+  for (const int method : {0, 2, 3}) {
+    const auto errors = LeaveOneOutErrors(MethodOf(method), pairs.from, pairs.to);
+    for (const std::size_t k : {0u, 1u, 100u, 131u, 229u}) {
+      const RPoint wanted = ErrorByRefit(method, pairs, k);
+      EXPECT_NEAR(errors[k].x, wanted.x, 1e-5) << method << ' ' << k;
+      EXPECT_NEAR(errors[k].y, wanted.y, 1e-5) << method << ' ' << k;
+    }
+  }
+}
+
 TEST(RegistrationQuality, residualsAndTheirMean) {
   const CIdentityMap identity;
   const auto residuals = Residuals(identity, {{0, 0}, {1, 1}}, {{3, 4}, {1, 1}});

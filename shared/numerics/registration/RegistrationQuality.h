@@ -40,7 +40,7 @@ SHARED_API double RootMeanSquare(std::span<const RPoint> errors);
 ///
 /// What leaving out one by one gives is computed in closed form: for least squares by the leverages
 /// of the points, for splines by the diagonal of the inverse (see the sources), in O(n^3) as their
-/// calibration, about ten times its time. Splines that were not solved directly, and for methods
+/// calibration, two or three times its time. Splines that were not solved directly, and for methods
 /// that depend on the scale (exponential, rational quadratic) the few points at the border of the
 /// extent, are calibrated anew; where that would be for more than `MOST_REFITS` points the errors
 /// are NaN.

@@ -38,6 +38,7 @@
 #include <numeric>
 #include <span>
 
+#include "shared/numerics/linear/MatrixProducts.h"
 #include "shared/numerics/linear/SymmetricSolve.h"
 #include "shared/numerics/linear/TriangularSolve.h"
 #include "shared/numerics/registration/ControlPoints.h"
@@ -71,6 +72,50 @@ void SubtractProduct(const std::array<std::vector<double>, 3>& columns, const do
                      std::vector<double>& x) {
   for (std::size_t i = 0; i < x.size(); ++i) {
     x[i] -= columns[0][i] * y[0] + columns[1][i] * y[1] + columns[2][i] * y[2];
+  }
+}
+
+/// The lower triangle of the block [first, first + size) becomes its inverse, row by row.
+void InvertSmallBlock(RMatrix& l, std::size_t first, std::size_t size) {
+  std::vector<double> row(size);
+  for (std::size_t i = 0; i < size; ++i) {
+    double* out = l.Base(first + i, first);
+    const double pivot = out[i];
+    std::copy_n(out, i, row.begin());
+    std::fill_n(out, i, 0.0);
+    for (std::size_t k = 0; k < i; ++k) {
+      const double factor = -row[k] / pivot;
+      const double* other = l.Base(first + k, first);
+      for (std::size_t j = 0; j <= k; ++j) out[j] += factor * other[j];
+    }
+    out[i] = 1.0 / pivot;
+  }
+}
+
+/// A copy of a block, of which what lies above the diagonal of the matrix counts 0.
+RMatrix BlockOf(const RMatrix& l, std::size_t row, std::size_t column, std::size_t rows,
+                std::size_t columns) {
+  RMatrix block(rows, columns);
+  for (std::size_t i = 0; i < rows; ++i) {
+    const std::size_t end = std::min(columns, row + i + 1 - column);
+    std::copy_n(l.Base(row + i, column), end, block.Base(i, 0));
+    std::fill(block.Base(i, 0) + end, block.Base(i, 0) + columns, 0.0);
+  }
+  return block;
+}
+
+/// The same for a block of any size, by halves: (A 0; B C)^-1 = (A^-1 0; -C^-1 B A^-1 C^-1).
+void InvertBlock(RMatrix& l, std::size_t first, std::size_t size) {
+  constexpr std::size_t SMALL = 64;
+  if (size <= SMALL) return InvertSmallBlock(l, first, size);
+  const std::size_t half = size / 2, middle = first + half, rest = size - half;
+  InvertBlock(l, first, half);
+  InvertBlock(l, middle, rest);
+  RMatrix right, below;
+  Product(BlockOf(l, middle, first, rest, half), BlockOf(l, first, first, half, half), right);
+  Product(BlockOf(l, middle, middle, rest, rest), right, below);
+  for (std::size_t i = 0; i < rest; ++i) {
+    for (std::size_t j = 0; j < half; ++j) l(middle + i, first + j) = -below(i, j);
   }
 }
 
@@ -311,30 +356,12 @@ bool SplineSystem::Solve(const RMatrix& targets, RMatrix& weights, RMatrix& poly
   return AreFinite(weights) && AreFinite(polynomial);
 }
 
-/// L becomes L^-1, row by row.
-void SplineSystem::InvertFactor() {
-  const std::size_t size = factor_.Rows();
-  std::vector<double> row(size);
-  for (std::size_t i = 0; i < size; ++i) {
-    double* out = factor_.Base(i, 0);
-    const double pivot = out[i];
-    std::copy_n(out, i, row.begin());
-    std::fill_n(out, i, 0.0);
-    for (std::size_t k = 0; k < i; ++k) {
-      const double factor = -row[k] / pivot;
-      const double* other = factor_.Base(k, 0);
-      for (std::size_t j = 0; j <= k; ++j) out[j] += factor * other[j];
-    }
-    out[i] = 1.0 / pivot;
-  }
-}
-
 /// The diagonal of the inverse's first block; 0 for a point without which the others lie on a line.
 std::vector<double> SplineSystem::InverseDiagonal() {
   constexpr double LEAST_FREEDOM = 1e-13;
   const std::size_t size = Size();
   std::vector<double> diagonal(size, 0.0), freedom(size, 1.0), row(size);
-  InvertFactor();
+  InvertBlock(factor_, 0, factor_.Rows());
   for (std::size_t i = 0; i < size - CONSTRAINTS; ++i) {
     std::fill(row.begin(), row.end(), 0.0);
     std::copy_n(factor_.Base(i, 0), i + 1, &row[CONSTRAINTS]);

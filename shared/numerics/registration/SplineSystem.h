@@ -57,7 +57,6 @@ private:
   bool AddCorrection(const std::vector<double>& reflected, std::size_t column,
                      std::vector<double>& weights) const;
   void SolveConstants(const std::vector<double>& reflected, double* constants) const;
-  void InvertFactor();
   std::vector<double> InverseDiagonal();
 
   std::size_t Size() const { return u_.size(); }
