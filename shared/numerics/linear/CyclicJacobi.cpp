@@ -1,6 +1,21 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
+// The threshold cyclic Jacobi method: sweeps over all pairs (p, q), of which those above an average
+// of what is off the diagonal are rotated away (H. Rutishauser, "The Jacobi method for real
+// symmetric matrices", 1966). Small matrices just go through it. For larger ones there are two ways
+// to begin further on, each of which ends with sweeps until they find nothing to do:
+//
+//   1. A definite matrix goes by way of its Cholesky factor, PositiveEigen.cpp, which is as
+//   accurate
+//      as the matrix determines its eigenvalues, or more accurate than rotations of A are.
+//   2. Another dense one, with rows of about the same size, is brought near to diagonal form by
+//      orthogonal vectors V0 from a faster method, V0^T A V0. The sweeps go on from there, with the
+//      tolerance of A. Their rounding and that of the product are of one size, epsilon |A|.
+//
+// Matrices that are graded or nearly diagonal, for which the sweeps are short or the second way
+// loses small elements beside large ones, go through the sweeps alone.
+
 #include "shared/numerics/linear/CyclicJacobi.h"
 
 #include <algorithm>
@@ -13,6 +28,8 @@
 #include "shared/numerics/linear/Kernels.h"
 #include "shared/numerics/linear/MatrixProducts.h"
 #include "shared/numerics/linear/MatrixUtility.h"
+#include "shared/numerics/linear/PositiveEigen.h"
+#include "shared/numerics/linear/TridiagonalQl.h"
 
 namespace shr {
 namespace {
@@ -20,6 +37,12 @@ namespace {
 constexpr const wchar_t* UNIT = L"CyclicJacobi";
 
 constexpr int MOST_SWEEPS = 100;
+/// Up to here sweeps are all that is done.
+constexpr std::uint64_t SMALL = 16;
+/// Rows of a larger ratio of sizes are graded.
+constexpr double MOST_GRADED = 100.0;
+/// Of the sum of the diagonal's magnitudes: where less is off it, the matrix is nearly diagonal.
+constexpr double NEARLY_DIAGONAL = 0.01;
 /// Of the sum of off-diagonal magnitudes at the start.
 constexpr double OFF_TOLERANCE = 1e-16;
 /// Eigenvalues of a smaller part of the first one are dropped.
@@ -88,6 +111,42 @@ bool Sweep(RMatrix& a, RMatrix& v, double tolerance) {
   return false;
 }
 
+/// Brings the definite matrix `a`, or its negative, to its eigenvalues and the rows of `v`, its
+/// eigenvectors.
+EigenResult FindDefinite(RMatrix& a, RVector& w, RMatrix& v) {
+  const bool isNegative = a(0, 0) < 0.0;
+  if (isNegative) Negate(a);
+  const EigenResult result = PositiveEigen(a, w, v);
+  if (isNegative) Negate(a);
+  if (isNegative && result != EigenResult::NotApplicable) Negate(w);
+  return result;
+}
+
+/// Returns true for a dense matrix without large differences between its rows.
+bool IsEven(const RMatrix& a) {
+  double least = 0.0, most = 0.0, diagonal = 0.0;
+  for (std::uint64_t i = 0; i < a.Rows(); ++i) {
+    double largest = 0.0;
+    for (const double element : a.Row(i)) largest = std::max(largest, std::abs(element));
+    least = i == 0 ? largest : std::min(least, largest);
+    most = std::max(most, largest);
+    diagonal += std::abs(a(i, i));
+  }
+  return most <= MOST_GRADED * least && SymOff(a) > NEARLY_DIAGONAL * diagonal;
+}
+
+/// Brings `a` near to diagonal form, with the rows of `v` as near eigenvectors.
+void BringNear(RMatrix& a, RMatrix& v) {
+  RMatrix work(a), near;
+  if (!NearEigenvectors(work, near)) return;
+  Product(near, a, work);
+  OuterProduct(work, near, a);
+  for (std::uint64_t i = 0; i < a.Rows(); ++i) {
+    for (std::uint64_t j = 0; j < i; ++j) a(i, j) = a(j, i);
+  }
+  v = std::move(near);
+}
+
 /// Sorts by decreasing magnitude of the diagonal, NaN last, and stores the results.
 void Store(const RMatrix& v, const RVector& diagonal, RMatrix& a, RVector& w) {
   const std::size_t n = static_cast<std::size_t>(a.Rows());
@@ -121,7 +180,7 @@ bool CyclicJacobi(RMatrix& a, RVector& w) {
   const std::uint64_t n = a.Rows();
   RMatrix v;
   Eye(v, n, n);
-  w.Resize(n);
+  RVector values(n);
   for (std::uint64_t i = 0; i < n; ++i) {
     for (std::uint64_t j = 0; j < i; ++j) a(i, j) = a(j, i);
   }
@@ -129,13 +188,21 @@ bool CyclicJacobi(RMatrix& a, RVector& w) {
   if (scale != 1.0) {
     for (double& element : a) element *= scale;
   }
-  bool isConverged = Sweep(a, v, SymOff(a) * OFF_TOLERANCE);
-  RVector diagonal;
-  ExtractDiagonal(a, diagonal);
-  for (const double value : diagonal) isConverged = isConverged && std::isfinite(value);
-  if (scale != 1.0) Divide(diagonal, scale);
-  Store(v, diagonal, a, w);
-  return isConverged;
+  const double off = SymOff(a);
+  const bool isLarge = n > SMALL && off > 0.0 && std::isfinite(off + LInfNorm(a));
+  EigenResult result = isLarge ? FindDefinite(a, values, v) : EigenResult::NotApplicable;
+  if (result == EigenResult::NotApplicable) {
+    Eye(v, n, n);
+    if (isLarge && IsEven(a)) BringNear(a, v);
+    const bool isConverged = Sweep(a, v, off * OFF_TOLERANCE);
+    result = isConverged ? EigenResult::Found : EigenResult::NotConverged;
+    ExtractDiagonal(a, values);
+  }
+  if (scale != 1.0) Divide(values, scale);
+  w.Resize(n);
+  Store(v, values, a, w);
+  return result == EigenResult::Found &&
+         std::all_of(w.begin(), w.end(), [](double value) { return std::isfinite(value); });
 }
 
 void SVDSolve(const RMatrix& v, const RVector& w, RVector& x) {

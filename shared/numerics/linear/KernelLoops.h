@@ -81,6 +81,116 @@ inline void Rotate(double c, double s, double* x, double* y, std::size_t n) {
   }
 }
 
+inline void RotateChain(const double* c, const double* s, std::size_t count, double* rows) {
+  double* row = rows + count * 8;
+  Four low = Load(row), high = Load(row + 4);
+  for (std::size_t i = 0; i < count; ++i, row -= 8) {
+    const Four cosines = Same(c[i]), sines = Same(s[i]);
+    const Four nextLow = Load(row - 8), nextHigh = Load(row - 4);
+    Store(row, sines * nextLow + cosines * low);
+    Store(row + 4, sines * nextHigh + cosines * high);
+    low = cosines * nextLow - sines * low;
+    high = cosines * nextHigh - sines * high;
+  }
+  Store(row, low);
+  Store(row + 4, high);
+}
+
+/// The numbers 0, 1, ... as a pack, for loops that the compiler must unroll.
+template <int... INDEX>
+struct Indices {};
+template <int COUNT, int... INDEX>
+struct MakeIndices : MakeIndices<COUNT - 1, COUNT - 1, INDEX...> {};
+template <int... INDEX>
+struct MakeIndices<0, INDEX...> {
+  using Type = Indices<INDEX...>;
+};
+
+/// Does as many times four columns of a projection as there are numbers in COLUMN; their factors
+/// and sums stay in registers.
+template <int... COLUMN>
+inline void ProjectColumns(const ProjectJob& job, std::size_t first, Indices<COLUMN...>) {
+  Four factors[] = {Load(job.r + first + 4 * COLUMN)...};
+  Four sums[] = {Load(job.sums + first + 4 * COLUMN)...};
+  double* row = job.rows + first;
+  for (std::size_t i = 0; i < job.count; ++i, row += job.step) {
+    const Four q = Same(job.q[i]), v = Same(job.v[i]);
+    const auto project = [&](int k) {
+      const Four rest = Load(row + 4 * k) - q * factors[k];
+      Store(row + 4 * k, rest);
+      sums[k] = sums[k] + v * rest;
+    };
+    (project(COLUMN), ...);
+  }
+  (Store(job.sums + first + 4 * COLUMN, sums[COLUMN]), ...);
+}
+
+inline void Project(const ProjectJob& job) {
+  std::size_t j = 0;
+  for (; j + 20 <= job.columns; j += 20) ProjectColumns(job, j, MakeIndices<5>::Type());
+  for (; j + 12 <= job.columns; j += 12) ProjectColumns(job, j, MakeIndices<3>::Type());
+  for (; j + 8 <= job.columns; j += 8) ProjectColumns(job, j, MakeIndices<2>::Type());
+  for (; j + 4 <= job.columns; j += 4) ProjectColumns(job, j, MakeIndices<1>::Type());
+  for (; j < job.columns; ++j) {
+    const double factor = job.r[j];
+    double sum = job.sums[j];
+    double* row = job.rows + j;
+    for (std::size_t i = 0; i < job.count; ++i, row += job.step) {
+      *row -= job.q[i] * factor;
+      sum += job.v[i] * *row;
+    }
+    job.sums[j] = sum;
+  }
+}
+
+/// Does rows [i, i + 4) of y = A x: what is right of their diagonal block counts for them and, as
+/// columns, for the rows below.
+inline void MultiplyFourRows(const double* a, std::size_t step, std::size_t n, const double* x,
+                             double* y) {
+  const double* const b = a + step;
+  const double* const c = b + step;
+  const double* const d = c + step;
+  const Four xa = Same(x[0]), xb = Same(x[1]), xc = Same(x[2]), xd = Same(x[3]);
+  Four sa = Zero(), sb = Zero(), sc = Zero(), sd = Zero();
+  std::size_t j = 4;
+  for (; j + 4 <= n; j += 4) {
+    const Four right = Load(x + j);
+    const Four ea = Load(a + j), eb = Load(b + j), ec = Load(c + j), ed = Load(d + j);
+    Store(y + j, ((Load(y + j) + ea * xa) + eb * xb) + (ec * xc + ed * xd));
+    sa = sa + ea * right;
+    sb = sb + eb * right;
+    sc = sc + ec * right;
+    sd = sd + ed * right;
+  }
+  double sums[4] = {Sum(sa), Sum(sb), Sum(sc), Sum(sd)};
+  for (; j < n; ++j) {
+    y[j] = ((y[j] + a[j] * x[0]) + b[j] * x[1]) + (c[j] * x[2] + d[j] * x[3]);
+    sums[0] += a[j] * x[j];
+    sums[1] += b[j] * x[j];
+    sums[2] += c[j] * x[j];
+    sums[3] += d[j] * x[j];
+  }
+  y[0] += ((a[0] * x[0] + a[1] * x[1]) + (a[2] * x[2] + a[3] * x[3])) + sums[0];
+  y[1] += ((a[1] * x[0] + b[1] * x[1]) + (b[2] * x[2] + b[3] * x[3])) + sums[1];
+  y[2] += ((a[2] * x[0] + b[2] * x[1]) + (c[2] * x[2] + c[3] * x[3])) + sums[2];
+  y[3] += ((a[3] * x[0] + b[3] * x[1]) + (c[3] * x[2] + d[3] * x[3])) + sums[3];
+}
+
+inline void MultiplySymmetric(const double* a, std::size_t step, std::size_t n, const double* x,
+                              double* y) {
+  for (std::size_t i = 0; i < n; ++i) y[i] = 0.0;
+  std::size_t i = 0;
+  for (; i + 4 <= n; i += 4) MultiplyFourRows(a + i * step + i, step, n - i, x + i, y + i);
+  for (; i < n; ++i) {
+    const double* row = a + i * step;
+    y[i] += row[i] * x[i];
+    for (std::size_t j = i + 1; j < n; ++j) {
+      y[i] += row[j] * x[j];
+      y[j] += row[j] * x[i];
+    }
+  }
+}
+
 /// Copies rows [0, depth) of B, columns [first, first + count), into strips of MULTIPLY_STRIP
 /// columns that lie row after row; missing columns of the last strip are 0.
 inline void PackStrips(const Strided& b, std::size_t depth, std::size_t first, std::size_t count,
@@ -105,16 +215,6 @@ inline void PackStrips(const Strided& b, std::size_t depth, std::size_t first, s
     }
   }
 }
-
-/// The numbers 0, 1, ... as a pack, for loops that the compiler must unroll.
-template <int... INDEX>
-struct Indices {};
-template <int COUNT, int... INDEX>
-struct MakeIndices : MakeIndices<COUNT - 1, COUNT - 1, INDEX...> {};
-template <int... INDEX>
-struct MakeIndices<0, INDEX...> {
-  using Type = Indices<INDEX...>;
-};
 
 /// A tile of a product: as many rows as there are numbers in ROW, one strip of columns. `strip` has
 /// `stripStep` between its rows; of the result the first `width` columns are wanted.
@@ -249,7 +349,7 @@ inline void Multiply(const MultiplyJob& job, double* workspace) {
 }
 
 constexpr LinearKernels MakeKernels() {
-  return {Dot, Axpy, Scale, DivideBy, Rotate, Multiply};
+  return {Dot, Axpy, Scale, DivideBy, Rotate, RotateChain, Project, MultiplySymmetric, Multiply};
 }
 
 }  // namespace

@@ -37,6 +37,18 @@ struct MultiplyJob {
   bool isSubtracted;
 };
 
+/// Rows for `LinearKernels::project`.
+struct ProjectJob {
+  double* rows;
+  std::size_t step;
+  std::size_t count;
+  std::size_t columns;
+  const double* r;
+  const double* q;
+  const double* v;
+  double* sums;
+};
+
 // Vectors are `n` numbers side by side. What is written does not overlap with what is read unless
 // it is the same vector.
 struct LinearKernels {
@@ -51,6 +63,16 @@ struct LinearKernels {
   void (*divide)(double divisor, double* x, std::size_t n);
   /// x = c x - s y, y = s x + c y.
   void (*rotate)(double c, double s, double* x, double* y, std::size_t n);
+  /// Of `count` + 1 rows of 8 numbers that follow each other, joins the last one with the one
+  /// before, that one with the one before it and so on up to the first, each by `rotate` of (row,
+  /// next row) with the next c and s.
+  void (*rotateChain)(const double* c, const double* s, std::size_t count, double* rows);
+  /// Of rows that are `step` apart: row_i -= q_i r, then sums += v_i row_i, `columns` numbers each.
+  void (*project)(const ProjectJob& job);
+  /// y = A x for a symmetric A of n rows that are `step` apart, of which the upper triangle is
+  /// read. Rows go four at a time, from the first.
+  void (*multiplySymmetric)(const double* a, std::size_t step, std::size_t n, const double* x,
+                            double* y);
   /// Every element of A B is summed in the order of k, blocks of `MULTIPLY_DEPTH` apart.
   /// `workspace` holds what `Multiplier` knows how to reckon.
   void (*multiply)(const MultiplyJob& job, double* workspace);

@@ -26,6 +26,7 @@ namespace {
 
 constexpr const wchar_t* UNIT = L"LeastSquares";
 constexpr std::size_t BLOCK = 64;
+constexpr std::size_t LANES = 4;
 
 void Require(bool fits, int line) {
   if (!fits) ThrowInternalError(SHARED_MODULE, UNIT, line);
@@ -48,8 +49,10 @@ public:
         rows_(static_cast<std::size_t>(a.Rows())),
         columns_(static_cast<std::size_t>(a.Columns())),
         r_(columns_ * columns_),
-        sums_(columns_ + b.count),
-        blockSums_(columns_ + b.count) {}
+        factors_(columns_ + 1),
+        noSides_(b.count),
+        sums_(columns_ + b.count + 1),
+        blockSums_(columns_ + b.count + 1) {}
 
   bool Run() {
     for (std::size_t k = 0; k < columns_; ++k) {
@@ -71,22 +74,51 @@ private:
   /// Subtracts the parts of column k - 1 and sums the products with column k.
   void Pass(std::size_t k) {
     const LinearKernels& kernels = Kernels();
+    // Columns are taken in fours; those before k in the first four have a factor of 0 and stay.
+    const std::size_t begin = k / LANES * LANES;
+    std::fill(factors_.begin(), factors_.end(), 0.0);
+    if (k > 0) std::copy(&R(k - 1, 0) + k, &R(k - 1, 0) + columns_, factors_.begin() + k);
+    const double* const sideFactors = k > 0 ? x_.Row(k - 1) : noSides_.data();
     std::fill(sums_.begin(), sums_.end(), 0.0);
     for (std::size_t first = 0; first < rows_; first += BLOCK) {
+      const std::size_t count = std::min(BLOCK, rows_ - first);
+      FindParts(k, first, count);
       std::fill(blockSums_.begin(), blockSums_.end(), 0.0);
-      for (std::size_t i = first; i < std::min(first + BLOCK, rows_); ++i) {
-        double* row = a_.Base(i, 0);
-        if (k > 0) {
-          const double q = row[k - 1] /= R(k - 1, k - 1);
-          kernels.axpy(-q, &R(k - 1, 0) + k, row + k, columns_ - k);
-          kernels.axpy(-q, x_.Row(k - 1), b_.Row(i), b_.count);
-        }
-        if (k < columns_) {
-          kernels.axpy(row[k], row + k, &blockSums_[k], columns_ - k);
-          kernels.axpy(row[k], b_.Row(i), blockSums_.data() + columns_, b_.count);
-        }
+      kernels.project({a_.Base(first, begin), columns_, count, columns_ - begin, &factors_[begin],
+                       parts_, values_, &blockSums_[begin]});
+      if (b_.count == 1) {
+        kernels.axpy(-*sideFactors, parts_, b_.Row(first), count);
+        blockSums_[columns_] = kernels.dot(values_, b_.Row(first), count);
+      } else {
+        kernels.project({b_.Row(first), b_.count, count, b_.count, sideFactors, parts_, values_,
+                         &blockSums_[columns_]});
       }
-      for (std::size_t j = 0; j < sums_.size(); ++j) sums_[j] += blockSums_[j];
+      if (k > 0) {
+        double* column = a_.Base(first, k - 1);
+        for (std::size_t i = 0; i < count; ++i, column += columns_) *column = parts_[i];
+      }
+      for (std::size_t j = begin; j < sums_.size(); ++j) sums_[j] += blockSums_[j];
+    }
+  }
+
+  /// Divides rows [first, first + count) of column k - 1 and finds what column k will be there. The
+  /// quotients are stored later: what was just written in parts is slow to load as a whole.
+  void FindParts(std::size_t k, std::size_t first, std::size_t count) {
+    if (k == 0) {
+      std::fill_n(parts_, count, 0.0);
+    } else {
+      const double* column = a_.Base(first, k - 1);
+      for (std::size_t i = 0; i < count; ++i, column += columns_) parts_[i] = *column;
+      Kernels().divide(R(k - 1, k - 1), parts_, count);
+    }
+    if (k == columns_) {
+      std::fill_n(values_, count, 0.0);
+      return;
+    }
+    const double factor = factors_[k];
+    const double* column = a_.Base(first, k);
+    for (std::size_t i = 0; i < count; ++i, column += columns_) {
+      values_[i] = *column - parts_[i] * factor;
     }
   }
 
@@ -108,8 +140,12 @@ private:
   std::size_t rows_;
   std::size_t columns_;
   std::vector<double> r_;
-  std::vector<double> sums_;
+  std::vector<double> factors_;  // of column k - 1 in the later ones
+  std::vector<double> noSides_;  // zeros
+  std::vector<double> sums_;     // products with column k: of the columns, then of b
   std::vector<double> blockSums_;
+  double parts_[BLOCK];   // column k - 1 of a block
+  double values_[BLOCK];  // column k
 };
 
 }  // namespace

@@ -23,6 +23,7 @@
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/numerics/linear/Multiply.h"
 #include "shared/numerics/linear/Pivot.h"
+#include "shared/numerics/linear/PositiveEigen.h"
 #include "shared/numerics/linear/TriangularSolve.h"
 
 namespace shr {
@@ -47,12 +48,12 @@ std::size_t OrderOf(const RMatrix& a, int line) {
   return static_cast<std::size_t>(a.Rows());
 }
 
-bool CholeskySmall(RMatrix& a, std::size_t n) {
+bool CholeskySmall(RMatrix& a, std::size_t n, double leastPivot) {
   const LinearKernels& kernels = Kernels();
   for (std::size_t k = 0; k < n; ++k) {
     const double* row = a.Base(k, 0);
     for (std::size_t i = k; i < n; ++i) a(i, k) -= kernels.dot(a.Base(i, 0), row, k);
-    if (a(k, k) < PIVOT_EPSILON) return false;
+    if (a(k, k) < leastPivot) return false;
     const double pivot = a(k, k) = std::sqrt(a(k, k));
     for (std::size_t i = k + 1; i < n; ++i) a(i, k) /= pivot;
   }
@@ -76,8 +77,12 @@ bool SymmetricSmall(RMatrix& a, std::size_t n) {
 /// Factors a matrix panel by panel.
 class Factorizer {
 public:
-  Factorizer(RMatrix& a, Kind kind)
-      : a_(a), kind_(kind), n_(static_cast<std::size_t>(a.Rows())), rowStep_(RoundUp(n_)) {
+  Factorizer(RMatrix& a, Kind kind, double leastPivot = PIVOT_EPSILON)
+      : a_(a),
+        kind_(kind),
+        leastPivot_(leastPivot),
+        n_(static_cast<std::size_t>(a.Rows())),
+        rowStep_(RoundUp(n_)) {
     panel_.resize(PANEL * n_);
     turned_.resize(PANEL * rowStep_);
     if (kind == Kind::Symmetric) scaled_.resize(PANEL * std::max(n_, rowStep_));
@@ -162,7 +167,7 @@ private:
         kernels.axpy(-factor, Column(k) + j, column + j, rows_ - j);
       }
       if (kind_ == Kind::Cholesky) {
-        if (column[j] < PIVOT_EPSILON) return j;
+        if (column[j] < leastPivot_) return j;
         column[j] = std::sqrt(column[j]);
       } else if (IsNegligible(column[j])) {
         return j;
@@ -185,6 +190,7 @@ private:
 
   RMatrix& a_;
   Kind kind_;
+  double leastPivot_;
   std::size_t n_;
   std::size_t rowStep_;
   std::size_t width_ = 0;
@@ -315,8 +321,14 @@ void SymmetricSolve(const RMatrix& factor, RMatrix& b) {
 }
 
 bool CholeskyDecomposition(RMatrix& a) {
-  const std::size_t n = OrderOf(a, __LINE__);
-  return n <= SMALL ? CholeskySmall(a, n) : Factorizer(a, Kind::Cholesky).Run();
+  OrderOf(a, __LINE__);
+  return CholeskyFactor(a, PIVOT_EPSILON);
+}
+
+bool CholeskyFactor(RMatrix& a, double leastPivot) {
+  const std::size_t n = static_cast<std::size_t>(a.Rows());
+  return n <= SMALL ? CholeskySmall(a, n, leastPivot)
+                    : Factorizer(a, Kind::Cholesky, leastPivot).Run();
 }
 
 void CholeskySolve(const RMatrix& l, RVector& b) {

@@ -5,11 +5,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
+#include <vector>
 
 #include "shared/diagnostics/ThrowError.h"
-#include "shared/numerics/linear/Kernels.h"
 #include "shared/numerics/linear/MatrixProducts.h"
 #include "shared/numerics/linear/MatrixUtility.h"
+#include "shared/numerics/linear/Multiply.h"
 #include "shared/numerics/linear/Pivot.h"
 
 namespace shr {
@@ -19,6 +21,13 @@ constexpr const wchar_t* UNIT = L"Tridiagonal";
 
 /// The smallest number whose reciprocal, times epsilon, is finite. Shorter vectors are scaled up.
 constexpr double SAFE_MINIMUM = 1.0020841800044864e-292;
+/// A sum of squares between these has lost nothing to underflow and overflow that would matter.
+constexpr double LEAST_SQUARES = 1e-270;
+constexpr double MOST_SQUARES = 1e300;
+/// Columns that are reduced before the rest of the matrix is updated.
+constexpr std::size_t PANEL = 24;
+/// Rows of the triangle that are updated as a block.
+constexpr std::size_t UPDATE_ROWS = 96;
 
 void Require(bool fits, int line) {
   if (!fits) ThrowInternalError(SHARED_MODULE, UNIT, line);
@@ -40,28 +49,193 @@ void RequireTridiagonal(const RVector& d, const RVector& e, std::uint64_t rows, 
   Require(rows == d.size() && e.size() == (d.empty() ? 0 : d.size() - 1), line);
 }
 
-/// Makes x a reflector as LAPACK has them: with u = (1, x_1, ...) I - tau u u^T maps x to (beta, 0,
-/// ...). Returns tau; x_0 becomes beta.
-double MakeReflector(double* x, std::size_t n) {
-  double norm = 0.0;
-  int scalings = 0;
-  for (;;) {
-    const RVector tail(std::span<const double>(x + 1, n - 1));
-    norm = L2Norm(tail);
-    const double whole = L2Norm(RVector{x[0], norm});
-    if (norm == 0.0) return 0.0;
-    if (whole >= SAFE_MINIMUM || scalings == 20) break;
-    for (std::size_t i = 0; i < n; ++i) x[i] /= SAFE_MINIMUM;
-    ++scalings;
-  }
-  const double whole = L2Norm(RVector{x[0], norm});
-  double beta = x[0] >= 0.0 ? -whole : whole;
-  const double tau = (beta - x[0]) / beta;
-  Kernels().divide(x[0] - beta, x + 1, n - 1);
-  for (; scalings > 0; --scalings) beta *= SAFE_MINIMUM;
-  x[0] = beta;
-  return tau;
+/// Returns the Euclidean norm of n numbers, whatever their size.
+double NormOf(const double* x, std::size_t n) {
+  const double squares = Kernels().dot(x, x, n);
+  if (squares > LEAST_SQUARES && squares < MOST_SQUARES) return std::sqrt(squares);
+  return L2Norm(RVector(std::span<const double>(x, n)));
 }
+
+/// A reflection I - factor u u^T with u = (1, x_1, x_2, ...), which maps a vector to (image, 0,
+/// ...).
+struct Reflection {
+  double factor;
+  double image;
+};
+
+/// Makes the vector `x`, whose norm is `norm`, the u of its reflection. A norm below SAFE_MINIMUM
+/// is scaled up for the divisions.
+Reflection MakeReflection(double* x, std::size_t n, double norm) {
+  double scale = 1.0;
+  if (norm < SAFE_MINIMUM) {
+    scale = SAFE_MINIMUM;
+    for (std::size_t i = 0; i < n; ++i) x[i] /= scale;
+    norm = NormOf(x, n);
+  }
+  const double first = x[0];
+  const double image = first >= 0.0 ? -norm : norm;
+  x[0] = 1.0;
+  if (std::all_of(x + 1, x + n, [](double element) { return element == 0.0; })) {
+    return {0.0, first * scale};
+  }
+  Kernels().divide(first - image, x + 1, n - 1);
+  return {(image - first) / image, image * scale};
+}
+
+/// Reduces a symmetric matrix, PANEL columns at a time. Of the rest of the matrix only what the
+/// next column needs is brought up to date within a panel:
+///
+///   A' = A - sum over the columns of the panel (v w^T + w v^T),
+///   w = p - 1/2 factor (p^T v) v,  p = factor A' v,
+///
+/// so that one product of A with a vector is left a column, half of all work, and the other half is
+/// one product of matrices a panel. The upper triangle is worked on, whose rows lie as columns are
+/// needed.
+class Reducer {
+public:
+  Reducer(RMatrix& a, RVector& d, RVector& e)
+      : a_(a), d_(d), e_(e), n_(static_cast<std::size_t>(a.Rows())), factors_(n_) {
+    Zeros(d_, n_);
+    Zeros(e_, n_ == 0 ? 0 : n_ - 1);
+    Zeros(reflections_, n_ < 2 ? 0 : n_ - 2, n_);
+  }
+
+  void Run() {
+    const std::size_t count = static_cast<std::size_t>(reflections_.Rows());
+    for (std::size_t i = 0; i < n_; ++i) {
+      for (std::size_t j = 0; j < i; ++j) a_(j, i) = a_(i, j);
+    }
+    for (std::size_t first = 0; first < count; first += PANEL) {
+      const std::size_t end = std::min(first + PANEL, count);
+      Zeros(stack_, 3 * (end - first), n_);
+      for (std::size_t k = first; k < end; ++k) ReduceColumn(first, end, k);
+      UpdateRest(first, end);
+    }
+    for (std::size_t i = count; i < n_; ++i) {
+      d_(i) = a_(i, i);
+      if (i + 1 < n_) e_(i) = a_(i, i + 1);
+    }
+    FormQ(count);
+  }
+
+private:
+  /// Row k of `stack_` is v, row (end - first) + k is w, and the last third is v again: the first
+  /// two thirds and the last two are the factors of the update.
+  double* V(std::size_t k) { return stack_.Base(k, 0); }
+  double* W(std::size_t size, std::size_t k) { return stack_.Base(size + k, 0); }
+
+  void ReduceColumn(std::size_t first, std::size_t end, std::size_t k) {
+    const LinearKernels& kernels = Kernels();
+    const std::size_t size = end - first, local = k - first;
+    const std::size_t rest = n_ - k - 1;
+    double* column = a_.Base(k, k);
+    for (std::size_t m = 0; m < local; ++m) {
+      kernels.axpy(-W(size, m)[k], V(m) + k, column, n_ - k);
+      kernels.axpy(-V(m)[k], W(size, m) + k, column, n_ - k);
+    }
+    d_(k) = column[0];
+    double* const v = reflections_.Base(k, k + 1);
+    std::copy_n(column + 1, rest, v);
+    const double norm = NormOf(v, rest);
+    if (norm < PIVOT_EPSILON) {
+      std::fill_n(v, rest, 0.0);
+      return;
+    }
+    const Reflection reflection = MakeReflection(v, rest, norm);
+    e_(k) = reflection.image;
+    factors_[k] = reflection.factor;
+    std::copy_n(v, rest, V(local) + k + 1);
+    std::copy_n(v, rest, stack_.Base(2 * size + local, k + 1));
+    double* const w = W(size, local) + k + 1;
+    kernels.multiplySymmetric(a_.Base(k + 1, k + 1), n_, rest, v, w);
+    for (std::size_t m = 0; m < local; ++m) {
+      const double* const formerV = V(m) + k + 1;
+      const double* const formerW = W(size, m) + k + 1;
+      const double partW = kernels.dot(formerW, v, rest), partV = kernels.dot(formerV, v, rest);
+      kernels.axpy(-partW, formerV, w, rest);
+      kernels.axpy(-partV, formerW, w, rest);
+    }
+    kernels.scale(reflection.factor, w, rest);
+    kernels.axpy(-0.5 * reflection.factor * kernels.dot(w, v, rest), v, w, rest);
+  }
+
+  /// Subtracts what the panel's columns did to the upper triangle behind it, block row by block
+  /// row.
+  void UpdateRest(std::size_t first, std::size_t end) {
+    const std::size_t depth = 2 * (end - first);
+    for (std::size_t i = end; i < n_; i += UPDATE_ROWS) {
+      const std::size_t rows = std::min(UPDATE_ROWS, n_ - i);
+      multiplier_.Add({rows,
+                       n_ - i,
+                       depth,
+                       {stack_.Base(0, i), 1, n_},
+                       {stack_.Base(end - first, i), n_, 1},
+                       a_.Base(i, i),
+                       n_,
+                       true});
+    }
+  }
+
+  /// Makes A the product of all reflections, from the last panel on: I - V^T T V is that of those
+  /// of a panel, with a triangle T (R. Schreiber and C. Van Loan, "A storage-efficient WY
+  /// representation for products of Householder transformations", 1989).
+  void FormQ(std::size_t count) {
+    Eye(a_, n_, n_);
+    for (std::size_t first = (count + PANEL - 1) / PANEL * PANEL; first > 0;) {
+      first -= PANEL;
+      const std::size_t size = std::min(PANEL, count - first), begin = first + 1;
+      const std::size_t rest = n_ - begin;
+      const Strided v{reflections_.Base(first, begin), n_, 1};
+      const Strided transposed{v.data, 1, n_};
+      Zeros(products_, size, size);
+      multiplier_.Add({size, size, rest, v, transposed, products_.data(), size, false});
+      FindTriangle(first, size);
+      Zeros(first_, size, rest);
+      Zeros(second_, size, rest);
+      multiplier_.Add(
+          {size, rest, rest, v, {a_.Base(begin, begin), n_, 1}, first_.data(), rest, false});
+      multiplier_.Add({size,
+                       rest,
+                       size,
+                       {triangle_.data(), size, 1},
+                       {first_.data(), rest, 1},
+                       second_.data(),
+                       rest,
+                       false});
+      multiplier_.Add({rest,
+                       rest,
+                       size,
+                       transposed,
+                       {second_.data(), rest, 1},
+                       a_.Base(begin, begin),
+                       n_,
+                       true});
+    }
+  }
+
+  void FindTriangle(std::size_t first, std::size_t size) {
+    Zeros(triangle_, size, size);
+    for (std::size_t k = 0; k < size; ++k) {
+      const double factor = factors_[first + k];
+      triangle_(k, k) = factor;
+      for (std::size_t i = 0; i < k; ++i) {
+        double sum = 0.0;
+        for (std::size_t m = i; m < k; ++m) sum += triangle_(i, m) * products_(m, k);
+        triangle_(i, k) = -factor * sum;
+      }
+    }
+  }
+
+  RMatrix& a_;
+  RVector& d_;
+  RVector& e_;
+  std::size_t n_;
+  RMatrix reflections_;  // row k: zeros, then the u of column k
+  std::vector<double> factors_;
+  RMatrix stack_;
+  RMatrix products_, triangle_, first_, second_;
+  Multiplier multiplier_;
+};
 
 }  // namespace
 
@@ -120,57 +294,7 @@ void Householder(RVector& v) {
 
 bool TridiagonalDecomposition(RMatrix& a, RVector& d, RVector& e) {
   Require(a.Rows() == a.Columns(), __LINE__);
-  const std::size_t n = static_cast<std::size_t>(a.Rows());
-  const LinearKernels& kernels = Kernels();
-  Zeros(d, n);
-  Zeros(e, n == 0 ? 0 : n - 1);
-  RMatrix reflectors;  // row k holds the reflector of column k
-  Zeros(reflectors, n, n);
-  RVector factors, w;
-  Zeros(factors, n);
-  for (std::size_t i = 0; i < n; ++i) {
-    for (std::size_t j = 0; j < i; ++j) a(j, i) = a(i, j);
-  }
-  for (std::size_t k = 0; k + 2 < n; ++k) {
-    const std::size_t rest = n - k - 1;
-    d(k) = a(k, k);
-    double* v = reflectors.Base(k, k + 1);
-    std::copy_n(a.Base(k, k + 1), rest, v);
-    if (L2Norm(RVector(std::span<const double>(v, rest))) < PIVOT_EPSILON) {
-      std::fill_n(v, rest, 0.0);
-      continue;
-    }
-    const double tau = factors(k) = MakeReflector(v, rest);
-    e(k) = v[0];
-    v[0] = 1.0;
-    if (tau == 0.0) continue;
-    w.Resize(rest);
-    for (std::size_t i = 0; i < rest; ++i) {
-      w(i) = tau * kernels.dot(a.Base(k + 1 + i, k + 1), v, rest);
-    }
-    kernels.axpy(-0.5 * tau * kernels.dot(w.data(), v, rest), v, w.data(), rest);
-    for (std::size_t i = 0; i < rest; ++i) {
-      kernels.axpy(-v[i], w.data(), a.Base(k + 1 + i, k + 1), rest);
-      kernels.axpy(-w(i), v, a.Base(k + 1 + i, k + 1), rest);
-    }
-  }
-  if (n >= 2) {
-    d(n - 2) = a(n - 2, n - 2);
-    e(n - 2) = a(n - 1, n - 2);
-  }
-  if (n >= 1) d(n - 1) = a(n - 1, n - 1);
-  Eye(a, n, n);
-  for (std::size_t k = n < 2 ? 0 : n - 2; k-- > 0;) {
-    const std::size_t rest = n - k - 1;
-    const double* v = reflectors.Base(k, k + 1);
-    Zeros(w, rest);
-    for (std::size_t i = 0; i < rest; ++i) {
-      kernels.axpy(v[i], a.Base(k + 1 + i, k + 1), w.data(), rest);
-    }
-    for (std::size_t i = 0; i < rest; ++i) {
-      kernels.axpy(-factors(k) * v[i], w.data(), a.Base(k + 1 + i, k + 1), rest);
-    }
-  }
+  Reducer(a, d, e).Run();
   const auto isFinite = [](double x) { return std::isfinite(x); };
   return std::all_of(d.begin(), d.end(), isFinite) && std::all_of(e.begin(), e.end(), isFinite);
 }
