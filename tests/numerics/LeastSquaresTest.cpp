@@ -10,6 +10,7 @@
 
 #include "shared/diagnostics/Exception.h"
 #include "tests/numerics/LinearCases.h"
+#include "tests/numerics/ReferenceProblems.h"
 
 namespace shr {
 namespace {
@@ -49,6 +50,26 @@ TEST(LeastSquares, residualsAreOrthogonalToTheColumns) {
     RVector column;
     ExtractCol(solutions, 1, column);
     EXPECT_TRUE(IsEqual(column, x, bound * 1e3 * (1.0 + LInfNorm(x))));
+  }
+}
+
+TEST(LeastSquares, certifiedRegressionsAreMet) {
+  // Digits of the worst coefficient, 15 certified: those of Filip's polynomial of degree 10 suffer
+  // from a condition of 1e15.
+  constexpr struct {
+    const char* name;
+    double digits;
+  } EXPECTED[] = {{"longley", 12.5}, {"filip", 7.5},    {"wampler1", 9.0}, {"wampler2", 12.5},
+                  {"wampler3", 9.0}, {"wampler4", 8.0}, {"wampler5", 6.0}};
+  std::vector<Regression> problems = Regressions();
+  ASSERT_EQ(problems.size(), std::size(EXPECTED));
+  for (std::size_t i = 0; i < problems.size(); ++i) {
+    Regression& problem = problems[i];
+    ASSERT_EQ(problem.name, EXPECTED[i].name);
+    RVector x(problem.certified.size());
+    ASSERT_TRUE(MGSLeastSquares(problem.a, x, problem.b)) << problem.name;
+    EXPECT_GE(DigitsOf(x, problem.certified), EXPECTED[i].digits) << problem.name;
+    RecordProperty(problem.name, std::to_string(DigitsOf(x, problem.certified)));
   }
 }
 

@@ -57,6 +57,40 @@ TEST_F(LinearKernelsTest, vectorLoopsGiveTheSameBits) {
   }
 }
 
+TEST_F(LinearKernelsTest, matrixLoopsGiveTheSameBits) {
+  for (std::uint64_t n = 1; n <= 40; ++n) {
+    const std::uint64_t step = n + 3;
+    const RVector a = Numbers(n * step, 1), x = Numbers(n, 2);
+    RVector y1(n), y2(n);
+    plain_.multiplySymmetric(a.data(), step, n, x.data(), y1.data());
+    wide_.multiplySymmetric(a.data(), step, n, x.data(), y2.data());
+    EXPECT_TRUE(HaveSameBits(y1, y2)) << n;
+
+    RVector rows1 = a, rows2 = a, sums1 = x, sums2 = x;
+    const RVector q = Numbers(n, 3), v = Numbers(n, 4);
+    plain_.project({rows1.data(), step, n, n, x.data(), q.data(), v.data(), sums1.data()});
+    wide_.project({rows2.data(), step, n, n, x.data(), q.data(), v.data(), sums2.data()});
+    EXPECT_TRUE(HaveSameBits(rows1, rows2) && HaveSameBits(sums1, sums2)) << n;
+
+    RVector chain1 = Numbers(8 * (n + 1), 5), chain2 = chain1;
+    plain_.rotateChain(q.data(), v.data(), n, chain1.data());
+    wide_.rotateChain(q.data(), v.data(), n, chain2.data());
+    EXPECT_TRUE(HaveSameBits(chain1, chain2)) << n;
+  }
+}
+
+TEST_F(LinearKernelsTest, chainsAreRotationsOneAfterTheOther) {
+  constexpr std::uint64_t COUNT = 5;
+  const RVector c = RandomVector(COUNT, 1), s = RandomVector(COUNT, 2);
+  RVector chain = RandomVector(8 * (COUNT + 1), 3), expected = chain;
+  plain_.rotateChain(c.data(), s.data(), COUNT, chain.data());
+  for (std::uint64_t i = 0; i < COUNT; ++i) {
+    const std::uint64_t row = COUNT - 1 - i;
+    plain_.rotate(c(i), s(i), expected.Base(8 * row), expected.Base(8 * (row + 1)), 8);
+  }
+  EXPECT_TRUE(HaveSameBits(chain, expected));
+}
+
 struct Shape {
   std::size_t rows, depth, columns;
 };

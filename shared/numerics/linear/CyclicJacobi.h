@@ -9,8 +9,8 @@
 ///     RVector w, x{3.0, 3.0};
 ///     if (CyclicJacobi(a, w)) SVDSolve(a, w, x);   // w is 3, 1; x is 1, 1
 ///
-/// Shapes that do not fit are the library's internal error. Memory that is not there is
-/// `std::bad_alloc` before anything is changed.
+/// Shapes that do not fit are the library's internal error, raised before anything is changed;
+/// after `std::bad_alloc` what was being worked on is of no use.
 ///
 /// Threads: no state.
 
@@ -27,6 +27,18 @@ namespace shr {
 /// becomes the eigenvector of unit length that belongs to w(i). Returns false when 100 sweeps did
 /// not converge, which is so for matrices that are not finite; the outputs are filled all the same.
 /// A diagonal matrix is only sorted. An empty one succeeds.
+///
+/// Up to 16 rows the method is the cyclic one of Rutishauser: it converges when the magnitudes off
+/// the diagonal sum up to less than 1e-16 of what they were. Larger definite matrices go through
+/// the one-sided form on their Cholesky factor, and other dense ones are first brought near to
+/// diagonal form; both end with sweeps that find nothing to do.
+///
+/// Error bounds: |A v_i - w_i v_i| below 10 n epsilon |A|, |V^T V - I| below 10 n epsilon in the
+/// Frobenius norm. Of a definite A = D S D with more than 16 rows, where S has a diagonal of 1,
+/// each eigenvalue is right to about n epsilon times the condition of S, relatively, however graded
+/// D is. Cost: O(n^3). The bits do not depend on the processor. Source: H. Rutishauser, "The Jacobi
+/// method for real symmetric matrices", 1966; Z. Drmac and K. Veselic, "New fast and accurate
+/// Jacobi SVD algorithm", 2008.
 [[nodiscard]] SHARED_API bool CyclicJacobi(RMatrix& a, RVector& w);
 
 /// x <- V diag(1 / w_i) V^T x, where eigenvalues of at most 1e-9 |w_0| count as infinite: with what

@@ -27,7 +27,8 @@ namespace shr {
 /// Error bound: (A + E) x = b with |E| <= 3 n epsilon growth max|A|, where growth is the ratio of
 /// the largest element met to that of A; below 10 on all but contrived matrices, 2^(n-1) at worst
 /// (N. Higham, "Accuracy and Stability of Numerical Algorithms", 2002, chapter 9). Errors: shapes
-/// that do not fit are the library's internal error; `std::bad_alloc` before anything is changed.
+/// that do not fit are the library's internal error; after
+/// `std::bad_alloc` A and `b` are of no use.
 /// Cost: 2 n^3 / 3 operations, by blocks; n x 64 numbers of memory. The bits do not depend on the
 /// processor.
 [[nodiscard]] SHARED_API bool GaussSolve(RMatrix& a, RVector& b);

@@ -33,6 +33,8 @@ constexpr const wchar_t* UNIT = L"SymmetricSolve";
 
 /// Up to here a matrix is factored without panels.
 constexpr std::size_t SMALL = 32;
+/// Shorter sums are formed one term after the other.
+constexpr std::size_t SHORT = 10;
 constexpr std::size_t PANEL = 64;
 /// Columns of a panel that are factored one by one.
 constexpr std::size_t NARROW = 8;
@@ -48,11 +50,21 @@ std::size_t OrderOf(const RMatrix& a, int line) {
   return static_cast<std::size_t>(a.Rows());
 }
 
+/// The dot product of short rows, for which calling the loops takes longer than running them.
+double ShortDot(const double* x, const double* y, std::size_t n) {
+  double sum = 0.0;
+  for (std::size_t i = 0; i < n; ++i) sum += x[i] * y[i];
+  return sum;
+}
+
 bool CholeskySmall(RMatrix& a, std::size_t n, double leastPivot) {
   const LinearKernels& kernels = Kernels();
+  const auto dot = [&](const double* x, const double* y, std::size_t count) {
+    return count < SHORT ? ShortDot(x, y, count) : kernels.dot(x, y, count);
+  };
   for (std::size_t k = 0; k < n; ++k) {
     const double* row = a.Base(k, 0);
-    for (std::size_t i = k; i < n; ++i) a(i, k) -= kernels.dot(a.Base(i, 0), row, k);
+    for (std::size_t i = k; i < n; ++i) a(i, k) -= dot(a.Base(i, 0), row, k);
     if (a(k, k) < leastPivot) return false;
     const double pivot = a(k, k) = std::sqrt(a(k, k));
     for (std::size_t i = k + 1; i < n; ++i) a(i, k) /= pivot;

@@ -12,9 +12,8 @@
 ///
 /// Factors take the place of the lower triangle; the upper one is neither read nor written. The
 /// right-hand side, a vector or a matrix of columns, becomes the solution. A matrix that is not
-/// square, or a right-hand side of another length, is the library's internal error. Memory that is
-/// not there is `std::bad_alloc` before anything is changed. The bits do not depend on the
-/// processor.
+/// square, or a right-hand side of another length, is the library's internal error. After
+/// `std::bad_alloc` what was being worked on is of no use. The bits do not depend on the processor.
 ///
 /// Threads: no state.
 

@@ -8,8 +8,8 @@
 ///     RVector d{2.0, 2.0}, e{1.0}, b{4.0, 5.0};
 ///     const bool isSolved = TridiagonalSolve(d, e, b);   // b is 1, 2
 ///
-/// Shapes that do not fit are the library's internal error; memory that is not there is
-/// `std::bad_alloc` before anything is changed.
+/// Shapes that do not fit are the library's internal error, raised before anything is changed;
+/// after `std::bad_alloc` what was being worked on is of no use.
 ///
 /// Threads: no state.
 
