@@ -15,6 +15,7 @@
 #include <random>
 
 #include "bench/numerics/LinearWork.h"
+#include "bench/numerics/PlainJacobi.h"
 #include "shared/numerics/linear/CyclicJacobi.h"
 #include "shared/numerics/linear/GaussSolve.h"
 #include "shared/numerics/linear/LeastSquares.h"
@@ -136,40 +137,6 @@ std::unique_ptr<LinearJob> Fit(const LinearInput& input) {
         if (!MGSLeastSquares(s.work, s.x, s.side)) Fail("MGSLeastSquares failed");
       },
       [](const Ours& s) { return ListOf(s.x); });
-}
-
-/// The steps of the cyclic Jacobi method with threshold, in plain loops.
-void PlainJacobi(RMatrix& a, RMatrix& v) {
-  const std::size_t n = static_cast<std::size_t>(a.Rows());
-  Eye(v, n, n);
-  const double tolerance = SymOff(a) * 1e-16;
-  for (int sweep = 0; sweep < 100; ++sweep) {
-    const double off = SymOff(a);
-    if (off < tolerance) return;
-    const double threshold = off / ((sweep + 1.0) * static_cast<double>(n * n));
-    for (std::size_t p = 0; p + 1 < n; ++p) {
-      for (std::size_t q = p + 1; q < n; ++q) {
-        if (std::abs(a(p, q)) <= threshold) continue;
-        const double theta = (a(q, q) - a(p, p)) / (2.0 * a(p, q));
-        const double t = theta >= 0.0 ? 1.0 / (theta + std::hypot(1.0, theta))
-                                      : -1.0 / (std::hypot(1.0, theta) - theta);
-        const double c = 1.0 / std::hypot(1.0, t), s = c * t;
-        for (std::size_t k = 0; k < n; ++k) {
-          const double x = a(p, k), y = a(q, k);
-          a(p, k) = c * x - s * y;
-          a(q, k) = s * x + c * y;
-        }
-        for (std::size_t k = 0; k < n; ++k) {
-          const double x = a(k, p), y = a(k, q);
-          a(k, p) = c * x - s * y;
-          a(k, q) = s * x + c * y;
-          const double u = v(k, p), w = v(k, q);
-          v(k, p) = c * u - s * w;
-          v(k, q) = s * u + c * w;
-        }
-      }
-    }
-  }
 }
 
 std::unique_ptr<LinearJob> PlainLoops(const LinearInput& input) {

@@ -24,7 +24,7 @@ Eigen::Map<EigenMatrix> ToEigen(RMatrix& m) {
 Eigen::Map<Eigen::VectorXd> ToEigen(RVector& v) {
   return {v.data(), static_cast<Eigen::Index>(v.size())};
 }
-// [eigen]
+// [end]
 
 TEST(RMatrixEigen, mapsSeeTheElementsWhereTheyAre) {
   RMatrix a{{2.0, 1.0, 0.0}, {1.0, 3.0, 5.0}};

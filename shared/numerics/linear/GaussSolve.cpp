@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <vector>
 
 #include "shared/diagnostics/ThrowError.h"
@@ -94,7 +95,7 @@ public:
         b_(b),
         n_(static_cast<std::size_t>(a.Rows())),
         rowStep_(RoundUp(n_)),
-        turned_(PANEL * rowStep_),
+        turned_(new double[PANEL * rowStep_]),
         pivots_(PANEL) {}
 
   bool Run() {
@@ -248,7 +249,7 @@ private:
   std::size_t rowStep_;
   std::size_t width_ = 0;
   std::size_t rows_ = 0;
-  std::vector<double> turned_;  // a column of the panel after the other, rowStep_ apart
+  std::unique_ptr<double[]> turned_;  // a column of the panel after the other, rowStep_ apart
   std::vector<std::size_t> pivots_;
   Multiplier multiplier_;
 };

@@ -82,8 +82,9 @@ struct LinearKernels {
 inline constexpr std::size_t MULTIPLY_DEPTH = 256;
 /// Rows of the right factor are packed in strips of so many columns.
 inline constexpr std::size_t MULTIPLY_STRIP = 8;
-/// Columns of the right factor that are packed at a time, so that they stay in the second cache.
-inline constexpr std::size_t MULTIPLY_COLUMNS = 256;
+/// Columns of the right factor that are packed at a time, so that they stay in the second cache,
+/// and below the half megabyte from which on Windows gives memory back at once.
+inline constexpr std::size_t MULTIPLY_COLUMNS = 240;
 /// No tile has more rows.
 inline constexpr std::size_t MULTIPLY_ROWS = 6;
 

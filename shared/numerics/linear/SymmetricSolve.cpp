@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <tuple>
 #include <utility>
 
@@ -95,9 +96,9 @@ public:
         leastPivot_(leastPivot),
         n_(static_cast<std::size_t>(a.Rows())),
         rowStep_(RoundUp(n_)) {
-    panel_.resize(PANEL * n_);
-    turned_.resize(PANEL * rowStep_);
-    if (kind == Kind::Symmetric) scaled_.resize(PANEL * std::max(n_, rowStep_));
+    panel_.reset(new double[PANEL * n_]);
+    turned_.reset(new double[PANEL * rowStep_]);
+    if (kind == Kind::Symmetric) scaled_.reset(new double[PANEL * rowStep_]);
   }
 
   bool Run() {
@@ -131,10 +132,10 @@ private:
       for (std::size_t j = 0; j < width_; ++j) {
         for (std::size_t k = 0; k < first; ++k) scaled_[j * n_ + k] = a_(first + j, k) * a_(k, k);
       }
-      right = {scaled_.data(), 1, n_};
+      right = {scaled_.get(), 1, n_};
     }
     multiplier_.Add(
-        {rows_, width_, first, {a_.Base(first, 0), step, 1}, right, panel_.data(), width_, true});
+        {rows_, width_, first, {a_.Base(first, 0), step, 1}, right, panel_.get(), width_, true});
     for (std::size_t i = 0; i < rows_; ++i) {
       for (std::size_t j = 0; j < width_; ++j) Column(j)[i] = panel_[i * width_ + j];
     }
@@ -207,9 +208,9 @@ private:
   std::size_t rowStep_;
   std::size_t width_ = 0;
   std::size_t rows_ = 0;
-  std::vector<double> panel_;   // rows x width
-  std::vector<double> turned_;  // a column of the panel after the other, rowStep_ apart
-  std::vector<double> scaled_;
+  std::unique_ptr<double[]> panel_;   // rows x width
+  std::unique_ptr<double[]> turned_;  // a column of the panel after the other, rowStep_ apart
+  std::unique_ptr<double[]> scaled_;
   Multiplier multiplier_;
 };
 

@@ -97,11 +97,12 @@ public:
       : a_(a), d_(d), e_(e), n_(static_cast<std::size_t>(a.Rows())), factors_(n_) {
     Zeros(d_, n_);
     Zeros(e_, n_ == 0 ? 0 : n_ - 1);
-    Zeros(reflections_, n_ < 2 ? 0 : n_ - 2, n_);
+    first_.resize(PANEL * n_);
+    second_.resize(PANEL * n_);
   }
 
   void Run() {
-    const std::size_t count = static_cast<std::size_t>(reflections_.Rows());
+    const std::size_t count = n_ < 2 ? 0 : n_ - 2;
     for (std::size_t i = 0; i < n_; ++i) {
       for (std::size_t j = 0; j < i; ++j) a_(j, i) = a_(i, j);
     }
@@ -134,8 +135,7 @@ private:
       kernels.axpy(-V(m)[k], W(size, m) + k, column, n_ - k);
     }
     d_(k) = column[0];
-    double* const v = reflections_.Base(k, k + 1);
-    std::copy_n(column + 1, rest, v);
+    double* const v = column + 1;  // becomes the reflection's vector and stays there
     const double norm = NormOf(v, rest);
     if (norm < PIVOT_EPSILON) {
       std::fill_n(v, rest, 0.0);
@@ -178,20 +178,26 @@ private:
 
   /// Makes A the product of all reflections, from the last panel on: I - V^T T V is that of those
   /// of a panel, with a triangle T (R. Schreiber and C. Van Loan, "A storage-efficient WY
-  /// representation for products of Householder transformations", 1989).
+  /// representation for products of Householder transformations", 1989). The vectors of the panels
+  /// before lie above and left of what is done.
   void FormQ(std::size_t count) {
-    Eye(a_, n_, n_);
+    std::size_t done = n_;
     for (std::size_t first = (count + PANEL - 1) / PANEL * PANEL; first > 0;) {
       first -= PANEL;
       const std::size_t size = std::min(PANEL, count - first), begin = first + 1;
       const std::size_t rest = n_ - begin;
-      const Strided v{reflections_.Base(first, begin), n_, 1};
-      const Strided transposed{v.data, 1, n_};
+      Zeros(stack_, size, rest);
+      for (std::size_t k = 0; k < size; ++k) {
+        std::copy_n(a_.Base(first + k, begin + k), rest - k, stack_.Base(k, k));
+      }
+      Extend(begin, done);
+      done = begin;
+      const Strided v{stack_.data(), rest, 1}, transposed{stack_.data(), 1, rest};
       Zeros(products_, size, size);
       multiplier_.Add({size, size, rest, v, transposed, products_.data(), size, false});
       FindTriangle(first, size);
-      Zeros(first_, size, rest);
-      Zeros(second_, size, rest);
+      std::fill_n(first_.begin(), size * rest, 0.0);
+      std::fill_n(second_.begin(), size * rest, 0.0);
       multiplier_.Add(
           {size, rest, rest, v, {a_.Base(begin, begin), n_, 1}, first_.data(), rest, false});
       multiplier_.Add({size,
@@ -210,6 +216,16 @@ private:
                        a_.Base(begin, begin),
                        n_,
                        true});
+    }
+    Extend(0, done);
+  }
+
+  /// Makes rows and columns [begin, end) those of the identity, from row and column `begin` on.
+  void Extend(std::size_t begin, std::size_t end) {
+    for (std::size_t i = begin; i < n_; ++i) {
+      double* const row = a_.Base(i, 0);
+      std::fill(row + begin, row + (i < end ? n_ : end), 0.0);
+      if (i < end) row[i] = 1.0;
     }
   }
 
@@ -230,10 +246,10 @@ private:
   RVector& d_;
   RVector& e_;
   std::size_t n_;
-  RMatrix reflections_;  // row k: zeros, then the u of column k
   std::vector<double> factors_;
   RMatrix stack_;
-  RMatrix products_, triangle_, first_, second_;
+  RMatrix products_, triangle_;
+  std::vector<double> first_, second_;
   Multiplier multiplier_;
 };
 
