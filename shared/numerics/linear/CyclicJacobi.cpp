@@ -103,7 +103,7 @@ bool Sweep(RMatrix& a, RMatrix& v, double tolerance) {
         off / ((sweep + 1.0) * static_cast<double>(n) * static_cast<double>(n));
     for (std::size_t p = 0; p + 1 < n; ++p) {
       for (std::size_t q = p + 1; q < n; ++q) {
-        if (std::abs(a(p, q)) <= threshold) continue;
+        if (!(std::abs(a(p, q)) > threshold)) continue;
         Apply(RotationFor(a(p, p), a(q, q), a(p, q)), p, q, a, v);
       }
     }
