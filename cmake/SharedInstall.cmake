@@ -26,6 +26,9 @@ function(shared_install_library)
           DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documents)
   install(FILES "${PROJECT_SOURCE_DIR}/shared/color/Colors.ini" DESTINATION "${SHARED_INSTALL_DATADIR}"
           COMPONENT runtime)
+  install(FILES "${PROJECT_SOURCE_DIR}/Symbols/LICENCE-hershey.txt" "${PROJECT_SOURCE_DIR}/Symbols/Markers.sym"
+                "${PROJECT_SOURCE_DIR}/Symbols/Stroke.sym"
+          DESTINATION "${SHARED_INSTALL_DATADIR}/Symbols" COMPONENT runtime)
   # How debuggers show the library's values.
   install(FILES "${PROJECT_SOURCE_DIR}/tools/debuggers/shared_gdb.py"
                 "${PROJECT_SOURCE_DIR}/tools/debuggers/Shared.natvis"
@@ -130,6 +133,8 @@ commands, vectors and matrices, and polygons with boolean operations.")
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtime})
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+  # Loaded by programs that ask for fonts, so that no look at what is linked finds them.
+  set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "libfontconfig1, libfreetype6")
   set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_SOURCE_DIR}/packaging/debian/triggers")
   set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "${about}\nThis package holds the library that programs run with.")

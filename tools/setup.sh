@@ -8,7 +8,7 @@
 # may not be installed, their names are printed in one line and the exit status is 1.
 set -euo pipefail
 
-build=(g++ cmake ninja-build libicu-dev libboost1.81-dev)
+build=(g++ cmake ninja-build libicu-dev libboost1.81-dev libfreetype-dev libfontconfig-dev)
 examples=(libcli11-dev)
 windows=(g++-mingw-w64-x86-64-posix)
 clang=(clang libclang-rt-14-dev)
@@ -17,6 +17,7 @@ packages_of() {
   case $1 in
     demo) echo "${build[@]}" "${examples[@]}" ;;
     test) echo "${build[@]}" "${examples[@]}" "${windows[@]}" wine wine64 googletest clang-format tidy \
+               fonts-dejavu-core \
                libeigen3-dev \
                libmpfr-dev \
                python3 pkg-config ;;
@@ -26,9 +27,9 @@ packages_of() {
                 python3 \
                 "${windows[@]}" wine wine64 ;;
     fuzz) echo "${build[@]}" "${clang[@]}" libmpfr-dev ;;
-    builds) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest python3 ;;
-    tsan) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest tidy ;;
-    coverage) echo "${build[@]}" "${examples[@]}" googletest gcovr tidy ;;
+    builds) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest fonts-dejavu-core python3 ;;
+    tsan) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest fonts-dejavu-core tidy ;;
+    coverage) echo "${build[@]}" "${examples[@]}" googletest fonts-dejavu-core gcovr tidy ;;
     docs) echo doxygen ;;
     package) echo "${build[@]}" "${windows[@]}" dpkg-dev file ;;
     format) echo clang-format ;;

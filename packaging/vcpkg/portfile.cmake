@@ -18,5 +18,6 @@ vcpkg_copy_pdbs()
 
 file(REMOVE_RECURSE "${CURRENT_PACKAGES_DIR}/debug/include" "${CURRENT_PACKAGES_DIR}/debug/share")
 vcpkg_install_copyright(FILE_LIST "${SOURCE_PATH}/LICENSE"
-                        "${SOURCE_PATH}/tools/codepages/licences/unicode-icu-data-V3.txt")
+                        "${SOURCE_PATH}/tools/codepages/licences/unicode-icu-data-V3.txt"
+                        "${SOURCE_PATH}/Symbols/LICENCE-hershey.txt")
 file(INSTALL "${CMAKE_CURRENT_LIST_DIR}/usage" DESTINATION "${CURRENT_PACKAGES_DIR}/share/${PORT}")

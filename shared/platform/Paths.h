@@ -65,6 +65,13 @@ SHARED_API GString FindInSearchOrder(const GString& name);
 /// Windows: `module` is the HMODULE. Linux: a handle of dlopen, or any address inside the module.
 SHARED_API GString GetModulePath(const void* module);
 
+/// Returns the file name of the module that this function is part of: the library, or the program
+/// that it is linked into; empty on failure.
+SHARED_API GString GetLibraryPath();
+
+/// Returns the value of an environment variable, empty when it is not set.
+SHARED_API GString GetEnvironment(const GString& name);
+
 /// What an access test asks for. The values are those of the runtime's access function.
 enum class PathAccess { Exists = 0, Read = 4, ReadWrite = 6 };
 

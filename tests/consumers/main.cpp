@@ -12,6 +12,7 @@
 #include "shared/diagnostics/Exception.h"
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/files/Path.h"
+#include "shared/fonts/StrokedFace.h"
 #include "shared/text/GString.h"
 
 namespace {
@@ -38,6 +39,15 @@ bool KnowsTeal() {
   return table.IndexFromColor(shr::GString(L"teal"), index) && table[index].Color() == 0x00808000;
 }
 
+#ifdef CONSUMER_OF_INSTALLED
+/// The symbol sets that are installed with the library must be found, too.
+bool KnowsTheVolcano() {
+  const shr::CStrokedFace text(0);
+  const shr::CStrokedFace markers(1);
+  return text.FindGlyph(U'A') != nullptr && markers.FindGlyph(L"volcano") != nullptr;
+}
+#endif
+
 }  // namespace
 
 int main() {
@@ -47,5 +57,8 @@ int main() {
   const std::string caught = DescriptionOfThrown();
   std::printf("%s\n%s\n", utf8.c_str(), caught.c_str());
   if (!KnowsTeal()) return 2;
+#ifdef CONSUMER_OF_INSTALLED
+  if (!KnowsTheVolcano()) return 3;
+#endif
   return utf8 == "\xc3\x85land has 12 points" && caught == "Layer 3 of 'map'" ? 0 : 1;
 }

@@ -229,6 +229,16 @@ GString GetModulePath(const void* module) {
   return name.empty() ? GString() : FromNativePath(MakeAbsolute(name));
 }
 
+GString GetLibraryPath() {
+  static const char anchor = 0;
+  return GetModulePath(&anchor);
+}
+
+GString GetEnvironment(const GString& name) {
+  const char* const value = std::getenv(name.ToUtf8().c_str());
+  return value == nullptr ? GString() : FromNativePath(value);
+}
+
 bool TestAccess(const GString& path, PathAccess access) {
   if (!IsUsablePath(path)) {
     errno = path.empty() ? ENOENT : EINVAL;

@@ -157,6 +157,27 @@ GString GetModulePath(const void* module) {
   }
 }
 
+GString GetLibraryPath() {
+  HMODULE library = nullptr;
+  const DWORD flags =
+      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+  const auto address = reinterpret_cast<const wchar_t*>(&PATH_SEPARATOR);
+  return GetModuleHandleExW(flags, address, &library) != 0 ? GetModulePath(library) : GString();
+}
+
+GString GetEnvironment(const GString& name) {
+  std::wstring value(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length =
+        GetEnvironmentVariableW(name.c_str(), value.data(), static_cast<DWORD>(value.size()));
+    if (length < value.size()) {
+      value.resize(length);
+      return GString(std::move(value));
+    }
+    value.resize(length);
+  }
+}
+
 bool TestAccess(const GString& path, PathAccess access) {
   if (!IsUsablePath(path)) return FailForPath();
   return _waccess(path.c_str(), static_cast<int>(access)) == 0;

@@ -1,0 +1,214 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// Metrics of glyphs are kept in pages of 256 characters, which a run of text looks up once.
+
+#include "shared/fonts/FaceInfo.h"
+
+#include <array>
+#include <bitset>
+
+#include "shared/diagnostics/ThrowError.h"
+#include "shared/text/StringCompare.h"
+
+namespace shr {
+namespace {
+
+constexpr const wchar_t* UNIT = L"FaceInfo";
+
+constexpr int PAGE_SHIFT = 8;
+constexpr char32_t PAGE_SIZE = 1 << PAGE_SHIFT;
+
+/// Where fonts of symbols have the characters U+0000 to U+00FF.
+constexpr char32_t SYMBOL_BASE = 0xF000;
+constexpr char32_t SYMBOL_COUNT = 0x100;
+
+// Lines of faces that do not say where theirs are.
+constexpr double DEFAULT_THICKNESS = 0.05;
+constexpr double DEFAULT_UNDERSCORE = -0.1;
+constexpr double DEFAULT_STRIKEOUT = 0.25;
+
+bool IsControl(char32_t character) {
+  return character < 0x20 || (character >= 0x7F && character < 0xA0);
+}
+
+/// Returns true for characters that only tell how others are laid out (Default_Ignorable of
+/// Unicode, the ones met in text): nothing is drawn for them.
+bool IsFormatMark(char32_t c) {
+  return c == 0xAD || (c >= 0x200B && c <= 0x200F) || (c >= 0x202A && c <= 0x202E) ||
+         (c >= 0x2060 && c <= 0x2064) || (c >= 0xFE00 && c <= 0xFE0F) || c == 0xFEFF;
+}
+
+/// Takes one character off the front of `text`; an unpaired surrogate is one.
+char32_t NextCharacter(std::wstring_view& text) {
+  const auto first = static_cast<char32_t>(text[0]);
+  if (first >= 0xD800 && first < 0xDC00 && text.size() > 1) {
+    const auto second = static_cast<char32_t>(text[1]);
+    if (second >= 0xDC00 && second < 0xE000) {
+      text.remove_prefix(2);
+      return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);
+    }
+  }
+  text.remove_prefix(1);
+  return first;
+}
+
+}  // namespace
+
+/// The glyphs of 256 characters, those that were asked for.
+struct CFaceInfo::Page {
+  std::array<GlyphMetrics, PAGE_SIZE> metrics;
+  std::bitset<PAGE_SIZE> known;
+  std::bitset<PAGE_SIZE> has;
+};
+
+CFaceInfo::CFaceInfo(const GString& faceName, const FaceAttributes& attributes)
+    : faceName_(faceName), attributes_(attributes) {
+  attributes_.charsets |= platform::CharsetBit(platform::DEFAULT_CHARACTERS);
+}
+
+CFaceInfo::~CFaceInfo() = default;
+
+const OutlineTextMetrics& CFaceInfo::GetOTM() const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  if (otm_ == nullptr) {
+    OutlineTextMetrics metrics;
+    if (!FetchOTM(metrics)) {
+      ThrowErrorImpl(UNIT, __LINE__, L"CFaceInfo: Could not get text metrics for typeface '%s'",
+                     faceName_);
+    }
+    otm_ = std::make_unique<OutlineTextMetrics>(metrics);
+  }
+  return *otm_;
+}
+
+char32_t CFaceInfo::MapLocked(char32_t character, GlyphMetrics& metrics, bool& has) const {
+  has = FetchGlyphMetrics(character, metrics);
+  if (has || character >= SYMBOL_COUNT || !ServesCharset(platform::SYMBOL_CHARACTERS)) {
+    return character;
+  }
+  has = FetchGlyphMetrics(SYMBOL_BASE + character, metrics);
+  return has ? SYMBOL_BASE + character : character;
+}
+
+const GlyphMetrics& CFaceInfo::Lookup(char32_t character, PageCursor& cursor, bool& has) const {
+  const char32_t number = character >> PAGE_SHIFT;
+  if (cursor.number != number) {
+    std::unique_ptr<Page>& page = pages_[number];
+    if (page == nullptr) page = std::make_unique<Page>();
+    cursor = {number, page.get()};
+  }
+  Page& page = const_cast<Page&>(*cursor.page);
+  const std::size_t place = character % PAGE_SIZE;
+  GlyphMetrics& metrics = page.metrics[place];
+  if (!page.known[place]) {
+    bool found = false;
+    MapLocked(character, metrics, found);
+    if (IsControl(character) || (!found && IsFormatMark(character))) {
+      metrics = GlyphMetrics();
+    } else if (!found) {
+      FetchDefaultGlyphMetrics(metrics);
+    }
+    page.has[place] = found;
+    page.known[place] = true;
+  }
+  has = page.has[place];
+  return metrics;
+}
+
+GlyphMetrics CFaceInfo::GetGlyphMetrics(char32_t character) const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  PageCursor cursor;
+  bool has = false;
+  return Lookup(character, cursor, has);
+}
+
+bool CFaceInfo::HasGlyph(char32_t character) const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  PageCursor cursor;
+  bool has = false;
+  Lookup(character, cursor, has);
+  return has;
+}
+
+char32_t CFaceInfo::MapCharCode(char32_t character) const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  GlyphMetrics metrics;
+  bool has = false;
+  return MapLocked(character, metrics, has);
+}
+
+GlyphVectors CFaceInfo::GetGlyphVectors(char32_t character) const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  GlyphVectors vectors;
+  if (IsControl(character)) return vectors;
+  GlyphMetrics metrics;
+  bool has = false;
+  const char32_t code = MapLocked(character, metrics, has);
+  if (has) {
+    FetchGlyphVectors(code, vectors);
+  } else if (!IsFormatMark(character)) {
+    FetchDefaultGlyphVectors(vectors);
+  }
+  return vectors;
+}
+
+template <typename Visit>
+void CFaceInfo::VisitGlyphs(std::wstring_view text, Visit visit) const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  PageCursor cursor;
+  bool has = false;
+  while (!text.empty()) visit(Lookup(NextCharacter(text), cursor, has));
+}
+
+double CFaceInfo::CalcEmExtent(std::wstring_view text) const {
+  double extent = 0;
+  VisitGlyphs(text, [&extent](const GlyphMetrics& glyph) { extent += glyph.advance; });
+  return extent;
+}
+
+Box2d CFaceInfo::CalcEmBounds(std::wstring_view text) const {
+  Box2d box;
+  double pen = 0;
+  VisitGlyphs(text, [&box, &pen](const GlyphMetrics& glyph) {
+    if (glyph.HasInk()) {
+      box.ExtendBy(Vec2d(pen + glyph.xMin, glyph.yMin));
+      box.ExtendBy(Vec2d(pen + glyph.xMax, glyph.yMax));
+    }
+    pen += glyph.advance;
+  });
+  return box;
+}
+
+EmLine CFaceInfo::LineOf(std::wstring_view text, double upperEdge, double thickness,
+                         double otherwise) const {
+  EmLine line;
+  line.thickness = thickness > 0 ? thickness : DEFAULT_THICKNESS;
+  const double y = thickness > 0 ? upperEdge - thickness / 2 : otherwise;
+  line.begin = Vec2d(0, y);
+  line.end = Vec2d(CalcEmExtent(text), y);
+  return line;
+}
+
+EmLine CFaceInfo::CalcEmUnderscoreLine(std::wstring_view text) const {
+  const OutlineTextMetrics& otm = GetOTM();
+  return LineOf(text, otm.underlinePosition, otm.underlineThickness, DEFAULT_UNDERSCORE);
+}
+
+EmLine CFaceInfo::CalcEmStrikeoutLine(std::wstring_view text) const {
+  const OutlineTextMetrics& otm = GetOTM();
+  return LineOf(text, otm.strikeoutPosition, otm.strikeoutThickness, DEFAULT_STRIKEOUT);
+}
+
+void CFaceInfo::Free() {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  otm_.reset();
+  pages_.clear();
+  Release();
+}
+
+bool FaceNameLess(const CFaceInfo& a, const CFaceInfo& b) {
+  return StringLess()(a.GetFaceName(), b.GetFaceName());
+}
+
+}  // namespace shr

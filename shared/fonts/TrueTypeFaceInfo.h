@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+/// @file
+/// `CTrueTypeFaceInfo`, an installed outline font as a face.
+///
+///     const CTrueTypeFaceInfo face(description, L"Arial");   // opened when first measured
+///     const GString file = face.GetDescription().file;       // Linux: for a shaping library
+///
+/// Threads: as shared/fonts/FaceInfo.h.
+
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "shared/Export.h"
+#include "shared/fonts/FaceInfo.h"
+
+namespace shr {
+
+/// A face whose metrics and outlines come from the system. The face name may differ from the family
+/// of the font: then that font stands in for a face that is not installed.
+class SHARED_API CTrueTypeFaceInfo : public CFaceInfo {
+public:
+  CTrueTypeFaceInfo(const platform::FontDescription& description, const GString& faceName);
+  ~CTrueTypeFaceInfo() override;
+
+  unsigned int GetFaceType() const override { return FACE_TRUE_TYPE; }
+
+  /// Returns what the font says of itself, its own family included.
+  const platform::FontDescription& GetDescription() const noexcept { return description_; }
+
+  /// Returns true when the font stands in for a face of another name.
+  bool IsStandIn() const;
+
+  /// Return metrics and curves of a glyph by its number in the font, as shaping libraries give
+  /// them: false, with the result unchanged, when there is none.
+  bool GetMetricsOfGlyph(std::uint32_t glyph, GlyphMetrics& metrics) const;
+  bool GetVectorsOfGlyph(std::uint32_t glyph, GlyphVectors& vectors) const;
+
+protected:
+  bool FetchOTM(OutlineTextMetrics& metrics) const override;
+  bool FetchGlyphMetrics(char32_t code, GlyphMetrics& metrics) const override;
+  bool FetchDefaultGlyphMetrics(GlyphMetrics& metrics) const override;
+  bool FetchGlyphVectors(char32_t code, GlyphVectors& vectors) const override;
+  bool FetchDefaultGlyphVectors(GlyphVectors& vectors) const override;
+  void Release() const override;
+
+private:
+  platform::Font* Open() const;
+
+  platform::FontDescription description_;
+  mutable std::mutex fontMutex_;
+  mutable std::unique_ptr<platform::Font> font_;
+  mutable bool failed_ = false;
+};
+
+}  // namespace shr

@@ -1,0 +1,476 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+// GDI+ lists the families and is loaded for that alone; everything else is GDI. A font is selected
+// at the height of its own em square, where a unit of the device is a design unit and hinting
+// changes nothing.
+
+#include "shared/platform/Fonts.h"
+
+#include "shared/platform/WindowsTypes.h"
+// behind <windows.h>
+#include <objidl.h>
+// behind <objidl.h>
+#include <gdiplus.h>
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <tuple>
+#include <utility>
+
+#include "shared/text/Utf.h"
+
+namespace shr::platform {
+namespace {
+
+constexpr char32_t LAST_BMP = 0xFFFF;
+constexpr WORD NO_GLYPH = 0xFFFF;
+
+/// A device context without a device, for asking.
+class ReferenceDevice {
+public:
+  ReferenceDevice() : dc_(CreateCompatibleDC(nullptr)) {}
+  ~ReferenceDevice() {
+    if (dc_ != nullptr) DeleteDC(dc_);
+  }
+  ReferenceDevice(const ReferenceDevice&) = delete;
+  ReferenceDevice& operator=(const ReferenceDevice&) = delete;
+
+  HDC Get() const { return dc_; }
+
+private:
+  HDC dc_;
+};
+
+/// The part of GDI+ that lists families.
+struct FamilyList {
+  decltype(&Gdiplus::GdiplusStartup) start = nullptr;
+  decltype(&Gdiplus::GdiplusShutdown) stop = nullptr;
+  decltype(&Gdiplus::DllExports::GdipNewInstalledFontCollection) open = nullptr;
+  decltype(&Gdiplus::DllExports::GdipGetFontCollectionFamilyCount) count = nullptr;
+  decltype(&Gdiplus::DllExports::GdipGetFontCollectionFamilyList) list = nullptr;
+  decltype(&Gdiplus::DllExports::GdipGetFamilyName) name = nullptr;
+};
+
+template <typename Function>
+bool Find(HMODULE library, const char* name, Function& function) {
+  function = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+  return function != nullptr;
+}
+
+bool LoadFamilyList(FamilyList& list) {
+  const HMODULE library = LoadLibraryW(L"gdiplus.dll");
+  return library != nullptr && Find(library, "GdiplusStartup", list.start) &&
+         Find(library, "GdiplusShutdown", list.stop) &&
+         Find(library, "GdipNewInstalledFontCollection", list.open) &&
+         Find(library, "GdipGetFontCollectionFamilyCount", list.count) &&
+         Find(library, "GdipGetFontCollectionFamilyList", list.list) &&
+         Find(library, "GdipGetFamilyName", list.name);
+}
+
+/// Returns the names of the installed families; tells in `result` how far it came.
+std::vector<GString> ListFamilies(const FamilyList& api, FontList& result) {
+  const auto failed = [&result](FontListStatus status, Gdiplus::GpStatus code) {
+    result.status = status;
+    result.code = static_cast<int>(code);
+    return std::vector<GString>();
+  };
+  Gdiplus::GpFontCollection* collection = nullptr;
+  Gdiplus::GpStatus code = api.open(&collection);
+  if (code != Gdiplus::Ok) return failed(FontListStatus::NoCollection, code);
+  INT count = 0;
+  code = api.count(collection, &count);
+  if (code != Gdiplus::Ok) return failed(FontListStatus::NoCount, code);
+  std::vector<Gdiplus::GpFontFamily*> families(static_cast<std::size_t>(std::max(count, 0)));
+  code = api.list(collection, count, families.data(), &count);
+  if (code != Gdiplus::Ok) return failed(FontListStatus::NoFamilies, code);
+  families.resize(std::min(families.size(), static_cast<std::size_t>(std::max(count, 0))));
+  std::vector<GString> names;
+  for (const Gdiplus::GpFontFamily* const family : families) {
+    wchar_t name[LF_FACESIZE] = {};
+    if (api.name(family, name, LANG_NEUTRAL) == Gdiplus::Ok) names.emplace_back(name);
+  }
+  return names;
+}
+
+/// What the enumeration of one family adds to.
+struct Collector {
+  std::vector<FontDescription>& fonts;
+  std::size_t begin;  // of the fonts of this family
+};
+
+/// Takes one entry of the enumeration: a style in one character set.
+void Collect(Collector& collector, const ENUMLOGFONTEXW& entry, const NEWTEXTMETRICEXW& metrics) {
+  const NEWTEXTMETRICW& text = metrics.ntmTm;
+  FontDescription font;
+  font.family = GString(entry.elfLogFont.lfFaceName);
+  font.style = GString(entry.elfStyle);
+  font.weight = text.tmWeight;
+  font.italic = text.tmItalic != 0 ? 1 : 0;
+  font.pitchAndFamily = text.tmPitchAndFamily & (PITCH_VARIABLE | FAMILY_MASK);
+  font.firstChar = text.tmFirstChar;
+  font.charsets = CharsetBit(entry.elfLogFont.lfCharSet) | CharsetBit(DEFAULT_CHARACTERS);
+  for (std::size_t i = collector.begin; i < collector.fonts.size(); ++i) {
+    FontDescription& known = collector.fonts[i];
+    if (known.style == font.style && known.weight == font.weight && known.italic == font.italic) {
+      known.charsets |= font.charsets;
+      return;
+    }
+  }
+  collector.fonts.push_back(std::move(font));
+}
+
+int CALLBACK EnumTrueTypeFacesProc(const LOGFONTW* entry, const TEXTMETRICW* metrics, DWORD type,
+                                   LPARAM user) {
+  // Names with "@" are the same fonts turned for vertical text.
+  if ((type & TRUETYPE_FONTTYPE) == 0 || entry->lfFaceName[0] == L'@') return 1;
+  Collect(*reinterpret_cast<Collector*>(user), *reinterpret_cast<const ENUMLOGFONTEXW*>(entry),
+          *reinterpret_cast<const NEWTEXTMETRICEXW*>(metrics));
+  return 1;
+}
+
+LOGFONTW LogicalFont(const GString& family, long height) {
+  LOGFONTW font = {};
+  font.lfHeight = height;
+  font.lfCharSet = DEFAULT_CHARSET;
+  font.lfOutPrecision = OUT_TT_ONLY_PRECIS;
+  const std::wstring_view name = family;
+  std::copy_n(name.data(), std::min<std::size_t>(name.size(), LF_FACESIZE - 1), font.lfFaceName);
+  return font;
+}
+
+/// Reads big-endian words of a table; 0 behind its end.
+class TableReader {
+public:
+  explicit TableReader(std::vector<unsigned char> bytes) : bytes_(std::move(bytes)) {}
+
+  std::uint32_t Word(std::size_t at) const {
+    return at + 2 <= bytes_.size() ? static_cast<std::uint32_t>(bytes_[at]) << 8 | bytes_[at + 1]
+                                   : 0;
+  }
+  std::uint32_t Long(std::size_t at) const { return Word(at) << 16 | Word(at + 2); }
+  std::size_t Size() const { return bytes_.size(); }
+
+private:
+  std::vector<unsigned char> bytes_;
+};
+
+/// Looks characters above U+FFFF up, for which GDI has no function: format 12 of the table "cmap".
+class WideCharacterMap {
+public:
+  explicit WideCharacterMap(std::vector<unsigned char> table) : table_(std::move(table)) {
+    constexpr std::uint32_t MICROSOFT = 3, FULL_UNICODE = 10, GROUPS_FORMAT = 12;
+    const std::uint32_t count = table_.Word(2);
+    for (std::uint32_t i = 0; i < count; ++i) {
+      const std::size_t record = 4 + 8 * std::size_t{i};
+      if (record + 8 > table_.Size()) return;
+      if (table_.Word(record) != MICROSOFT || table_.Word(record + 2) != FULL_UNICODE) continue;
+      const std::size_t map = table_.Long(record + 4);
+      if (map >= table_.Size() || table_.Word(map) != GROUPS_FORMAT) continue;
+      const std::size_t room = (table_.Size() - map) / GROUP_BYTES;
+      first_ = map + HEAD_BYTES;
+      groups_ = std::min<std::size_t>(table_.Long(map + 12), room);
+      return;
+    }
+  }
+
+  std::uint32_t GetGlyph(char32_t character) const {
+    std::size_t low = 0, high = groups_;
+    while (low < high) {
+      const std::size_t middle = (low + high) / 2;
+      const std::size_t group = first_ + middle * GROUP_BYTES;
+      if (character < table_.Long(group)) {
+        high = middle;
+      } else if (character > table_.Long(group + 4)) {
+        low = middle + 1;
+      } else {
+        return table_.Long(group + 8) + (character - table_.Long(group));
+      }
+    }
+    return MISSING_GLYPH;
+  }
+
+private:
+  static constexpr std::size_t HEAD_BYTES = 16, GROUP_BYTES = 12;
+
+  TableReader table_;
+  std::size_t first_ = 0, groups_ = 0;
+};
+
+/// A font selected into a device of its own at the height of its em square.
+class GdiFont final : public Font {
+public:
+  explicit GdiFont(const FontDescription& description);
+  ~GdiFont() override;
+
+  bool IsOpen() const { return em_ > 0; }
+
+  std::uint32_t GetGlyph(char32_t character) override;
+  bool GetTextMeasures(OutlineTextMetrics& metrics) override;
+  bool GetGlyphMetrics(std::uint32_t glyph, GlyphMetrics& metrics) override {
+    GlyphOutline outline;
+    return Measure(glyph, metrics, outline);
+  }
+  bool GetOutline(std::uint32_t glyph, GlyphOutline& outline) override {
+    GlyphMetrics metrics;
+    return Measure(glyph, metrics, outline);
+  }
+
+private:
+  /// Selects the font at that height; returns false on failure.
+  bool Select(LOGFONTW font, long height);
+  bool ReadMetrics();
+  const OUTLINETEXTMETRICW& Metrics() const {
+    return *reinterpret_cast<const OUTLINETEXTMETRICW*>(metrics_.data());
+  }
+  bool Measure(std::uint32_t glyph, GlyphMetrics& metrics, GlyphOutline& outline);
+  double Em(long units) const { return static_cast<double>(units) / em_; }
+
+  ReferenceDevice device_;
+  HFONT font_ = nullptr;
+  HGDIOBJ before_ = nullptr;
+  std::vector<std::uint64_t> metrics_;  // aligned for OUTLINETEXTMETRICW
+  double em_ = 0;
+  std::unique_ptr<WideCharacterMap> wideCharacters_;
+};
+
+GdiFont::GdiFont(const FontDescription& description) {
+  constexpr long ANY_HEIGHT = -1000;
+  if (device_.Get() == nullptr) return;
+  LOGFONTW font = LogicalFont(description.family, ANY_HEIGHT);
+  font.lfWeight = description.weight;
+  font.lfItalic = description.italic;
+  if ((description.charsets & ~CharsetBit(DEFAULT_CHARACTERS)) == CharsetBit(SYMBOL_CHARACTERS)) {
+    font.lfCharSet = SYMBOL_CHARSET;
+  }
+  if (!Select(font, ANY_HEIGHT) || !ReadMetrics()) return;
+  const long em = static_cast<long>(Metrics().otmEMSquare);
+  if (em <= 0 || !Select(font, -em) || !ReadMetrics()) return;
+  em_ = static_cast<double>(em);
+}
+
+GdiFont::~GdiFont() {
+  if (before_ != nullptr) SelectObject(device_.Get(), before_);
+  if (font_ != nullptr) DeleteObject(font_);
+}
+
+bool GdiFont::Select(LOGFONTW font, long height) {
+  font.lfHeight = height;
+  const HFONT created = CreateFontIndirectW(&font);
+  if (created == nullptr) return false;
+  const HGDIOBJ before = SelectObject(device_.Get(), created);
+  if (before == nullptr) {
+    DeleteObject(created);
+    return false;
+  }
+  if (before_ == nullptr) before_ = before;
+  if (font_ != nullptr) DeleteObject(font_);
+  font_ = created;
+  return true;
+}
+
+bool GdiFont::ReadMetrics() {
+  const UINT size = GetOutlineTextMetricsW(device_.Get(), 0, nullptr);
+  if (size < sizeof(OUTLINETEXTMETRICW)) return false;
+  metrics_.assign(size / sizeof(std::uint64_t) + 1, 0);
+  auto* const metrics = reinterpret_cast<OUTLINETEXTMETRICW*>(metrics_.data());
+  return GetOutlineTextMetricsW(device_.Get(), size, metrics) != 0;
+}
+
+std::uint32_t GdiFont::GetGlyph(char32_t character) {
+  if (character > LAST_BMP) {
+    if (wideCharacters_ == nullptr) {
+      constexpr DWORD CMAP = 0x70616D63;  // "cmap", its first letter lowest
+      const DWORD size = GetFontData(device_.Get(), CMAP, 0, nullptr, 0);
+      std::vector<unsigned char> table(size == GDI_ERROR ? 0 : size);
+      if (!table.empty()) GetFontData(device_.Get(), CMAP, 0, table.data(), size);
+      wideCharacters_ = std::make_unique<WideCharacterMap>(std::move(table));
+    }
+    return wideCharacters_->GetGlyph(character);
+  }
+  const auto unit = static_cast<wchar_t>(character);
+  WORD glyph = NO_GLYPH;
+  if (GetGlyphIndicesW(device_.Get(), &unit, 1, &glyph, GGI_MARK_NONEXISTING_GLYPHS) == GDI_ERROR) {
+    return MISSING_GLYPH;
+  }
+  return glyph == NO_GLYPH ? MISSING_GLYPH : glyph;
+}
+
+bool GdiFont::GetTextMeasures(OutlineTextMetrics& metrics) {
+  const OUTLINETEXTMETRICW& otm = Metrics();
+  constexpr double ANGLE_UNITS = 10;  // of a degree
+  OutlineTextMetrics m;
+  m.emSquare = em_;
+  m.ascent = Em(otm.otmTextMetrics.tmAscent);
+  m.descent = Em(otm.otmTextMetrics.tmDescent);
+  m.lineGap = Em(static_cast<long>(otm.otmLineGap));
+  m.typoAscent = Em(otm.otmAscent);
+  m.typoDescent = Em(otm.otmDescent);
+  m.capHeight = Em(static_cast<long>(otm.otmsCapEmHeight));
+  m.xHeight = Em(static_cast<long>(otm.otmsXHeight));
+  m.averageWidth = Em(otm.otmTextMetrics.tmAveCharWidth);
+  m.underlinePosition = Em(otm.otmsUnderscorePosition);
+  m.underlineThickness = Em(otm.otmsUnderscoreSize);
+  m.strikeoutPosition = Em(otm.otmsStrikeoutPosition);
+  m.strikeoutThickness = Em(static_cast<long>(otm.otmsStrikeoutSize));
+  m.superscriptSize = Em(otm.otmptSuperscriptSize.y);
+  m.superscriptOffset = Em(otm.otmptSuperscriptOffset.y);
+  m.subscriptSize = Em(otm.otmptSubscriptSize.y);
+  m.subscriptOffset = Em(otm.otmptSubscriptOffset.y);
+  m.italicAngle = otm.otmItalicAngle / ANGLE_UNITS;
+  m.xMin = Em(otm.otmrcFontBox.left);
+  m.yMin = Em(otm.otmrcFontBox.bottom);
+  m.xMax = Em(otm.otmrcFontBox.right);
+  m.yMax = Em(otm.otmrcFontBox.top);
+  metrics = m;
+  return true;
+}
+
+/// Turns the buffer of GetGlyphOutline into an outline. Sizes are checked against the buffer.
+class NativeOutlineReader {
+public:
+  NativeOutlineReader(const std::vector<unsigned char>& bytes, double em)
+      : bytes_(bytes), em_(em) {}
+
+  GlyphOutline Read() {
+    std::size_t at = 0;
+    TTPOLYGONHEADER header;
+    while (Copy(at, bytes_.size(), header)) {
+      const std::size_t end = std::min<std::size_t>(at + header.cb, bytes_.size());
+      if (header.cb < sizeof header) break;
+      const OutlinePoint start = Scaled(header.pfxStart);
+      outline_.Move(start.x, start.y);
+      ReadContour(at + sizeof header, end);
+      outline_.Close();
+      at = end;
+    }
+    return std::move(outline_);
+  }
+
+private:
+  template <typename Record>
+  bool Copy(std::size_t at, std::size_t end, Record& record) const {
+    if (at > end || end - at < sizeof record) return false;
+    std::memcpy(&record, bytes_.data() + at, sizeof record);
+    return true;
+  }
+  double Scaled(FIXED value) const {
+    constexpr double PARTS = 65536;
+    return (value.value + value.fract / PARTS) / em_;
+  }
+  OutlinePoint Scaled(const POINTFX& point) const { return {Scaled(point.x), Scaled(point.y)}; }
+
+  void ReadContour(std::size_t at, std::size_t end) {
+    constexpr std::size_t HEAD = 2 * sizeof(WORD);
+    struct {
+      WORD type, count;
+    } curve;
+    while (Copy(at, end, curve)) {
+      at += HEAD;
+      std::vector<OutlinePoint> points;
+      POINTFX point;
+      for (WORD i = 0; i < curve.count && Copy(at, end, point); ++i, at += sizeof point) {
+        points.push_back(Scaled(point));
+      }
+      AddCurve(curve.type, points);
+    }
+  }
+
+  void AddCurve(WORD type, const std::vector<OutlinePoint>& points) {
+    if (type == TT_PRIM_LINE) {
+      for (const OutlinePoint& point : points) outline_.Line(point.x, point.y);
+    } else if (type == TT_PRIM_CSPLINE) {
+      for (std::size_t i = 0; i + 3 <= points.size(); i += 3) {
+        outline_.Cubic(points[i], points[i + 1], points[i + 2]);
+      }
+    } else {
+      // Between two control points of a row of quadratic curves lies an end half way.
+      for (std::size_t i = 0; i + 1 < points.size(); ++i) {
+        const bool isLast = i + 2 == points.size();
+        const OutlinePoint half = {(points[i].x + points[i + 1].x) / 2,
+                                   (points[i].y + points[i + 1].y) / 2};
+        outline_.Quadratic(points[i], isLast ? points[i + 1] : half);
+      }
+    }
+  }
+
+  const std::vector<unsigned char>& bytes_;
+  double em_;
+  GlyphOutline outline_;
+};
+
+bool GdiFont::Measure(std::uint32_t glyph, GlyphMetrics& metrics, GlyphOutline& outline) {
+  const MAT2 identity = {{0, 1}, {0, 0}, {0, 0}, {0, 1}};
+  GLYPHMETRICS native = {};
+  const UINT what = GGO_NATIVE | GGO_GLYPH_INDEX | GGO_UNHINTED;
+  const DWORD size = GetGlyphOutlineW(device_.Get(), glyph, what, &native, 0, nullptr, &identity);
+  if (size == GDI_ERROR) return false;
+  std::vector<unsigned char> bytes(size);
+  if (size > 0 && GetGlyphOutlineW(device_.Get(), glyph, what, &native, size, bytes.data(),
+                                   &identity) == GDI_ERROR) {
+    return false;
+  }
+  outline = NativeOutlineReader(bytes, em_).Read();
+  metrics = BoxOf(outline);
+  metrics.advance = Em(native.gmCellIncX);
+  return true;
+}
+
+}  // namespace
+
+FontList ListFonts() {
+  FontList list;
+  const ReferenceDevice device;
+  if (device.Get() == nullptr) {
+    list.status = FontListStatus::NoDevice;
+    return list;
+  }
+  static FamilyList api;
+  static const bool loaded = LoadFamilyList(api);
+  ULONG_PTR token = 0;
+  const Gdiplus::GdiplusStartupInput input;
+  const Gdiplus::GpStatus started =
+      loaded ? api.start(&token, &input, nullptr) : Gdiplus::GdiplusNotInitialized;
+  if (started != Gdiplus::Ok) {
+    list.status = FontListStatus::NoCollection;
+    list.code = static_cast<int>(started);
+    return list;
+  }
+  for (const GString& family : ListFamilies(api, list)) {
+    LOGFONTW font = LogicalFont(family, 0);
+    Collector collector = {list.fonts, list.fonts.size()};
+    EnumFontFamiliesExW(device.Get(), &font, EnumTrueTypeFacesProc,
+                        reinterpret_cast<LPARAM>(&collector), 0);
+  }
+  api.stop(token);
+  return list;
+}
+
+GString FindStandIn(const GString& family, unsigned char pitchAndFamily) {
+  constexpr long ANY_HEIGHT = -1000;
+  const ReferenceDevice device;
+  if (device.Get() == nullptr) return GString();
+  LOGFONTW font = LogicalFont(family, ANY_HEIGHT);
+  const bool isVariable = (pitchAndFamily & PITCH_VARIABLE) != 0;
+  font.lfPitchAndFamily = static_cast<BYTE>((pitchAndFamily & FAMILY_MASK) |
+                                            (isVariable ? VARIABLE_PITCH : FIXED_PITCH));
+  const HFONT created = CreateFontIndirectW(&font);
+  if (created == nullptr) return GString();
+  wchar_t name[LF_FACESIZE] = {};
+  const HGDIOBJ before = SelectObject(device.Get(), created);
+  if (before != nullptr) {
+    GetTextFaceW(device.Get(), LF_FACESIZE, name);
+    SelectObject(device.Get(), before);
+  }
+  DeleteObject(created);
+  return GString(name);
+}
+
+std::unique_ptr<Font> OpenFont(const FontDescription& description) {
+  auto font = std::make_unique<GdiFont>(description);
+  if (!font->IsOpen()) return nullptr;
+  return font;
+}
+
+}  // namespace shr::platform
