@@ -8,8 +8,9 @@
 /// Faces come from shared/fonts/SystemFaceInfo.h; the two kinds are `CTrueTypeFaceInfo`
 /// (shared/fonts/TrueTypeFaceInfo.h) and `CSYMFaceInfo` (shared/fonts/SymbolFaceInfo.h).
 ///
-///     const std::shared_ptr<CFaceInfo> face = CSystemFaceInfo::Instance().GetFaceInfo(index);
-///     const double width = height * face->CalcEmExtent(L"Depth, m");
+///     const CSystemFaceInfo& faces = CSystemFaceInfo::Instance();
+///     const std::shared_ptr<CFaceInfo> face = faces.GetFaceInfo(faces.GetDefaultTextFace());
+///     const double width = 12 * face->CalcEmExtent(L"Depth, m");   // 12 points high
 ///     const GlyphVectors glyph = face->GetGlyphVectors(U'A');   // curves to draw
 ///
 /// Units: lengths are fractions of the em, x to the right from the pen and y upwards from the

@@ -9,7 +9,9 @@
 /// `OpenFont` or `FindStandIn` and not before. Where they are missing there are no fonts.
 ///
 ///     for (const FontDescription& font : ListFonts().fonts) {
-///       if (std::unique_ptr<Font> opened = OpenFont(font)) Measure(*opened);
+///       GlyphMetrics metrics;
+///       const std::unique_ptr<Font> opened = OpenFont(font);
+///       if (opened != nullptr) opened->GetGlyphMetrics(opened->GetGlyph(U'A'), metrics);
 ///     }
 ///
 /// Units: lengths are fractions of the em, x to the right and y upwards from the baseline; nothing
