@@ -31,6 +31,14 @@ double ClockwiseArea(std::span<const Vec2d> ring) {
   return forth + back;
 }
 
+/// Whether a ring ends where it begins, be it at a point that is infinite or NaN.
+bool IsClosed(std::span<const Vec2d> ring) {
+  const Vec2d& a = ring.front();
+  const Vec2d& b = ring.back();
+  const auto isSame = [](double x, double y) { return x == y || (std::isnan(x) && std::isnan(y)); };
+  return IsNear(a, b) || (isSame(a.x, b.x) && isSame(a.y, b.y));
+}
+
 bool AreFinite(std::span<const Vec2d> points) {
   return std::all_of(points.begin(), points.end(),
                      [](const Vec2d& p) { return std::isfinite(p.x) && std::isfinite(p.y); });
@@ -48,8 +56,7 @@ void ReserveMore(std::vector<T>& vector, std::size_t count) {
 void GPolygon2dModel::AddRing(std::span<const Vec2d> contour, Turn turn) {
   const std::size_t first = points.size();
   points.insert(points.end(), contour.begin(), contour.end());
-  if (contour.size() > 2 && !IsNear(contour.front(), contour.back()))
-    points.push_back(contour.front());
+  if (contour.size() > 2 && !IsClosed(contour)) points.push_back(contour.front());
   const std::span<Vec2d> ring = std::span(points).subspan(first);
   if (ring.size() >= 4) {
     const double area = ClockwiseArea(ring);

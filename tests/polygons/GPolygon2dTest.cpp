@@ -14,6 +14,7 @@
 
 #include "shared/diagnostics/Exception.h"
 #include "shared/polygons/FlatPolygon.h"
+#include "shared/polygons/MultiPolygon.h"
 #include "tests/polygons/PolygonTestSupport.h"
 
 namespace shr {
@@ -263,6 +264,14 @@ TEST(GPolygon2d, polygonsWithoutSenseAreKeptButHaveNoInside) {
     EXPECT_TRUE(polygon.PointInside(Vec2d(2.5, 2.5)));
     polygon.Intersection(Box2d::UNIVERSE);
     EXPECT_EQ(polygon.GetTotalVertexCount(), 5u);
+  }
+  // A ring that begins at such a point is closed once, however often it is taken over.
+  for (const double bad : {NAN, INFINITY}) {
+    const GPolygon2d polygon(Points{{bad, 1}, {0, 1}, {1, 0}});
+    EXPECT_EQ(polygon.GetTotalVertexCount(), 4u);
+    MultiPolygon2d model;
+    polygon.GetMultiPolygon(model);
+    EXPECT_EQ(GPolygon2d(model).GetTotalVertexCount(), 4u);
   }
 }
 
