@@ -2,8 +2,7 @@
 // Copyright (c) 2026 The Shared authors
 
 // Simplifies cells of any points, mostly on a lattice, so that they share points and edges. Each
-// cell must keep only points of its own, rings with three at least; less may stay by a greater
-// tolerance, and what was simplified by one stays as it is by the same.
+// cell must keep only points of its own, and no more may stay by a greater tolerance.
 
 #include <cstdlib>
 #include <set>
@@ -64,7 +63,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   CheckPoints(cells, straight);
   CheckPoints(cells, simple);
   CheckPoints(cells, few);
-  if (CountPoints(straight) > CountPoints(cells)) std::abort();
+  // A ring whose ends differ by rounding is closed anew.
+  std::size_t rings = 0;
+  for (const GPolygon2d& cell : cells) rings += cell.GetNumRings();
+  if (CountPoints(straight) > CountPoints(cells) + rings) std::abort();
   if (CountPoints(simple) > CountPoints(straight)) std::abort();
   return 0;
 }
