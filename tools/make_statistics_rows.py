@@ -1,15 +1,17 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
-"""Makes tests/data/numerics/{univariate,regression}-exact.txt: samples with statistics that are computed with rational
+"""Makes tests/data/numerics/{univariate,regression,covariance}-exact.txt: samples with statistics that are computed with rational
 numbers and rounded once.
 
     tools/make_statistics_rows.py univariate > tests/data/numerics/univariate-exact.txt
     tools/make_statistics_rows.py regression > tests/data/numerics/regression-exact.txt
+    tools/make_statistics_rows.py covariance > tests/data/numerics/covariance-exact.txt
 
 A line is a sample: its name, its numbers, its statistics, separated by tabs. Numbers are the 16 hexadecimal digits
 of doubles, separated by blanks; "lcg N SEED OFFSET SCALE" stands for N of them, OFFSET + SCALE k with the k of
-`generated` below. Regressions have x, y and z of one point after another, or "sums" and the arguments of `Load`.
+`generated` below. Regressions have x, y and z of one point after another, or "sums" and the arguments of `Load`;
+tables begin with their number of columns and have means and the rows of covariances as `mean=` and `covariance=`.
 Statistics are `field=double`.
 """
 
@@ -170,6 +172,37 @@ SUMS = {
 }
 
 
+def table(count, columns, seed, offset, scale):
+    k = generated(count * columns, seed, 0.0, 1.0)
+    return [[offset * (j + 1) + scale ** j * (k[i * columns + j] + j * k[i * columns]) for j in range(columns)]
+            for i in range(count)]
+
+
+TABLES = {
+    'two rows': [[1, 2, 3], [4, 6, 1]],
+    'tenths': [[0.1, 0.3], [0.2, 0.1], [0.3, 0.2], [0.7, 0.4]],
+    'plain': table(50, 4, 1, 0.0, 1.0),
+    'far from zero': table(301, 3, 2, 1e9, 2.0 ** -13),
+    'very far from zero': table(600, 2, 3, 1e15, 1.0),
+    'uneven scales': table(40, 5, 4, 1.0, 1e-30),
+    'large': [[1e200, 1e100], [3e200, -2e100], [-4e200, 5e100]],
+}
+
+
+def covariance(rows):
+    for name, values in rows.items():
+        values = [[Fraction(v) for v in map(float, row)] for row in values]
+        n, p = len(values), len(values[0])
+        means = [sum(row[j] for row in values) / n for j in range(p)]
+        fields = [('mean', mean) for mean in means]
+        for i in range(p):
+            for j in range(p):
+                products = sum((row[i] - means[i]) * (row[j] - means[j]) for row in values)
+                fields.append(('covariance', products / (n - 1)))
+        numbers = ' '.join(image(float(v)) for row in values for v in row)
+        print(name, f'{p} {numbers}', ' '.join(f'{field}={image(nearest(v))}' for field, v in fields), sep='\t')
+
+
 def main():
     if sys.argv[1:] == ['univariate']:
         univariate()
@@ -180,6 +213,8 @@ def main():
         for name, sums in SUMS.items():
             numbers = ' '.join(image(float(v)) for v in sums[1:])
             write(name, f'sums {sums[0]} {numbers}', regression(sums[0], *map(Fraction, sums[1:])))
+    elif sys.argv[1:] == ['covariance']:
+        covariance(TABLES)
     else:
         sys.exit(__doc__)
 

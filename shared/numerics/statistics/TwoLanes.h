@@ -41,6 +41,9 @@ public:
   /// Requires numbers.
   friend TwoLanes Max(TwoLanes a, TwoLanes b) { return _mm_max_pd(a.lanes_, b.lanes_); }
   friend TwoLanes Min(TwoLanes a, TwoLanes b) { return _mm_min_pd(a.lanes_, b.lanes_); }
+  friend bool IsAnyEqual(TwoLanes a, TwoLanes b) {
+    return _mm_movemask_pd(_mm_cmpeq_pd(a.lanes_, b.lanes_)) != 0;
+  }
   /// Returns numbers of [1, 2) with the mantissas of positive normal ones.
   friend TwoLanes Mantissas(TwoLanes a) {
     const __m128i bits = _mm_castpd_si128(a.lanes_);
@@ -84,6 +87,9 @@ public:
   }
   friend TwoLanes Min(TwoLanes a, TwoLanes b) {
     return {std::min(a.first_, b.first_), std::min(a.second_, b.second_)};
+  }
+  friend bool IsAnyEqual(TwoLanes a, TwoLanes b) {
+    return a.first_ == b.first_ || a.second_ == b.second_;
   }
   /// Returns numbers of [1, 2) with the mantissas of positive normal ones.
   friend TwoLanes Mantissas(TwoLanes a) {
