@@ -22,8 +22,8 @@ packages_of() {
                libmpfr-dev \
                python3 pkg-config ;;
     bench) echo "${build[@]}" libbenchmark-dev libcereal-dev libfast-float-dev libfmt-dev \
-                libeigen3-dev libexpat1-dev libgdal32 libgeos++-dev libgeos-dev libgmp-dev libmpfr-dev \
-                libopenblas-dev libpolyclipping-dev libpugixml-dev libqd-dev libxml2-dev \
+                libeigen3-dev libexpat1-dev libgdal32 libgeos++-dev libgeos-dev libgmp-dev libgsl-dev libmpfr-dev \
+                libnanoflann-dev libopenblas-dev libpolyclipping-dev libpugixml-dev libqd-dev libxml2-dev \
                 python3 \
                 "${windows[@]}" wine wine64 ;;
     fuzz) echo "${build[@]}" "${clang[@]}" libmpfr-dev ;;

@@ -17,6 +17,7 @@
 #include <cmath>
 #include <vector>
 
+#include "shared/numerics/registration/PortableMath.h"
 #include "shared/numerics/statistics/TwoLanes.h"
 
 namespace shr {
@@ -42,8 +43,8 @@ public:
       left += n;
       --whole;
     }
-    const double logarithm = std::log(mantissa_) + static_cast<double>(left) * LN_2;
-    return std::ldexp(std::exp(logarithm / static_cast<double>(count)), static_cast<int>(whole));
+    const double logarithm = PortableLog(mantissa_) + static_cast<double>(left) * LN_2;
+    return std::ldexp(PortableExp(logarithm / static_cast<double>(count)), static_cast<int>(whole));
   }
 
 private:
