@@ -23,12 +23,23 @@
 
 #include "shared/geometry/Points.h"
 #include "shared/numerics/statistics/NearestNeighbours.h"
+#include "shared/platform/Simd.h"
 
 namespace shr {
 namespace {
 
 constexpr double INFINITE = std::numeric_limits<double>::infinity();
 const double NO_NEIGHBOUR = std::sqrt(std::numeric_limits<double>::max());
+
+/// The correctly rounded square root. The function of the Windows runtime, which is called where
+/// the compiler does not optimise, rounds twice.
+double Root(double value) {
+#if SHARED_HAS_SSE2
+  return _mm_cvtsd_f64(_mm_sqrt_sd(_mm_setzero_pd(), _mm_set_sd(value)));
+#else
+  return std::sqrt(value);
+#endif
+}
 
 /// Bits of x, y, z, the distance and the difference, all NaN alike.
 using Record = std::array<std::uint64_t, 5>;
@@ -77,7 +88,7 @@ std::vector<Record> Sweep(std::vector<Vec3d> points) {
         }
       }
     }
-    records.push_back(RecordOf(point, std::sqrt(best), difference));
+    records.push_back(RecordOf(point, Root(best), difference));
   }
   std::sort(records.begin(), records.end());
   return records;
