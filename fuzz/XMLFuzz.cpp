@@ -18,7 +18,7 @@ using shr::XMLNode;
 
 /// Writes the elements of a tree one after the other, without recursion; values come first.
 std::string Written(const XMLNode& root) {
-  std::string text = root.GetValue();
+  std::string text(root.GetValue());
   std::vector<std::pair<const XMLNode*, std::size_t>> open = {{&root, 0}};
   while (!open.empty()) {
     auto& [node, next] = open.back();
@@ -29,7 +29,7 @@ std::string Written(const XMLNode& root) {
     }
     const XMLNode* const child = node->GetChildren()[next++].get();
     text.append("<").append(child->GetName());
-    child->ForEachAttribute([&text](const std::string& name, const std::string& value) {
+    child->ForEachAttribute([&text](std::string_view name, std::string_view value) {
       text.append(" ").append(name).append("=\"");
       for (const char c : value) text += c == '"' ? std::string("&quot;") : std::string(1, c);
       text += '"';

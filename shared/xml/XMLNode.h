@@ -9,31 +9,37 @@
 ///     std::shared_ptr<XMLNode> track = XMLNode::Factory(root);
 ///     track->SetName("trk");
 ///     track->SetAttribute("id", "7");
-///     const std::string* id = root->FindChild("trk", 0)->FindAttribute("id");    // "7"
+///     std::string_view id = root->FindChild("trk", 0)->GetAttribute("id");    // "7"
 ///
 /// Threads: const calls on a tree may run together; a change needs the tree alone.
 
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 #include "shared/Export.h"
 
 namespace shr {
 
+class XMLArena;
+
 /// A node: name, attributes, the text directly inside it, children in document order, parent.
 ///
 /// All text is the bytes of the file. Nodes live in shared handles; a node holds its children and
 /// knows its parent weakly, so that a tree goes when the last handle to its root goes. That takes
-/// no recursion: any depth is released in O(nodes).
+/// no recursion: any depth is released in O(nodes). The memory of all nodes of a tree is one: it
+/// is given back when the last of them is gone, and what a change replaces stays until then. Views
+/// of names, values and children are good until that node changes.
 class SHARED_API XMLNode {
-  struct Key {};
+  struct Key {
+    XMLArena* arena;
+  };
 
 public:
   using Handle = std::shared_ptr<XMLNode>;
@@ -45,28 +51,27 @@ public:
   static Handle Factory(const Handle& parent);
 
   /// For the functions above only.
-  explicit XMLNode(Key) {}
+  explicit XMLNode(Key key) : arena_(key.arena) {}
   virtual ~XMLNode();
   XMLNode(const XMLNode&) = delete;
   XMLNode& operator=(const XMLNode&) = delete;
 
   /// Element name or target of a processing instruction; empty for a root.
-  const std::string& GetName() const { return name_; }
-  void SetName(std::string name) { name_ = std::move(name); }
+  std::string_view GetName() const { return name_; }
+  void SetName(std::string_view name);
 
   /// All character data directly inside, concatenated as written: white space, line ends and
   /// entities are kept.
-  const std::string& GetValue() const { return value_; }
-  void SetValue(std::string value) { value_ = std::move(value); }
-  void AppendValue(std::string_view text) { value_ += text; }
+  std::string_view GetValue() const { return {value_, valueSize_}; }
+  void SetValue(std::string_view value);
+  void AppendValue(std::string_view text);
 
-  /// Returns the value of an attribute, or null when there is none of that name. Lifetime: until
-  /// an attribute is set. Cost: O(log n).
-  const std::string* FindAttribute(std::string_view name) const;
-  /// Returns the value of an attribute, empty when there is none.
+  /// Returns whether there is an attribute of that name. Cost: O(log n).
+  bool HasAttribute(std::string_view name) const { return Find(name) != nullptr; }
+  /// Returns the value of an attribute, empty when there is none. Cost: O(log n).
   std::string_view GetAttribute(std::string_view name) const;
   /// Sets an attribute; one of the same name is replaced.
-  void SetAttribute(std::string_view name, std::string value);
+  void SetAttribute(std::string_view name, std::string_view value);
   std::size_t GetAttributeCount() const;
   /// Returns a copy of all attributes.
   std::map<std::string, std::string> GetAttributes() const;
@@ -74,29 +79,43 @@ public:
   template <typename Visit>
   void ForEachAttribute(const Visit& visit) const;
 
-  const std::vector<Handle>& GetChildren() const { return children_; }
+  std::span<const Handle> GetChildren() const { return {children_, childCount_}; }
   /// Returns the child with the given number, from 0, among those that have exactly this name, or
   /// an empty handle. Cost: O(children).
   Handle FindChild(std::string_view name, std::size_t index) const;
   /// Returns the parent; empty for a root, and when the parent is gone.
   Handle GetParent() const { return parent_.lock(); }
 
-  /// Gives back the memory that the list of children and the value hold in reserve. For whoever
-  /// keeps a tree for long; the scanner does not call it.
+  /// Finishes a node: the list of its children takes no more memory than they need, when it is
+  /// the last thing that took memory. For whoever builds a tree; the scanner does not call it.
   void Done();
 
 private:
-  using Attribute = std::pair<std::string, std::string>;
-  using AttributeMap = std::map<std::string, std::string, std::less<>>;
+  struct Attribute {
+    std::string_view name;
+    std::string_view value;
+  };
+  using AttributeMap = std::map<std::string_view, std::string_view>;
 
-  std::vector<Attribute>::const_iterator PlaceOf(std::string_view name) const;
+  static Handle Make(XMLArena* arena);
+  const std::string_view* Find(std::string_view name) const;
+  Attribute* PlaceOf(std::string_view name) const;
+  void SetFew(std::string_view name, std::string_view kept);
+  void AddChild(const Handle& child);
 
-  std::string name_;
-  std::string value_;
-  std::vector<Handle> children_;
+  XMLArena* arena_;
+  std::string_view name_;
+  char* value_ = nullptr;
+  std::size_t valueSize_ = 0;
+  std::size_t valueCapacity_ = 0;
+  Handle* children_ = nullptr;
+  std::size_t childCount_ = 0;
+  std::size_t childCapacity_ = 0;
   std::weak_ptr<XMLNode> parent_;
   /// Sorted by name; the map takes over when there are many, so that no order of them is slow.
-  std::vector<Attribute> few_;
+  Attribute* few_ = nullptr;
+  std::uint32_t fewCount_ = 0;
+  std::uint32_t fewCapacity_ = 0;
   std::unique_ptr<AttributeMap> many_;
 };
 
@@ -104,7 +123,7 @@ private:
 
 template <typename Visit>
 void XMLNode::ForEachAttribute(const Visit& visit) const {
-  for (const auto& [name, value] : few_) visit(name, value);
+  for (const Attribute& each : std::span(few_, fewCount_)) visit(each.name, each.value);
   if (many_ == nullptr) return;
   for (const auto& [name, value] : *many_) visit(name, value);
 }

@@ -14,6 +14,7 @@
 
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/platform/RawFile.h"
+#include "shared/platform/Simd.h"
 
 namespace shr {
 namespace {
@@ -50,22 +51,40 @@ constexpr bool EndsWord(char c) {
   return WORD_ENDS[static_cast<unsigned char>(c)];
 }
 
-void DecodeQuotes(std::string& value) {
-  constexpr std::string_view QUOTE = "&quot;";
-  std::size_t found = value.find(QUOTE);
-  if (found == std::string::npos) return;
+const char* FindWordEnd(const char* first, const char* last) {
+  while (first != last && !EndsWord(*first)) ++first;
+  return first;
+}
+
+constexpr std::string_view QUOTE_ENTITY = "&quot;";
+
+std::string DecodedQuotes(std::string_view value) {
   std::string decoded;
+  decoded.reserve(value.size());
   std::size_t done = 0;
-  for (; found != std::string::npos; found = value.find(QUOTE, done)) {
+  for (std::size_t found = value.find(QUOTE_ENTITY); found != std::string_view::npos;
+       found = value.find(QUOTE_ENTITY, done)) {
     decoded.append(value, done, found - done);
     decoded += '"';
-    done = found + QUOTE.size();
+    done = found + QUOTE_ENTITY.size();
   }
-  value = decoded.append(value, done, std::string::npos);
+  return decoded.append(value, done, std::string_view::npos);
 }
 
 std::size_t CountLines(const char* first, const char* last) {
-  return static_cast<std::size_t>(std::count(first, last, '\n'));
+  std::size_t lines = 0;
+#if SHARED_HAS_SSE2
+  const __m128i lineFeed = _mm_set1_epi8('\n');
+  __m128i sums = _mm_setzero_si128();
+  for (; last - first >= 16; first += 16) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(first));
+    const __m128i ones = _mm_sub_epi8(_mm_setzero_si128(), _mm_cmpeq_epi8(bytes, lineFeed));
+    sums = _mm_add_epi64(sums, _mm_sad_epu8(ones, _mm_setzero_si128()));
+  }
+  const __m128i sum = _mm_add_epi64(sums, _mm_unpackhi_epi64(sums, sums));
+  lines = static_cast<std::size_t>(_mm_cvtsi128_si64(sum));
+#endif
+  return lines + static_cast<std::size_t>(std::count(first, last, '\n'));
 }
 
 }  // namespace
@@ -193,25 +212,31 @@ char XMLScanner::ReadNextNonSpaceChar() {
 }
 
 std::string XMLScanner::ReadWord() {
-  std::string word;
-  char c = ReadNextNonSpaceChar();
-  if (state_ == StateEnd) return word;
+  return std::string(TakeWord());
+}
+
+std::string_view XMLScanner::TakeWord() {
+  const char c = ReadNextNonSpaceChar();
+  if (state_ == StateEnd) return {};
   if (EndsWord(c)) {
     Unget(c);
-    return word;
+    return {};
   }
   // The character that was read is the one before `next_`, unless it had been pushed back.
   const bool isInBuffer = next_ != begin_ && next_[-1] == c;
-  const char* first = isInBuffer ? next_ - 1 : next_;
-  if (!isInBuffer) word += c;
-  for (;;) {
-    next_ = std::find_if(next_, end_, EndsWord);
-    word.append(first, next_);
-    if (next_ != end_ || !Refill()) break;
-    first = next_;
+  const char* const first = isInBuffer ? next_ - 1 : next_;
+  next_ = FindWordEnd(next_, end_);
+  if (isInBuffer && next_ != end_) {
+    return {first, static_cast<std::size_t>(next_ - first)};
+  }
+  scratch_.assign(isInBuffer ? 0 : 1, c);
+  scratch_.append(first, next_);
+  while (next_ == end_ && Refill()) {
+    next_ = FindWordEnd(next_, end_);
+    scratch_.append(begin_, next_);
   }
   if (next_ == end_) state_ = StateEnd;
-  return word;
+  return scratch_;
 }
 
 template <typename Sink>
@@ -240,9 +265,21 @@ void XMLScanner::SkipPast(char stop) {
 }
 
 std::string XMLScanner::ReadLiteral() {
-  std::string literal;
-  ReadUpTo('"', [&literal](std::string_view text) { literal += text; });
-  return literal;
+  return std::string(TakeLiteral());
+}
+
+std::string_view XMLScanner::TakeLiteral() {
+  const char* const first = next_;
+  const auto size = static_cast<std::size_t>(end_ - first);
+  const void* const found = hasUnread_ || size == 0 ? nullptr : std::memchr(first, '"', size);
+  if (found != nullptr) {
+    const auto* const last = static_cast<const char*>(found);
+    next_ = last + 1;
+    return {first, static_cast<std::size_t>(last - first)};
+  }
+  scratch_.clear();
+  ReadUpTo('"', [this](std::string_view text) { scratch_ += text; });
+  return scratch_;
 }
 
 // States.
@@ -291,14 +328,14 @@ void XMLScanner::ReadValue() {
 }
 
 void XMLScanner::ReadTagName() {
-  std::string name = ReadWord();
+  const std::string_view name = TakeWord();
   if (name.empty()) Fail(L"Tag without name", NO_NAME_LINE);
-  current_->SetName(std::move(name));
+  current_->SetName(name);
   state_ = StateAttributes;
 }
 
 bool XMLScanner::ReadCloseTag() {
-  const std::string name = ReadWord();
+  const std::string_view name = TakeWord();
   // The root has no tag that could be closed.
   if (name != current_->GetName() || current_ == root_) Fail(MISMATCH_TEXT, OTHER_NAME_LINE);
   if (ReadNextNonSpaceChar() != '>') Fail(MISMATCH_TEXT, OPEN_CLOSE_TAG_LINE);
@@ -307,26 +344,30 @@ bool XMLScanner::ReadCloseTag() {
 }
 
 void XMLScanner::ReadAttributes() {
-  attributeName_ = ReadWord();
+  attributeName_ = TakeWord();
   state_ = attributeName_.empty() ? StateCloseBracket : StateAttributeValue;
 }
 
 void XMLScanner::ReadAttributeValue() {
-  std::string value;
+  std::string_view value;
   char c = ReadNextNonSpaceChar();
   if (c == '=') {
     c = ReadNextNonSpaceChar();
     if (c == '"') {
-      value = ReadLiteral();
+      value = TakeLiteral();
     } else {
       Unget(c);
-      value = ReadWord();
+      value = TakeWord();
     }
-    DecodeQuotes(value);
   } else {
     Unget(c);
   }
-  current_->SetAttribute(attributeName_, std::move(value));
+  const bool isPlain = value.find(QUOTE_ENTITY) == std::string_view::npos;
+  if (isPlain) {
+    current_->SetAttribute(attributeName_, value);
+  } else {
+    current_->SetAttribute(attributeName_, DecodedQuotes(value));
+  }
   state_ = StateAttributes;
 }
 

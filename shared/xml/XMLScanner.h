@@ -129,6 +129,9 @@ private:
   bool Refill();
   void OpenChild();
   void CloseCurrent();
+  /// Like `ReadWord` and `ReadLiteral`; the views are good until the next character is read.
+  std::string_view TakeWord();
+  std::string_view TakeLiteral();
   void ReadDeclarationStart();
   void SkipPast(char stop);
   /// Reads up to and including `stop`, giving what is before it to `sink` piece by piece, or up to
@@ -149,6 +152,7 @@ private:
   XMLNode::Handle current_;
   GString fileName_;
   std::string attributeName_;
+  std::string scratch_;  ///< Words and literals that lie across the end of the buffer.
 };
 
 }  // namespace shr

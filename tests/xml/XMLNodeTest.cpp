@@ -42,7 +42,8 @@ TEST(XMLNode, findsChildrenByNameAndIndex) {
   EXPECT_EQ(root->FindChild("item", 3), nullptr);
   EXPECT_EQ(root->FindChild("", 0), nullptr);
   root->Done();
-  EXPECT_EQ(root->GetChildren().capacity(), 5u);
+  EXPECT_EQ(XMLNode::Factory(root)->GetParent(), root);
+  EXPECT_EQ(root->GetChildren().size(), 6u);
 }
 
 TEST(XMLNode, keepsAttributesInOrder) {
@@ -63,12 +64,30 @@ TEST(XMLNode, keepsAttributesInOrder) {
     EXPECT_EQ(node->GetAttributeCount(), expected.size());
     std::vector<std::string> order;
     node->ForEachAttribute(
-        [&order](const std::string& name, const std::string&) { order.push_back(name); });
+        [&order](std::string_view name, std::string_view) { order.emplace_back(name); });
     EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
     for (const auto& [name, value] : expected) EXPECT_EQ(node->GetAttribute(name), value);
-    EXPECT_EQ(node->FindAttribute("name"), nullptr);
+    EXPECT_FALSE(node->HasAttribute("name"));
     EXPECT_EQ(node->GetAttribute("zzz"), "");
   }
+}
+
+TEST(XMLNode, setsAndAppendsText) {
+  const XMLNode::Handle node = XMLNode::Factory("n");
+  std::string expected;
+  for (int i = 0; i < 1000; ++i) {
+    expected += std::to_string(i);
+    node->AppendValue(std::to_string(i));
+    if (i % 100 == 0) XMLNode::Factory(node)->SetName(expected);
+  }
+  EXPECT_EQ(node->GetValue(), expected);
+  node->AppendValue(node->GetValue());
+  EXPECT_EQ(node->GetValue(), expected + expected);
+  node->SetValue(node->GetValue().substr(1, 5));
+  EXPECT_EQ(node->GetValue(), expected.substr(1, 5));
+  EXPECT_EQ(node->GetChildren()[1]->GetName().substr(0, 4), "0123");
+  node->SetValue("");
+  EXPECT_EQ(node->GetValue(), "");
 }
 
 TEST(XMLNode, releasesAnyTreeWithoutRecursion) {

@@ -19,10 +19,10 @@ namespace {
 
 /// Writes a tree as "name[a=1 b=2]'value'{child ...}", line feeds as "\n".
 std::string Notation(const XMLNode& node) {
-  std::string text = node.GetName();
+  std::string text(node.GetName());
   if (node.GetAttributeCount() > 0) text += '[';
-  node.ForEachAttribute([&text](const std::string& name, const std::string& value) {
-    text += (text.back() == '[' ? "" : " ") + name + '=' + value;
+  node.ForEachAttribute([&text](std::string_view name, std::string_view value) {
+    text.append(text.back() == '[' ? "" : " ").append(name).append("=").append(value);
   });
   if (node.GetAttributeCount() > 0) text += ']';
   if (!node.GetValue().empty()) {
@@ -261,7 +261,7 @@ protected:
   }
   void ReadTagName() override {
     XMLScanner::ReadTagName();
-    std::string name = GetCurrent()->GetName();
+    std::string name(GetCurrent()->GetName());
     for (char& c : name) c = static_cast<char>(c | 0x20);
     GetCurrent()->SetName(name);
   }
