@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
 #
+<<<<<<< HEAD
 # Builds the examples with optimisation and runs them on the data of the repository: Europe from a settings file,
 # with steps taken back and redone, saved, loaded again and logged; Mexico alone; the world. Each run prints the path
 # of its report. The last line is that of the world.
@@ -9,11 +10,24 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 cmake --preset release
 cmake --build --preset release --target mapreport georeference
+=======
+# Builds the reports with optimisation and runs them on the data of the repository: the data report on earthquakes and
+# cities; the map report on Europe from a settings file, with steps taken back and redone, saved, loaded again and
+# logged; Mexico alone; the world. Each run prints the path of its report. The last line is that of the world.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+cmake --preset release
+cmake --build --preset release --target mapreport datareport
+>>>>>>> 79ed5b7 (Describe any table as a report: summaries, distributions, relations, places)
 data=examples/data
 out=$PWD/build/demo
 mkdir -p "$out"
 program=build/release/bin/mapreport
 
+echo "Tables of earthquakes and cities:"
+build/release/bin/datareport --input "$data/earthquakes.csv" --x longitude --y latitude --z depth \
+  --title "Earthquakes of a week" --out "$out/earthquakes"
+build/release/bin/datareport --input "$data/cities-utf16le.csv" --x lon --y lat --title Cities --out "$out/cities"
 echo "Europe, with two steps taken back and redone:"
 "$program" --config examples/mapreport/europe.ini --undo 2 --save "$out/europe.map" --geojson "$out/europe.json" \
   --log "$out/europe.log" --out "$out/europe"

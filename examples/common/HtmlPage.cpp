@@ -22,11 +22,15 @@ const char* const PAGE_STYLE =
     ".scroll {overflow-x:auto; margin:0.6em 0 1.2em 0;}\n"
     ".side   {display:flex; flex-wrap:wrap; gap:1em; align-items:flex-start;}\n"
     ".side .scroll {margin:0;}\n"
-    "IMG     {max-width:100%; height:auto; display:block; margin:0 0 0.6em 0;}\n"
+    ".side .note {max-width:26em;}\n"
+    ".picture {overflow-x:auto; margin:0 0 0.6em 0; max-width:100%;}\n"
+    "IMG     {max-width:100%; height:auto; display:block;}\n"
     "@media screen and (max-width:700px) {\n"
     "  BODY  {margin:0.5em auto; padding:0 0.6em;}\n"
     "  H1    {font-size:1.4em;}\n"
     "  H2    {font-size:1.15em;}\n"
+    "  .side DIV {max-width:100%;}\n"
+    "  .picture IMG {max-width:150%;}\n"
     "}\n"
     "@media (prefers-color-scheme:dark) {\n"
     "  BODY  {color:#e8e8e8; background:#0e1013;}\n"
@@ -107,7 +111,7 @@ void WritePicture(CHtmlReport& report, const GString& fileName, const GString& a
   image.ALT = HtmlEscape(alternative);
   image.WIDTH = AttributeOf(svg, "width");
   image.HEIGHT = AttributeOf(svg, "height");
-  report << Img(image);
+  report << "<DIV CLASS=\"picture\">\n" << Img(image) << "</DIV>\n";
 }
 
 std::string FinishPage(const CHtmlReport& report) {

@@ -14,6 +14,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <limits>
 #include <optional>
@@ -37,6 +38,9 @@ public:
   /// Returns the number of the line read last, from 1; 0 before the first.
   std::size_t LineNumber() const { return lineNumber_; }
   const GString& Path() const { return path_; }
+  /// Return how far the file was read and how long it is, in bytes.
+  std::int64_t Position() const { return file_.GetPosition(); }
+  std::int64_t FileLength() const { return file_.GetLength(); }
 
   /// Rejects the line read last.
   [[noreturn]] void Fail(const GString& what) const;
@@ -93,7 +97,9 @@ public:
   std::size_t RowCount() const { return rowCount_; }
   /// Returns the line on which the current row begins.
   std::size_t RowLine() const { return rowLine_; }
-  wchar_t Separator() const { return separator_; }
+  /// Return how far the file was read and how long it is, in bytes.
+  std::int64_t Position() const { return lines_.Position(); }
+  std::int64_t FileLength() const { return lines_.FileLength(); }
   /// Rejects the current row.
   [[noreturn]] void Fail(const GString& what) const;
 

@@ -51,13 +51,19 @@ GString SignificantText(double value, int digits) {
     return sign + GString(WithoutEndZeros(mantissa).c_str()) + L" \u00D7 " +
            PowerOfTenText(exponent);
   }
+  if (exponent >= digits) {
+    // Zeros in the place of digits would be taken for digits.
+    char* const wholeEnd = std::to_chars(std::begin(buffer), std::end(buffer), std::abs(value),
+                                         std::chars_format::fixed, 0)
+                               .ptr;
+    return sign + GString(std::string(std::begin(buffer), wholeEnd).c_str());
+  }
   mantissa.erase(std::remove(mantissa.begin(), mantissa.end(), '.'), mantissa.end());
   if (exponent < 0) {
     mantissa.insert(0, static_cast<std::size_t>(-exponent), '0');
     mantissa.insert(1, 1, '.');
   } else {
     const auto whole = static_cast<std::size_t>(exponent) + 1;
-    if (mantissa.size() < whole) mantissa.append(whole - mantissa.size(), '0');
     if (mantissa.size() > whole) mantissa.insert(whole, 1, '.');
   }
   return sign + GString(WithoutEndZeros(mantissa).c_str());

@@ -16,8 +16,9 @@
 namespace shr {
 
 /// Returns `value` with so many significant digits (1 to 17), rounded once, halves of the exact
-/// value to even, without zeros at the end: "1.25", "−0.0015", "3.2 × 10¹²" above and below what
-/// is read at a glance. Degenerate: a dash for what is no finite number; "0" for both zeros.
+/// value to even, without zeros at the end of a fraction: "1.25", "−0.0015", and with a power of
+/// ten, "3.2 × 10¹²", where it is not read at a glance. The whole part of a number below 1e9 keeps
+/// all of its digits. Degenerate: a dash for what is no finite number; "0" for both zeros.
 /// Bytes: the same on both targets.
 SHARED_API GString SignificantText(double value, int digits);
 

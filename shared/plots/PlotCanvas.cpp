@@ -116,7 +116,10 @@ void PlotFrame::DrawXAxis(PlotCanvas& canvas, const GString& name) const {
   DrawPath(canvas.Svg(), "axis", marks);
   const double y = area_.yMax() + TICK_LENGTH + TICK_SIZE;
   for (const Tick& tick : set.ticks) {
-    if (!tick.label.empty()) canvas.Text(Vec2d(X(tick.value), y), "middle", "tick", tick.label);
+    if (tick.label.empty()) continue;
+    // A label at the end of the axis stays inside the picture.
+    const double farthest = canvas.Width() - EstimateTextWidth(tick.label, TICK_SIZE) / 2 - 2;
+    canvas.Text(Vec2d(std::min(X(tick.value), farthest), y), "middle", "tick", tick.label);
   }
   const GString text = AxisName(name, set);
   canvas.Text(Vec2d((area_.xMin() + area_.xMax()) / 2, y + 18), "middle", "",

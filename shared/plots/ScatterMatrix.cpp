@@ -19,6 +19,13 @@ constexpr double BOTTOM_SPACE = 46;
 constexpr double GAP = 8;
 constexpr double FREE_SHARE = 0.05;
 constexpr double SMALLEST_PANEL = 60;
+constexpr std::size_t MOST_DOTS = 4000;
+
+std::vector<double> EveryNth(std::span<const double> values, std::size_t stride) {
+  std::vector<double> chosen;
+  for (std::size_t i = 0; i < values.size(); i += stride) chosen.push_back(values[i]);
+  return chosen;
+}
 
 class MatrixDrawing {
 public:
@@ -112,7 +119,12 @@ private:
   void DrawScatter(const PlotFrame& frame, std::size_t row, std::size_t column) {
     const std::span<const double> x = samples_[column].values;
     const std::span<const double> y = samples_[row].values;
-    DrawDots(canvas_, frame, x, y, "s0");
+    const std::size_t stride = (x.size() + MOST_DOTS - 1) / MOST_DOTS;
+    if (stride > 1) {
+      DrawDots(canvas_, frame, EveryNth(x, stride), EveryNth(y, stride), "s0");
+    } else {
+      DrawDots(canvas_, frame, x, y, "s0");
+    }
     const LineFit fit = FitLine(x, y);
     if (std::isfinite(fit.slope)) DrawSlope(canvas_, frame, fit.slope, fit.intercept, "s1");
   }

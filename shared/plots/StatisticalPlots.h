@@ -68,7 +68,8 @@ struct NamedSample {
 
 /// Returns a square of plots, one for each pair of variables: scatter plots with their lines of
 /// regression below the diagonal, histograms on it, Pearson's correlation above it. All samples
-/// belong to the same observations in the same order; pairs with a missing value are left out.
+/// belong to the same observations in the same order; pairs with a missing value are left out. Of
+/// more than 4000 observations every n-th is drawn; lines and correlations are of all.
 /// Only title, description and width of `options` are used. Degenerate: without a value "No data".
 /// Errors: samples of unlike size are an internal error. Source: J. A. Hartigan, "Printer graphics
 /// for clustering", Journal of Statistical Computation and Simulation 4, 1975.
