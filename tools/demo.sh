@@ -2,23 +2,14 @@
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
 #
-<<<<<<< HEAD
-# Builds the examples with optimisation and runs them on the data of the repository: Europe from a settings file,
-# with steps taken back and redone, saved, loaded again and logged; Mexico alone; the world. Each run prints the path
-# of its report. The last line is that of the world.
-set -euo pipefail
-cd "$(dirname "$0")/.."
-cmake --preset release
-cmake --build --preset release --target mapreport georeference
-=======
-# Builds the reports with optimisation and runs them on the data of the repository: the data report on earthquakes and
+# Builds the examples with optimisation and runs them on the data of the repository: the data report on earthquakes and
 # cities; the map report on Europe from a settings file, with steps taken back and redone, saved, loaded again and
-# logged; Mexico alone; the world. Each run prints the path of its report. The last line is that of the world.
+# logged; Mexico alone; a scanned map of Svalbard; the world. Each run prints the path of its report. The last line is
+# that of the world.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 cmake --preset release
-cmake --build --preset release --target mapreport datareport
->>>>>>> 79ed5b7 (Describe any table as a report: summaries, distributions, relations, places)
+cmake --build --preset release --target mapreport georeference datareport
 data=examples/data
 out=$PWD/build/demo
 mkdir -p "$out"

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <typeinfo>
 #include <utility>
 
 #include "examples/common/NumberText.h"
@@ -153,12 +154,21 @@ void WriteShape(CHtmlReport& report, const DataTable& table, std::size_t column,
              DrawDistribution(values, distribution));
 }
 
+CUnivariateStatistics StatisticsOf(std::vector<double>& values) {
+  CUnivariateStatistics statistics;
+  try {
+    Load(statistics, values);
+  } catch (const std::bad_cast&) {
+    // The range is too large for the histogram, which comes last and is not shown.
+  }
+  return statistics;
+}
+
 void WriteNumbers(CHtmlReport& report, const DataTable& table, std::size_t column,
                   ReportFiles& files) {
   const std::vector<double> values = WithoutMissing(table.Sample(column));
   std::vector<double> reordered = values;
-  CUnivariateStatistics statistics;
-  Load(statistics, reordered);
+  const CUnivariateStatistics statistics = StatisticsOf(reordered);
   report << "<DIV>\n";
   WriteStatistics(report, table.columns[column], statistics, table.IsSampled());
   if (table.IsSampled()) WriteNote(report, L"* of the sample");

@@ -9,6 +9,7 @@
 #include <numeric>
 #include <optional>
 #include <string>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -178,6 +179,16 @@ Places PlacesOf(const DataTable& table, std::size_t x, std::size_t y,
   return places;
 }
 
+CSpatialStatistics StatisticsOf(const std::vector<Vec3d>& points) {
+  CSpatialStatistics statistics;
+  try {
+    Load(statistics, points);
+  } catch (const std::bad_cast&) {
+    // A distance is too large for a histogram; what was found so far is shown.
+  }
+  return statistics;
+}
+
 void WriteNeighbours(CHtmlReport& report, const CSpatialStatistics& s, bool hasZ) {
   const CUnivariateStatistics& d = s.distances;
   BeginTable(report, "Nearest neighbours", {{"Statistic"}, {"Value", true}});
@@ -231,8 +242,7 @@ void WritePlaces(CHtmlReport& report, const DataTable& table, const Options& opt
   std::optional<std::size_t> z;
   if (!options.z.empty()) z = table.FindNumbers(options.input, options.z);
   const Places places = PlacesOf(table, x, y, z);
-  CSpatialStatistics statistics;
-  Load(statistics, places.points);
+  const CSpatialStatistics statistics = StatisticsOf(places.points);
   const GString& xName = table.columns[x].Name();
   const GString& yName = table.columns[y].Name();
   const double middle =

@@ -14,6 +14,7 @@ namespace {
 constexpr double NARROWEST_SHARE = 1e-12;
 constexpr double NARROWEST = 1e-300;
 constexpr double NARROWEST_LOGARITHM = 1e-9;
+constexpr double LARGEST = std::numeric_limits<double>::max();
 constexpr double HALF_DAY = 43200;
 constexpr double HALF_DECADE = 0.5;
 
@@ -59,13 +60,12 @@ void PlotAxis::SetEnds(double lo, double hi, double margin) {
   if (hi / 2 - lo / 2 <= std::max(largest * NARROWEST_SHARE, narrowest)) {
     const double middle = lo / 2 + hi / 2;
     const double widening = WideningOf(kind_, middle);
-    lo = middle - widening;
-    hi = middle + widening;
+    lo = std::max(middle - widening, -LARGEST);
+    hi = std::min(middle + widening, LARGEST);
   }
-  const double free = (hi / 2 - lo / 2) * 2 * margin;
-  const double end = std::numeric_limits<double>::max();
-  lo_ = std::max(lo - free, -end);
-  hi_ = std::min(hi + free, end);
+  const double free = (hi / 2 - lo / 2) * margin * 2;
+  lo_ = std::max(lo - free, -LARGEST);
+  hi_ = std::min(hi + free, LARGEST);
 }
 
 double PlotAxis::Share(double value) const {

@@ -84,7 +84,8 @@ std::vector<double> EdgesOf(const std::vector<double>& sorted, ScaleKind scale) 
   if (scale != ScaleKind::Linear) return EvenEdges(sorted, scale);
   std::vector<double> edges = RoundEdges(sorted.front(), sorted.back(), CountBins(sorted) + 1);
   // Beyond the largest double there is no round number.
-  if (std::isinf(edges.front()) || std::isinf(edges.back())) return {sorted[0], sorted.back()};
+  if (edges.empty() || std::isinf(edges.front()) || std::isinf(edges.back()))
+    return {sorted[0], sorted.back()};
   return edges;
 }
 

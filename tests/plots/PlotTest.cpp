@@ -168,6 +168,8 @@ TEST(Plots, areSoundWhateverTheirValuesAre) {
       {"neighbours", {1, std::nextafter(1, 2)}},
       {"the whole range", {-LARGEST, LARGEST}},
       {"the largest", {LARGEST, LARGEST, LARGEST / 2}},
+      {"equal and the largest", {LARGEST, LARGEST}},
+      {"equal and the smallest", {-SMALLEST, -SMALLEST}},
       {"the smallest", {SMALLEST, 2 * SMALLEST, 3 * SMALLEST}},
       {"all sizes", {1e-300, 1e-200, 1e-100, 1, 1e100, 1e200, 1e300}},
       {"no numbers", {NAN_VALUE, INFINITE, -INFINITE}},
