@@ -20,7 +20,7 @@ using Cells = std::vector<GPolygon2d>;
 std::vector<Vec2d> PointsOf(const GPolygon2d& cell) {
   std::vector<Vec2d> points;
   std::vector<unsigned int> counts;
-  cell.GetPolyPolygon(points, counts, false);
+  cell.GetPolyPolygon(points, counts, true);
   return points;
 }
 
