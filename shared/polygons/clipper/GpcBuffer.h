@@ -9,6 +9,7 @@
 
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -116,7 +117,7 @@ struct Box {
 };
 
 inline double Length1(const Vec2d& a) {
-  return (a.x < 0.0 ? -a.x : a.x) + (a.y < 0.0 ? -a.y : a.y);
+  return std::abs(a.x) + std::abs(a.y);
 }
 inline bool IsSame(const Vec2d& a, const Vec2d& b) {
   return a.x == b.x && a.y == b.y;

@@ -54,6 +54,16 @@ public:
   /// Returns the number of crossings so far.
   Index Found() const { return found_; }
 
+  /// Compares all elements of a tile with each other.
+  void CompareAll(std::span<const Element> elements) {
+    if (isActive_ == nullptr && CompareEdgesOf(elements)) return;
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+      for (std::size_t j = i + 1; j < elements.size(); ++j) {
+        if (Overlap(elements[i].box, elements[j].box)) Compare(elements[i], elements[j]);
+      }
+    }
+  }
+
   void Compare(const Element& one, const Element& two) {
     const bool isOrdered = one.section < two.section;
     const Element& a = isOrdered ? one : two;
@@ -85,6 +95,56 @@ public:
   }
 
 private:
+  /// An edge of a tile by the part of its box that lies there.
+  struct EdgeOfTile {
+    Box box;
+    Index number;
+    Index element;
+  };
+
+  /// Compares elements edge by edge. Which boxes overlap cannot be foretold, so the pairs that do
+  /// are listed without a branch. Returns false, with nothing done, where there are many edges.
+  bool CompareEdgesOf(std::span<const Element> elements) {
+    EdgeOfTile edges[Tuning::FEW_EDGES];
+    Index count = 0;
+    for (const Element& element : elements) count += element.edgeCount;
+    if (count > Tuning::FEW_EDGES) return false;
+    count = 0;
+    for (Index i = 0; i < elements.size(); ++i) {
+      const Element& element = elements[i];
+      for (Index j = 0; j < element.edgeCount; ++j) {
+        const Index number = element.firstEdge + j;
+        const Edge edge = GetEdge(number, element.section);
+        edges[count++] = {GetCommon(GetBox(edge), element.box), number, i};
+      }
+    }
+    struct Pair {
+      std::uint16_t a, b;
+    } pairs[Tuning::FEW_EDGES * (Tuning::FEW_EDGES - 1) / 2];
+    Index pairCount = 0;
+    for (Index i = 0; i < count; ++i) {
+      const EdgeOfTile edge = edges[i];
+      for (Index j = i + 1; j < count; ++j) {
+        pairs[pairCount] = {static_cast<std::uint16_t>(i), static_cast<std::uint16_t>(j)};
+        pairCount += static_cast<Index>(Overlap(edge.box, edges[j].box)) &
+                     static_cast<Index>(edge.element != edges[j].element);
+      }
+    }
+    for (Index i = 0; i < pairCount; ++i) {
+      const bool isOrdered = edges[pairs[i].a].number < edges[pairs[i].b].number;
+      const EdgeOfTile& a = edges[isOrdered ? pairs[i].a : pairs[i].b];
+      const EdgeOfTile& b = edges[isOrdered ? pairs[i].b : pairs[i].a];
+      const Element& one = elements[a.element];
+      const Element& two = elements[b.element];
+      if (one.edgeCount + two.edgeCount > 2 && AreSimpleNeighbours(one.section, two.section)) {
+        continue;
+      }
+      common_ = GetCommon(one.box, two.box);
+      CompareEdges(GetEdge(a.number, one.section), GetEdge(b.number, two.section));
+    }
+    return true;
+  }
+
   /// Returns true for sections that follow each other and go the same way.
   bool AreSimpleNeighbours(Index aIndex, Index bIndex) const {
     const Section& a = input_.sections[aIndex];
@@ -111,17 +171,16 @@ private:
 
   void CompareEdges(const Edge& a, const Edge& b) {
     if ((isActive_ != nullptr) && (*isActive_)[a.number] && (*isActive_)[b.number]) return;
+    if (a.number + 1 == b.number) return CompareNeighbours(a, b);
     const Vec2d along = a.end - a.start;
     const double limitA = tolerance_ * Length1(along);
     const double startB = along.Cross(b.start - a.start);
     const double endB = along.Cross(b.end - a.start);
-    if ((startB > limitA && endB > limitA) || (startB < -limitA && endB < -limitA)) return;
     const Vec2d alongB = b.end - b.start;
     const double limitB = tolerance_ * Length1(alongB);
     const double startA = alongB.Cross(a.start - b.start);
     const double endA = alongB.Cross(a.end - b.start);
-    if ((startA > limitB && endA > limitB) || (startA < -limitB && endA < -limitB)) return;
-    if (AreNeighbours(a, b)) return CompareNeighbours(a, b);
+    if ((AreOnOneSide(startB, endB, limitA) | AreOnOneSide(startA, endA, limitB)) != 0) return;
     if (AreNeighbours(b, a)) return CompareNeighbours(b, a);
     if ((isActive_ != nullptr)) return Activate(a, b);
     const auto isFar = [](double value, double limit) { return value > limit || value < -limit; };
@@ -135,6 +194,12 @@ private:
     if (!isFar(startA, limitB)) touches |= JoinIfNear(a, 0, b);
     if (!isFar(endA, limitB)) touches |= JoinIfNear(a, 1, b);
     if (!touches && CrossProperly(a, b)) AddCrossing(a, b, startB / (startB - endB));
+  }
+
+  /// Returns 1 for distances of both ends of an edge that are beyond the limit on one side.
+  static int AreOnOneSide(double start, double end, double limit) {
+    return (static_cast<int>(start > limit) & static_cast<int>(end > limit)) |
+           (static_cast<int>(start < -limit) & static_cast<int>(end < -limit));
   }
 
   /// Returns true when b follows a on a contour.

@@ -58,7 +58,9 @@ struct TileMemory {
 };
 
 inline bool Overlap(const Box& a, const Box& b) {
-  return a.xMin <= b.xMax && b.xMin <= a.xMax && a.yMin <= b.yMax && b.yMin <= a.yMax;
+  // All at once: which of them fails cannot be foretold.
+  return static_cast<bool>(static_cast<int>(a.xMin <= b.xMax) & static_cast<int>(b.xMin <= a.xMax) &
+                           static_cast<int>(a.yMin <= b.yMax) & static_cast<int>(b.yMin <= a.yMax));
 }
 
 inline void Extend(Box& box, const Box& other) {
@@ -94,9 +96,10 @@ struct Cut {
   double Place(const Vec2d& point) const { return across.Dot(point) - at; }
 };
 
-/// Calls, with an object `pairs`, `pairs.Compare(a, b)` for elements whose boxes, widened by the
-/// tolerance, overlap, and `pairs.GiveUp(elements)` for crowds that it leaves uncompared;
-/// `pairs.Found()` is the number of crossings so far.
+/// Calls, with an object `pairs`, `pairs.CompareAll(elements)` for the elements of a small tile,
+/// `pairs.Compare(a, b)` for elements whose boxes, widened by the tolerance, overlap, and
+/// `pairs.GiveUp(elements)` for crowds that it leaves uncompared; `pairs.Found()` is the number of
+/// crossings so far.
 template <class Pairs>
 class TileSearch {
 public:
@@ -325,12 +328,7 @@ private:
 
   void CompareAll(Index first, Index count) {
     const Element* elements = memory_.elements.Data() + first;
-    for (Index i = 0; i < count; ++i) {
-      const Box box = elements[i].box;
-      for (Index j = i + 1; j < count; ++j) {
-        if (Overlap(box, elements[j].box)) pairs_.Compare(elements[i], elements[j]);
-      }
-    }
+    pairs_.CompareAll({elements, elements + count});
   }
 
   // Crowds. What may be one is judged by some elements.

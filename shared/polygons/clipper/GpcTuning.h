@@ -21,8 +21,9 @@ struct Tuning {
   static constexpr double MAX_COPIES = 2.0;
   static constexpr double SECTIONS_PER_CELL = 6.0;
 
-  /// All sections of a tile with no more than this are compared.
+  /// All sections of a tile with no more than this are compared, edge by edge where there are few.
   static constexpr Index SMALL_TILE = 20;
+  static constexpr Index FEW_EDGES = 24;
   static constexpr int MAX_DEPTH = 120;
   /// In tolerances; smaller crowded tiles belong to the grid.
   static constexpr double SMALLEST_TILE = 64.0;
