@@ -27,12 +27,14 @@ namespace {
 /// move both by, and more than the pixels that an edge is compared with.
 constexpr double ACTIVE_DISTANCE = 8.0;
 
-/// An edge at hand.
+/// An edge at hand; `points` are its start and its end.
 struct Edge {
   Index number;
   Index section;
-  Vec2d start;
-  Vec2d end;
+  const Vec2d* points;
+
+  const Vec2d& Start() const { return points[0]; }
+  const Vec2d& End() const { return points[1]; }
 };
 
 void MakeNode(Crossings& crossings, Index vertex) {
@@ -68,17 +70,19 @@ public:
     const bool isOrdered = one.section < two.section;
     const Element& a = isOrdered ? one : two;
     const Element& b = isOrdered ? two : one;
-    common_ = GetCommon(a.box, b.box);
+    one_ = &a;
+    two_ = &b;
     if (a.edgeCount == 1 && b.edgeCount == 1) {
       return CompareEdges(GetEdge(a.firstEdge, a.section), GetEdge(b.firstEdge, b.section));
     }
     if (AreSimpleNeighbours(a.section, b.section)) return;
+    const Box common = GetCommon(a.box, b.box);
     for (Index i = a.firstEdge; i < a.firstEdge + a.edgeCount; ++i) {
       const Edge edge = GetEdge(i, a.section);
-      if (!Overlap(GetBox(edge), common_)) continue;
+      if (!Overlap(GetBox(edge), common)) continue;
       for (Index j = b.firstEdge; j < b.firstEdge + b.edgeCount; ++j) {
         const Edge other = GetEdge(j, b.section);
-        if (Overlap(GetBox(other), common_)) CompareEdges(edge, other);
+        if (Overlap(GetBox(other), common)) CompareEdges(edge, other);
       }
     }
   }
@@ -95,54 +99,57 @@ public:
   }
 
 private:
-  /// An edge of a tile by the part of its box that lies there.
+  /// An edge of a tile and the part of its box that lies there.
   struct EdgeOfTile {
     Box box;
-    Index number;
+    Edge edge;
     Index element;
   };
 
   /// Compares elements edge by edge. Which boxes overlap cannot be foretold, so the pairs that do
   /// are listed without a branch. Returns false, with nothing done, where there are many edges.
   bool CompareEdgesOf(std::span<const Element> elements) {
-    EdgeOfTile edges[Tuning::FEW_EDGES];
     Index count = 0;
     for (const Element& element : elements) count += element.edgeCount;
     if (count > Tuning::FEW_EDGES) return false;
-    count = 0;
+    EdgeOfTile edges[Tuning::FEW_EDGES];
+    EdgeOfTile* next = edges;
     for (Index i = 0; i < elements.size(); ++i) {
       const Element& element = elements[i];
-      for (Index j = 0; j < element.edgeCount; ++j) {
-        const Index number = element.firstEdge + j;
-        const Edge edge = GetEdge(number, element.section);
-        edges[count++] = {GetCommon(GetBox(edge), element.box), number, i};
+      for (Index j = element.firstEdge; j < element.firstEdge + element.edgeCount; ++j) {
+        next->edge = GetEdge(j, element.section);
+        next->box = GetCommon(GetBox(next->edge), element.box);
+        next++->element = i;
       }
     }
     struct Pair {
       std::uint16_t a, b;
     } pairs[Tuning::FEW_EDGES * (Tuning::FEW_EDGES - 1) / 2];
-    Index pairCount = 0;
+    Pair* end = pairs;
     for (Index i = 0; i < count; ++i) {
-      const EdgeOfTile edge = edges[i];
+      const Box box = edges[i].box;
+      const Index element = edges[i].element;
       for (Index j = i + 1; j < count; ++j) {
-        pairs[pairCount] = {static_cast<std::uint16_t>(i), static_cast<std::uint16_t>(j)};
-        pairCount += static_cast<Index>(Overlap(edge.box, edges[j].box)) &
-                     static_cast<Index>(edge.element != edges[j].element);
+        *end = {static_cast<std::uint16_t>(i), static_cast<std::uint16_t>(j)};
+        end += static_cast<Index>(Overlap(box, edges[j].box)) &
+               static_cast<Index>(element != edges[j].element);
       }
     }
-    for (Index i = 0; i < pairCount; ++i) {
-      const bool isOrdered = edges[pairs[i].a].number < edges[pairs[i].b].number;
-      const EdgeOfTile& a = edges[isOrdered ? pairs[i].a : pairs[i].b];
-      const EdgeOfTile& b = edges[isOrdered ? pairs[i].b : pairs[i].a];
-      const Element& one = elements[a.element];
-      const Element& two = elements[b.element];
-      if (one.edgeCount + two.edgeCount > 2 && AreSimpleNeighbours(one.section, two.section)) {
-        continue;
-      }
-      common_ = GetCommon(one.box, two.box);
-      CompareEdges(GetEdge(a.number, one.section), GetEdge(b.number, two.section));
+    for (const Pair* pair = pairs; pair != end; ++pair) {
+      ComparePair(elements, edges[pair->a], edges[pair->b]);
     }
     return true;
+  }
+
+  void ComparePair(std::span<const Element> elements, const EdgeOfTile& a, const EdgeOfTile& b) {
+    one_ = &elements[a.element];
+    two_ = &elements[b.element];
+    const bool isOrdered = a.edge.number < b.edge.number;
+    if (one_->edgeCount + two_->edgeCount > 2 &&
+        AreSimpleNeighbours((isOrdered ? a : b).edge.section, (isOrdered ? b : a).edge.section)) {
+      return;
+    }
+    CompareEdges((isOrdered ? a : b).edge, (isOrdered ? b : a).edge);
   }
 
   /// Returns true for sections that follow each other and go the same way.
@@ -157,14 +164,14 @@ private:
   }
 
   Edge GetEdge(Index number, Index section) const {
-    return {number, section, input_.points[number], input_.points[number + 1]};
+    return {number, section, input_.points.Data() + number};
   }
 
   Box GetBox(const Edge& edge) const {
-    return {std::min(edge.start.x, edge.end.x) - tolerance_,
-            std::min(edge.start.y, edge.end.y) - tolerance_,
-            std::max(edge.start.x, edge.end.x) + tolerance_,
-            std::max(edge.start.y, edge.end.y) + tolerance_};
+    return {std::min(edge.Start().x, edge.End().x) - tolerance_,
+            std::min(edge.Start().y, edge.End().y) - tolerance_,
+            std::max(edge.Start().x, edge.End().x) + tolerance_,
+            std::max(edge.Start().y, edge.End().y) + tolerance_};
   }
 
   // Pairs of edges. The first has the smaller number.
@@ -172,14 +179,14 @@ private:
   void CompareEdges(const Edge& a, const Edge& b) {
     if ((isActive_ != nullptr) && (*isActive_)[a.number] && (*isActive_)[b.number]) return;
     if (a.number + 1 == b.number) return CompareNeighbours(a, b);
-    const Vec2d along = a.end - a.start;
+    const Vec2d along = a.End() - a.Start();
     const double limitA = tolerance_ * Length1(along);
-    const double startB = along.Cross(b.start - a.start);
-    const double endB = along.Cross(b.end - a.start);
-    const Vec2d alongB = b.end - b.start;
+    const double startB = along.Cross(b.Start() - a.Start());
+    const double endB = along.Cross(b.End() - a.Start());
+    const Vec2d alongB = b.End() - b.Start();
     const double limitB = tolerance_ * Length1(alongB);
-    const double startA = alongB.Cross(a.start - b.start);
-    const double endA = alongB.Cross(a.end - b.start);
+    const double startA = alongB.Cross(a.Start() - b.Start());
+    const double endA = alongB.Cross(a.End() - b.Start());
     if ((AreOnOneSide(startB, endB, limitA) | AreOnOneSide(startA, endA, limitB)) != 0) return;
     if (AreNeighbours(b, a)) return CompareNeighbours(b, a);
     if ((isActive_ != nullptr)) return Activate(a, b);
@@ -204,14 +211,18 @@ private:
 
   /// Returns true when b follows a on a contour.
   bool AreNeighbours(const Edge& a, const Edge& b) const {
-    if (!IsSame(a.end, b.start)) return false;
+    if (!IsSame(a.End(), b.Start())) return false;
     const Index contour = input_.sections[a.section].contour;
     return contour == input_.sections[b.section].contour && GetVertex(a, 1) == b.number;
   }
 
   static bool CrossProperly(const Edge& a, const Edge& b) {
-    return OrientationSign(a.start, a.end, b.start) * OrientationSign(a.start, a.end, b.end) < 0 &&
-           OrientationSign(b.start, b.end, a.start) * OrientationSign(b.start, b.end, a.end) < 0;
+    return OrientationSign(a.Start(), a.End(), b.Start()) *
+                   OrientationSign(a.Start(), a.End(), b.End()) <
+               0 &&
+           OrientationSign(b.Start(), b.End(), a.Start()) *
+                   OrientationSign(b.Start(), b.End(), a.End()) <
+               0;
   }
 
   /// Adds the crossing at the given fraction of b.
@@ -220,22 +231,23 @@ private:
     if (crossings_.isMoved) return;  // the grid finds it
     Vec2d point;
     if (fraction <= 0.5) {
-      point = b.start + (b.end - b.start) * fraction;
+      point = b.Start() + (b.End() - b.Start()) * fraction;
     } else {
-      point = b.end + (b.start - b.end) * (1.0 - fraction);
+      point = b.End() + (b.Start() - b.End()) * (1.0 - fraction);
     }
-    point.x = Limit(point.x, a.start.x, a.end.x, b.start.x, b.end.x);
-    point.y = Limit(point.y, a.start.y, a.end.y, b.start.y, b.end.y);
+    point.x = Limit(point.x, a.Start().x, a.End().x, b.Start().x, b.End().x);
+    point.y = Limit(point.y, a.Start().y, a.End().y, b.Start().y, b.End().y);
     // Tiles that share a part of both edges find the crossing more than once.
-    if (point.x < common_.xMin || point.x > common_.xMax || point.y < common_.yMin ||
-        point.y > common_.yMax) {
-      return;
-    }
+    if (!IsIn(one_->box, point) || !IsIn(two_->box, point)) return;
     const Index number = input_.points.Size() + crossings_.points.Size();
     crossings_.points.Append(point);
     crossings_.parents.Append(number);
     crossings_.occurrences.Append({a.number, number});
     crossings_.occurrences.Append({b.number, number});
+  }
+
+  static bool IsIn(const Box& box, const Vec2d& point) {
+    return point.x >= box.xMin && point.x <= box.xMax && point.y >= box.yMin && point.y <= box.yMax;
   }
 
   /// Limits a coordinate to the ranges of both edges.
@@ -247,28 +259,28 @@ private:
 
   /// Joins an end of `from`, near the line of `to`, with `to` unless it lies beyond its ends.
   bool JoinIfNear(const Edge& from, Index which, const Edge& to) {
-    const Vec2d point = which == 0 ? from.start : from.end;
+    const Vec2d point = which == 0 ? from.Start() : from.End();
     const Box box = GetBox(to);
     if (point.x < box.xMin || point.x > box.xMax || point.y < box.yMin || point.y > box.yMax) {
       return false;
     }
     const Index vertex = GetVertex(from, which);
-    if (IsNear(point, to.start)) {
-      Merge(vertex, point, GetVertex(to, 0), to.start);
-    } else if (IsNear(point, to.end)) {
-      Merge(vertex, point, GetVertex(to, 1), to.end);
+    if (IsNear(point, to.Start())) {
+      Merge(vertex, point, GetVertex(to, 0), to.Start());
+    } else if (IsNear(point, to.End())) {
+      Merge(vertex, point, GetVertex(to, 1), to.End());
     } else {
       MakeNode(crossings_, vertex);
       crossings_.occurrences.Append({to.number, vertex});
-      if (OrientationSign(to.start, to.end, point) != 0) crossings_.isMoved = true;
+      if (OrientationSign(to.Start(), to.End(), point) != 0) crossings_.isMoved = true;
     }
     return true;
   }
 
   /// Two edges that follow each other can meet only by turning back.
   void CompareNeighbours(const Edge& a, const Edge& b) {
-    const Vec2d back = a.start - a.end;
-    const Vec2d forth = b.end - b.start;
+    const Vec2d back = a.Start() - a.End();
+    const Vec2d forth = b.End() - b.Start();
     if (!(back.Dot(forth) > 0.0)) return;
     const double limit = tolerance_ * std::max(Length1(back), Length1(forth));
     if (std::abs(back.Cross(forth)) > limit) return;
@@ -316,7 +328,8 @@ private:
   Crossings& crossings_;
   Buffer<std::uint8_t>* const isActive_;
   const double tolerance_;
-  Box common_{};     ///< of the elements at hand
+  const Element* one_ = nullptr;  ///< the elements at hand
+  const Element* two_ = nullptr;
   Index found_ = 0;  ///< crossings
 };
 

@@ -162,35 +162,41 @@ private:
   }
 
   /// Orders the four half edges of two ways that cross and are far from each other, given each way
-  /// after the other. Returns false, with nothing done, for any other four.
+  /// after the other. Returns false, with nothing done, for any other four. Signs are looked up, as
+  /// no branch upon one could be foretold.
   bool OrderPlainCrossing(const Vec2d& center, Index start) {
-    Half halves[4];
+    const Half halves[4] = {graph_.slots[start], graph_.slots[start + 1], graph_.slots[start + 2],
+                            graph_.slots[start + 3]};
     Vec2d vectors[4];
     double longest = 0.0;
     for (Index i = 0; i < 4; ++i) {
-      halves[i] = graph_.slots[start + i];
-      if (graph_.parities[halves[i] / 2] == MERGED) return false;
+      if (hasJoined_ && graph_.parities[halves[i] / 2] == MERGED) return false;
       vectors[i] = graph_.FarPoint(input_, halves[i]) - center;
       longest = std::max(longest, Length1(vectors[i]));
     }
     const double limit = 2.0 * input_.tolerance * longest;
-    double turns[4] = {vectors[0].Cross(vectors[2]), vectors[2].Cross(vectors[1]),
-                       vectors[1].Cross(vectors[3]), vectors[3].Cross(vectors[0])};
-    const bool isClockwise = turns[0] < 0.0;
-    const double sign = isClockwise ? -1.0 : 1.0;
-    for (const double turn : turns) {
-      if (!(sign * turn > limit)) return false;
-    }
-    const Index order[4] = {0, isClockwise ? 3u : 2u, 1, isClockwise ? 2u : 3u};
-    // The first is the one behind the direction of x, counter-clockwise.
-    const auto isUpper = [&](Index i) {
-      const Vec2d& vector = vectors[order[i]];
-      return vector.y > 0.0 || (vector.y == 0.0 && vector.x > 0.0);
-    };
-    Index first = 0;
-    while (!isUpper(first) || isUpper((first + 3) % 4)) ++first;
+    const double turn = vectors[0].Cross(vectors[2]);
+    const double sign = turn < 0.0 ? -1.0 : 1.0;
+    const double least = std::min(
+        std::min(sign * turn, sign * vectors[2].Cross(vectors[1])),
+        std::min(sign * vectors[1].Cross(vectors[3]), sign * vectors[3].Cross(vectors[0])));
+    if (!(least > limit)) return false;
+    // Counter-clockwise, from the first one.
+    static constexpr Index ORDER[2][4] = {{0, 2, 1, 3}, {0, 3, 1, 2}};
+    const Index* order = ORDER[static_cast<int>(turn < 0.0)];
+    Index upper = 0;
+    for (Index i = 0; i < 4; ++i) upper |= IsUpper(vectors[order[i]]) << i;
+    // The first of the upper ones, by which of them are upper.
+    static constexpr Index FIRST[16] = {0, 0, 1, 0, 2, 0, 1, 0, 3, 3, 1, 3, 2, 2, 1, 0};
+    const Index first = FIRST[upper];
     for (Index i = 0; i < 4; ++i) SetSlot(start + i, halves[order[(first + i) % 4]]);
     return true;
+  }
+
+  /// Returns 1 for a vector in the half turn that begins at the direction of x.
+  static Index IsUpper(const Vec2d& vector) {
+    return static_cast<Index>(vector.y > 0.0) |
+           (static_cast<Index>(vector.y == 0.0) & static_cast<Index>(vector.x > 0.0));
   }
 
   void Sort(const Vec2d& center, Index count) {

@@ -20,7 +20,8 @@ std::uint8_t Directions(double dx, double dy) {
 }
 
 bool IsLower(const Vec2d& a, const Vec2d& b) {
-  return a.y < b.y || (a.y == b.y && a.x < b.x);
+  return (static_cast<int>(a.y < b.y) |
+          (static_cast<int>(a.y == b.y) & static_cast<int>(a.x < b.x))) != 0;
 }
 
 void AppendSections(Input& input, Index contourIndex) {
@@ -29,43 +30,41 @@ void AppendSections(Input& input, Index contourIndex) {
   const Index end = contour.End();
   Index edge = contour.first;
   Index lowest = edge;
+  Vec2d start = points[edge];
+  Vec2d point = points[edge + 1];
+  Vec2d way = point - start;
+  std::uint8_t waysOfEdge = Directions(way.x, way.y);
   while (edge != end) {
     Section section;
-    const Vec2d start = points[edge];
-    Vec2d point = points[edge + 1];
-    double dx = point.x - start.x;
-    double dy = point.y - start.y;
-    std::uint8_t directions = Directions(dx, dy);
-    Box box{std::min(start.x, point.x), std::min(start.y, point.y), std::max(start.x, point.x),
-            std::max(start.y, point.y)};
-    section.firstEdge = edge++;
-    bool turnsSmoothly = false;
-    for (;; ++edge) {
-      if (IsLower(points[edge], points[lowest])) lowest = edge;
+    section.box = {std::min(start.x, point.x), std::min(start.y, point.y),
+                   std::max(start.x, point.x), std::max(start.y, point.y)};
+    section.firstEdge = edge;
+    section.directions = waysOfEdge;
+    for (;;) {
+      ++edge;
+      lowest = IsLower(point, points[lowest]) ? edge : lowest;
       // The edge behind the last is the first.
       const Vec2d next = points[(edge == end ? contour.first : edge) + 1];
-      const double nextDx = next.x - point.x;
-      const double nextDy = next.y - point.y;
-      turnsSmoothly = dx * nextDx + dy * nextDy > 0.0;
-      const auto common = static_cast<std::uint8_t>(directions & Directions(nextDx, nextDy));
+      const Vec2d nextWay = next - point;
+      const bool turnsSmoothly = way.x * nextWay.x + way.y * nextWay.y > 0.0;
+      waysOfEdge = Directions(nextWay.x, nextWay.y);
+      const auto common = static_cast<std::uint8_t>(section.directions & waysOfEdge);
+      start = point;
+      point = next;
+      way = nextWay;
       if (edge == end || edge - section.firstEdge == Tuning::SECTION_EDGES || common == 0 ||
           !turnsSmoothly) {
+        section.turnsSmoothly = turnsSmoothly && !(contour.IsLine() && edge == end);
         break;
       }
-      directions = common;
-      dx = nextDx;
-      dy = nextDy;
-      point = next;
-      box.xMin = std::min(box.xMin, point.x);
-      box.yMin = std::min(box.yMin, point.y);
-      box.xMax = std::max(box.xMax, point.x);
-      box.yMax = std::max(box.yMax, point.y);
+      section.directions = common;
+      section.box.xMin = std::min(section.box.xMin, point.x);
+      section.box.yMin = std::min(section.box.yMin, point.y);
+      section.box.xMax = std::max(section.box.xMax, point.x);
+      section.box.yMax = std::max(section.box.yMax, point.y);
     }
-    section.box = box;
     section.contour = contourIndex;
     section.edgeCount = static_cast<std::uint16_t>(edge - section.firstEdge);
-    section.directions = directions;
-    section.turnsSmoothly = turnsSmoothly && !(contour.IsLine() && edge == end);
     input.sections.Append(section);
   }
   contour.lowest = contour.VertexAt(lowest);
