@@ -53,13 +53,13 @@ struct Tuning {
   static constexpr Index MOST_LEFT = 4;
 
   /// A bundle is compared by intervals when an element overlaps no more others than this on
-  /// average, else it is cut. 1: rough stars 1.35 times, 6: 1.03 times; 10: 10 times the time for
-  /// 100,000 vertices. Rough stars of 100,000 take 1.37 times as long with cuts alone, 4.9 times
-  /// with intervals alone; with neither those of 10,000 take 16 times as long.
+  /// average, else it is cut. 1: rough stars 1.35 times, 6: 1.03 times; 10: 8 times the time or
+  /// more for 100,000 vertices. Rough stars of 100,000 take 1.37 times as long with cuts alone, 4.9
+  /// times with intervals alone; with neither those of 10,000 take 16 times as long.
   static constexpr double MAX_OVERLAPS = 3.0;
   /// A bundle is left to the grid when there are so many more comparisons than elements and
   /// crossings. Of the crowds that the benchmarks know, those that cross need up to 6, those that
-  /// meet in a point hundreds; 3: 8 times the time for rough stars of 100,000.
+  /// meet in a point hundreds; 3: 6 times the time or more for rough stars of 100,000.
   static constexpr Index MOST_IN_VAIN = 8;
 };
 
