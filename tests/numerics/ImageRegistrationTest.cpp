@@ -27,7 +27,7 @@
 namespace shr {
 namespace {
 
-constexpr double INFINITE = std::numeric_limits<double>::infinity();
+constexpr double UNBOUNDED = std::numeric_limits<double>::infinity();
 const double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
 bool HaveSameBits(const RPoint& a, const RPoint& b) {
@@ -40,7 +40,7 @@ double LargestResidual(const CImageRegistration& registration, const Pairs& pair
   for (std::size_t i = 0; i < pairs.from.size(); ++i) {
     const RPoint p = registration.Transform(pairs.from[i]);
     largest = std::max(largest, std::hypot(p.x - pairs.to[i].x, p.y - pairs.to[i].y));
-    if (!std::isfinite(p.x + p.y)) return INFINITE;
+    if (!std::isfinite(p.x + p.y)) return UNBOUNDED;
   }
   return largest;
 }
@@ -77,7 +77,7 @@ TEST(ImageRegistration, degeneratePointsEndWhereTheyDetermineSomething) {
   }
   lengths.to.pop_back();
   nan.from[3].x = NOT_A_NUMBER;
-  infinite.to[6].y = INFINITE;
+  infinite.to[6].y = UNBOUNDED;
   const struct {
     const char* name;
     const Pairs& pairs;
@@ -204,10 +204,10 @@ TEST(RadialBasisFunction, splinesAgreeWithADenseSolution) {
 
 TEST(RadialBasisFunction, everyControlPointIsMetToRounding) {
   const Pairs random = RandomPairs(60, 6), large = RandomPairs(40, 7, 1e7, 1e-3);
-  Pairs duplicates = RandomPairs(12, 8), near = RandomPairs(12, 9), tiny;
+  Pairs duplicates = RandomPairs(12, 8), closeBy = RandomPairs(12, 9), tiny;
   duplicates.Add(duplicates.from[2], duplicates.to[2]);
   duplicates.Add(duplicates.from[2], duplicates.to[2]);
-  near.Add(RPoint(near.from[4].x + 1e-3, near.from[4].y), near.to[4]);
+  closeBy.Add(RPoint(closeBy.from[4].x + 1e-3, closeBy.from[4].y), closeBy.to[4]);
   for (const RPoint& p : random.from)
     tiny.Add(p, RPoint(1e-9 * std::sin(p.x), 1e-9 * std::cos(p.y)));
   const struct {
@@ -217,7 +217,7 @@ TEST(RadialBasisFunction, everyControlPointIsMetToRounding) {
   } rows[] = {{"random", random, 1e-8},
               {"1e7 with detail of 1e-3", large, 1e-7},
               {"duplicates", duplicates, 1e-8},
-              {"nearly equal", near, 1e-4},
+              {"nearly equal", closeBy, 1e-4},
               {"tiny", tiny, 1e-13}};
   for (const auto& row : rows) {
     for (int method = 0; method <= WarpInverseDistanceSquared; ++method) {

@@ -20,7 +20,7 @@
 namespace shr {
 namespace {
 
-constexpr double INFINITE = std::numeric_limits<double>::infinity();
+constexpr double UNBOUNDED = std::numeric_limits<double>::infinity();
 const double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
 std::uint64_t Bits(double x) {
@@ -69,14 +69,14 @@ TEST(PortableMath, specialValuesAreThoseOfTheFunctions) {
   const struct {
     double x, logarithm, power;
   } rows[] = {
-      {0.0, -INFINITE, 1.0},
-      {-0.0, -INFINITE, 1.0},
+      {0.0, -UNBOUNDED, 1.0},
+      {-0.0, -UNBOUNDED, 1.0},
       {1.0, 0.0, 0x1.5bf0a8b14576ap+1},
       {-1.0, NOT_A_NUMBER, 0x1.78b56362cef38p-2},
-      {INFINITE, INFINITE, INFINITE},
-      {-INFINITE, NOT_A_NUMBER, 0.0},
+      {UNBOUNDED, UNBOUNDED, UNBOUNDED},
+      {-UNBOUNDED, NOT_A_NUMBER, 0.0},
       {NOT_A_NUMBER, NOT_A_NUMBER, NOT_A_NUMBER},
-      {709.79, 0x1.a428745f620cep+2, INFINITE},
+      {709.79, 0x1.a428745f620cep+2, UNBOUNDED},
       {-708.4, NOT_A_NUMBER, 0.0},
       {5e-324, -0x1.74385446d71c3p+9, 1.0},
       {2.0, 0x1.62e42fefa39efp-1, 0x1.d8e64b8d4ddaep+2},
@@ -92,8 +92,8 @@ TEST(PortableMath, specialValuesAreThoseOfTheFunctions) {
 }
 
 TEST(PortableMath, arraysHaveTheBitsOfSingleValues) {
-  std::vector<double> values = {0.0,  -1.0,  5e-324, 1e-310, INFINITE, NOT_A_NUMBER, 1.0,
-                                -5e9, 1e300, 709.5,  -708.0, 709.9,    -709.0,       3.0};
+  std::vector<double> values = {0.0,  -1.0,  5e-324, 1e-310, UNBOUNDED, NOT_A_NUMBER, 1.0,
+                                -5e9, 1e300, 709.5,  -708.0, 709.9,     -709.0,       3.0};
   std::mt19937_64 random(10);
   while (values.size() < 1037) {
     const double x = std::bit_cast<double>(random());

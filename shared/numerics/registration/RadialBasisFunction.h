@@ -42,7 +42,7 @@ namespace shr {
 /// trend is refused. Cost: calibration O(n^3) time and 8 n^2 bytes for n points (800 MB for
 /// 10,000); a transform O(n). What is not solved directly, above all rational quadratic splines of
 /// more than some 50 points and points nearer than about 1e-8 of the extent, takes up to 10 n
-/// products of a matrix of n^2 numbers, then O(n^3) with a large factor: some 10 s for 1,000
+/// products of a matrix of n^2 numbers, then O(n^3) with a large factor: a minute for 1,000
 /// points, not usable for 10,000. Source: F. Bookstein, "Principal warps: thin-plate splines and
 /// the decomposition of deformations", IEEE Transactions on Pattern Analysis and Machine
 /// Intelligence 11 (1989); H. Wendland, "Scattered Data Approximation", 2005, chapter 8.

@@ -80,18 +80,18 @@ auto WithKernel(RadialKernel kernel, Function function) {
 }
 
 constexpr double LEAST_NORMAL = 0x1p-1022;
-constexpr double INFINITE = HUGE_VAL;
+constexpr double UNBOUNDED = HUGE_VAL;
 /// Powers are finite up to here.
 constexpr double MOST_EXPONENT = 709.78271289338397;
 /// 2^k for a larger x would be infinite.
 constexpr double MOST_IN_RANGE = 709.0;
 
 bool IsInRangeOfLog(double x) {
-  return x >= LEAST_NORMAL && x < INFINITE;
+  return x >= LEAST_NORMAL && x < UNBOUNDED;
 }
 
 double LogOutOfRange(double x) {
-  if (x == 0.0) return -INFINITE;
+  if (x == 0.0) return -UNBOUNDED;
   if (x < 0.0) return std::nan("");
   if (!(x < LEAST_NORMAL)) return x;
   Lane mantissa(0.0), exponent(0.0);
@@ -105,7 +105,7 @@ bool IsInRangeOfExp(double x) {
 
 double ExpOutOfRange(double x) {
   if (x < LEAST_EXPONENT) return 0.0;
-  if (x > MOST_EXPONENT) return INFINITE;
+  if (x > MOST_EXPONENT) return UNBOUNDED;
   if (std::isnan(x)) return x;
   Lane exponent(0.0);
   const Lane sum = PartsOfExp(Lane(x), exponent);
