@@ -35,6 +35,7 @@ Digits RoundTo(const DecimalExpansion& number, int count) {
   Digits digits{"", number.exponent - 1};
   if (count < 0) return digits;
   const int kept = std::min(count, number.count);
+  digits.text.reserve(static_cast<std::size_t>(kept) + 1);
   for (int i = 0; i < kept; ++i) {
     digits.text.push_back(static_cast<char>('0' + number.digits[static_cast<std::size_t>(i)]));
   }
@@ -67,14 +68,18 @@ void TrimZeros(std::string& text) {
 }
 
 std::string ScientificText(const Digits& digits, bool isPointKept, char letter) {
-  std::string text = digits.text.substr(0, 1);
+  constexpr std::size_t REST = 8;  // sign, point and exponent
+  std::string text;
+  text.reserve(digits.text.size() + REST);
+  text += digits.text[0];
   if (digits.text.size() > 1 || isPointKept) text += '.';
   text.append(digits.text, 1, std::string::npos);
   text += letter;
   text += digits.exponent < 0 ? '-' : '+';
   const std::string exponent = std::to_string(std::abs(digits.exponent));
   if (exponent.size() < 2) text += '0';
-  return text + exponent;
+  text += exponent;
+  return text;
 }
 
 /// Writes all digits around the point.
