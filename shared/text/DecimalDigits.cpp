@@ -17,33 +17,13 @@
 #include <bit>
 
 #include "shared/text/PowersOfFive.h"
+#include "shared/text/PowersOfTen.h"
 
 namespace shr {
 namespace {
 
 constexpr int MANTISSA_BITS = 52;
 constexpr int EXPONENT_BIAS = 1075;  ///< of the mantissa as an integer
-
-constexpr std::uint64_t POWERS_OF_TEN[] = {1,
-                                           10,
-                                           100,
-                                           1'000,
-                                           10'000,
-                                           100'000,
-                                           1'000'000,
-                                           10'000'000,
-                                           100'000'000,
-                                           1'000'000'000,
-                                           10'000'000'000,
-                                           100'000'000'000,
-                                           1'000'000'000'000,
-                                           10'000'000'000'000,
-                                           100'000'000'000'000,
-                                           1'000'000'000'000'000,
-                                           10'000'000'000'000'000,
-                                           100'000'000'000'000'000,
-                                           1'000'000'000'000'000'000,
-                                           10'000'000'000'000'000'000U};
 
 constexpr char PAIRS[] =
     "00010203040506070809101112131415161718192021222324252627282930313233343536373839"

@@ -2,10 +2,7 @@
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
 """Runs the data report as its users do: exit status, one line on standard error, an untouched output folder, sound
-pages and pictures whatever the table holds.
-
-Usage: black_box.py DATA_FOLDER [EMULATOR ...] PROGRAM
-"""
+pages and pictures whatever the table holds."""
 
 import os
 import pathlib
@@ -13,12 +10,11 @@ import re
 import shutil
 import subprocess
 import sys
-import tempfile
-import unittest
 import xml.etree.ElementTree as ElementTree
 
-DATA = sys.argv[1]
-COMMAND = sys.argv[2:]
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "common"))
+from program_test import DATA, ProgramTest, main  # noqa: E402
+
 TABLE = b"a,b\n1,2\n3,5\n4,4\n9,1\n"
 
 # name, content (None: no file, a folder where it ends in "/"), options, what the line holds
@@ -58,34 +54,11 @@ ODD_TABLES = [
 ]
 
 
-class DataReport(unittest.TestCase):
-    def setUp(self):
-        self.folder = tempfile.TemporaryDirectory()
-        self.out = self.path("out")
-
-    def tearDown(self):
-        self.folder.cleanup()
-
-    def path(self, name):
-        return os.path.join(self.folder.name, name)
-
-    def write(self, name, content):
-        with open(self.path(name), "wb") as file:
-            file.write(content)
-        return self.path(name)
-
-    def run_program(self, *arguments):
-        """Returns exit status, standard output and error together, as the emulator mixes them."""
-        result = subprocess.run([*COMMAND, *arguments], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
-        return result.returncode, result.stdout.decode("utf-8").replace("\r\n", "\n")
+class DataReport(ProgramTest):
+    PROGRAM = "datareport"
 
     def run_table(self, content, *more):
         return self.run_program("--input", self.write("table.csv", content), "--out", self.out, *more)
-
-    def assert_one_line(self, text, part):
-        self.assertTrue(text.startswith("datareport: ") and text.endswith("\n"), text)
-        self.assertEqual(1, text.count("\n"), text)
-        self.assertIn(part, text)
 
     def assert_sound(self):
         """Every picture parses and is shown on the page, and the page is sound HTML."""
@@ -103,10 +76,7 @@ class DataReport(unittest.TestCase):
     def test_bad_inputs_are_told_by_file_and_line(self):
         for name, content, options, part in BAD_INPUTS:
             with self.subTest(name=name):
-                if content is not None:
-                    self.write(name, content)
-                elif name.endswith("/"):
-                    os.makedirs(self.path(name), exist_ok=True)
+                self.make(name, content)
                 status, text = self.run_program("--input", self.path(name), "--out", self.out, *options)
                 self.assertEqual(1, status, text)
                 self.assert_one_line(text, part)
@@ -184,4 +154,4 @@ class DataReport(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1])
+    main()

@@ -1,20 +1,15 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
-"""Runs the georeference as its users do: exit status, one line on standard error, an untouched output folder.
-
-Usage: black_box.py DATA_FOLDER [EMULATOR ...] PROGRAM
-"""
+"""Runs the georeference as its users do: exit status, one line on standard error, an untouched output folder."""
 
 import csv
 import os
-import subprocess
 import sys
-import tempfile
-import unittest
 
-DATA = sys.argv[1]
-COMMAND = sys.argv[2:]
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "common"))
+from program_test import DATA, ProgramTest, main  # noqa: E402
+
 HEAD = b"id,image_x,image_y,map_x,map_y\n"
 ROWS = HEAD + b"a,0,0,100,200\nb,10,0,120,200\nc,0,10,100,180\nd,10,10,120,180\ne,5,3,110,194\n"
 QGIS = b"mapX,mapY,sourceX,sourceY,enable,dX,dY,residual\n"
@@ -41,27 +36,12 @@ BAD_POINTS = [
 ]
 
 
-class Georeference(unittest.TestCase):
+class Georeference(ProgramTest):
+    PROGRAM = "georeference"
+
     def setUp(self):
-        self.folder = tempfile.TemporaryDirectory()
-        self.out = self.path("out")
+        super().setUp()
         self.good = self.write("good.csv", ROWS)
-
-    def tearDown(self):
-        self.folder.cleanup()
-
-    def path(self, name):
-        return os.path.join(self.folder.name, name)
-
-    def write(self, name, content):
-        with open(self.path(name), "wb") as file:
-            file.write(content)
-        return self.path(name)
-
-    def run_program(self, *arguments):
-        """Returns exit status, standard output and error together, as the emulator mixes them."""
-        result = subprocess.run([*COMMAND, *arguments], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
-        return result.returncode, result.stdout.decode("utf-8").replace("\r\n", "\n")
 
     def run_points(self, points, *options):
         return self.run_program("--points", points, "--out", self.out, *options)
@@ -77,27 +57,19 @@ class Georeference(unittest.TestCase):
     def assert_fails(self, result, status, part):
         code, text = result
         self.assertEqual(status, code, text)
-        self.assertEqual(1, text.count("\n"), text)
-        self.assertTrue(text.startswith("georeference: "), text)
-        self.assertIn(part, text)
+        self.assert_one_line(text, part)
         self.assertFalse(os.path.exists(self.out), text)
 
     def test_bad_control_points_are_told_and_nothing_is_written(self):
         for name, content, part in BAD_POINTS:
             with self.subTest(name=name):
-                if content is not None:
-                    path = self.write(name, content)
-                else:
-                    path = self.path(name.rstrip("/"))
-                    if name.endswith("/"):
-                        os.mkdir(path)
-                self.assert_fails(self.run_points(path), 1, part)
+                self.assert_fails(self.run_points(self.make(name, content)), 1, part)
 
     def test_bad_points_to_transform_are_told_and_nothing_is_written(self):
         for name, content, part in (("none.csv", None, "none.csv"), ("rows.csv", b"x,y\n", "rows.csv"),
                                     ("x.csv", b"x,y\n1,2\n3,four\n", "x.csv:3: 'four'")):
             with self.subTest(name=name):
-                path = self.write(name, content) if content is not None else self.path(name)
+                path = self.make(name, content)
                 self.assert_fails(self.run_points(self.good, "--warp-points", path), 1, part)
 
     def test_wrong_usage_has_status_2(self):
@@ -179,4 +151,4 @@ class Georeference(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1])
+    main()

@@ -1,56 +1,24 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
-"""Checks that the georeference writes the same bytes on every target.
+"""Checks that the georeference writes the same bytes on every target; ../common/digests.py tells how."""
 
-Usage: same_bytes.py [--update] DIGESTS DATA_FOLDER [EMULATOR ...] PROGRAM
-
-The digests of what the program writes for each row of CASES must be those of the file DIGESTS, which is one for
-all targets. After an intended change of the output, look at the new pages and run it with --update.
-"""
-
-import hashlib
 import os
-import subprocess
 import sys
-import tempfile
+
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "common"))
+from digests import check  # noqa: E402
 
 METHODS = ["thin-plate-spline", "natural-cubic-spline", "marcov-spline", "exponential-spline",
            "rational-quadratic-spline", "idw", "quadratic", "affine", "conformal", "mixed-scale", "uniform-scale",
            "translate", "identity-map"]
-CASES = [(f"svalbard {method}", "control-points-svalbard.csv", ["--method", method]) for method in METHODS] + [
-    (name, f"control-points-{name}", []) for name in (
+WARPED = ["--warp-points", "control-points-svalbard.csv"]
+CASES = [(f"svalbard {method}", ["--points", "control-points-svalbard.csv", "--method", method, *WARPED])
+         for method in METHODS] + [
+    (name, ["--points", f"control-points-{name}", *WARPED]) for name in (
         "svalbard.csv", "lynn-sheet-a.csv", "lynn-sheet-b.csv", "world-metres.csv", "europe.points",
         "europe-laea.points")]
 OUTPUTS = ["report.html", "grid.svg", "residuals.csv", "coefficients.csv", "points.csv"]
 
-
-def digests_of(command, data):
-    for name, points, options in CASES:
-        with tempfile.TemporaryDirectory() as folder:
-            subprocess.run([*command, "--points", points, *options, "--warp-points", "control-points-svalbard.csv",
-                            "--out", folder, "--quiet"], cwd=data, check=True)
-            for output in OUTPUTS:
-                with open(os.path.join(folder, output), "rb") as file:
-                    yield f"{name} {output} {hashlib.sha256(file.read()).hexdigest()}\n"
-
-
-def main(arguments):
-    update = arguments[:1] == ["--update"]
-    expected_path, data, *command = arguments[1:] if update else arguments
-    command = [os.path.abspath(part) if os.path.exists(part) else part for part in command]
-    expected_path = os.path.abspath(expected_path)
-    found = list(digests_of(command, data))
-    if update:
-        with open(expected_path, "w", encoding="ascii", newline="\n") as file:
-            file.writelines(found)
-        return 0
-    with open(expected_path, encoding="ascii") as file:
-        expected = file.readlines()
-    for line in sorted(set(found) - set(expected)):
-        print("not expected:", line, end="")
-    return 0 if found == expected else 1
-
-
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1:]))
+    sys.exit(check(sys.argv[1:], CASES, OUTPUTS))

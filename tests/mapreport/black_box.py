@@ -1,21 +1,16 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
-"""Runs the map report as its users do: exit status, one line on standard error, an untouched output folder.
-
-Usage: black_box.py DATA_FOLDER [EMULATOR ...] PROGRAM
-"""
+"""Runs the map report as its users do: exit status, one line on standard error, an untouched output folder."""
 
 import json
 import os
 import socket
-import subprocess
 import sys
-import tempfile
-import unittest
 
-DATA = sys.argv[1]
-COMMAND = sys.argv[2:]
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "common"))
+from program_test import DATA, ProgramTest, main  # noqa: E402
+
 SQUARE = b"0, 0\n0, 4\n4, 4\n4, 0\n"
 POINTS = b"latitude,longitude,magnitude\n1,1,5\n"
 CITIES = b"name,country,lat,lon,population\nX,XX,2,2,1000\n"
@@ -43,49 +38,24 @@ BAD_INPUTS = [
 ]
 
 
-class MapReport(unittest.TestCase):
+class MapReport(ProgramTest):
+    PROGRAM = "mapreport"
+
     def setUp(self):
-        self.folder = tempfile.TemporaryDirectory()
-        self.out = self.path("out")
+        super().setUp()
         self.good = {"--map": self.write("good.txt", b"A\touter\t4\n" + SQUARE),
                      "--points": self.write("good.csv", POINTS),
                      "--cities": self.write("cities.csv", CITIES)}
-
-    def tearDown(self):
-        self.folder.cleanup()
-
-    def path(self, name):
-        return os.path.join(self.folder.name, name)
-
-    def write(self, name, content):
-        with open(self.path(name), "wb") as file:
-            file.write(content)
-        return self.path(name)
-
-    def run_program(self, *arguments):
-        """Returns exit status, standard output and error together, as the emulator mixes them."""
-        environment = dict(os.environ, SHARED_REGISTRY_DIR=self.folder.name)
-        result = subprocess.run([*COMMAND, *arguments], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                                env=environment, check=False)
-        return result.returncode, result.stdout.decode("utf-8").replace("\r\n", "\n")
 
     def run_inputs(self, *more, **inputs):
         options = dict(self.good, **{"--" + key: value for key, value in inputs.items()})
         pairs = [part for pair in options.items() for part in pair]
         return self.run_program(*pairs, "--out", self.out, *more)
 
-    def assert_one_line(self, text, part):
-        self.assertTrue(text.startswith("mapreport: ") and text.endswith("\n"), text)
-        self.assertEqual(1, text.count("\n"), text)
-        self.assertIn(part, text)
-
     def test_bad_inputs_are_told_by_file_and_line(self):
         for name, option, content, part in BAD_INPUTS:
             with self.subTest(name=name, option=option):
-                if content is not None:
-                    self.write(name, content)
-                elif name.endswith("/"):
-                    os.makedirs(self.path(name), exist_ok=True)
+                self.make(name, content)
                 status, text = self.run_inputs(**{option[2:]: self.path(name)})
                 self.assertEqual(1, status, text)
                 self.assert_one_line(text, part)
@@ -304,4 +274,4 @@ class MapReport(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1])
+    main()

@@ -1,57 +1,24 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
-"""Checks that the map report writes the same bytes on every target.
+"""Checks that the map report writes the same bytes on every target; ../common/digests.py tells how."""
 
-Usage: same_bytes.py [--update] DIGESTS DATA_FOLDER [EMULATOR ...] PROGRAM
-
-The digests of what the program writes for each row of CASES must be those of the file DIGESTS, which is one for
-all targets. After an intended change of the output, look at the new pictures and run it with --update.
-"""
-
-import hashlib
 import os
-import subprocess
 import sys
-import tempfile
 
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "common"))
+from digests import check  # noqa: E402
+
+WRITTEN = ["--points", "earthquakes.csv", "--save", "{out}/saved.map", "--geojson", "{out}/areas.json"]
 CASES = [
-    ("world", ["--map", "countries-50m.txt", "--cities", "cities-utf16le.csv"]),
-    ("europe", ["--map", "countries-50m.txt", "--cities", "cities-utf8.csv", "--window", "-25,34,45,72", "--rivers",
+    ("world", [*WRITTEN, "--map", "countries-50m.txt", "--cities", "cities-utf16le.csv"]),
+    ("europe", [*WRITTEN, "--map", "countries-50m.txt", "--cities", "cities-utf8.csv", "--window", "-25,34,45,72", "--rivers",
                 "rivers-50m.txt", "--dashes", "6,3", "--clip", "POLYGON ((-20 30, 40 36, 30 71, 5 60))",
                 "--union-continent", "Europe"]),
-    ("pacific", ["--map", "countries-110m.txt", "--cities", "cities-utf16le.csv", "--window", "120,-50,-120,60",
+    ("pacific", [*WRITTEN, "--map", "countries-110m.txt", "--cities", "cities-utf16le.csv", "--window", "120,-50,-120,60",
                  "--undo", "2", "--colors", "#ffffcc,#cc0000"]),
 ]
 OUTPUTS = ["map.svg", "overview.svg", "report.html", "saved.map", "areas.json"]
 
-
-def digests_of(command, data):
-    for name, arguments in CASES:
-        with tempfile.TemporaryDirectory() as folder:
-            subprocess.run([*command, "--points", "earthquakes.csv", *arguments, "--out", folder, "--save",
-                            os.path.join(folder, "saved.map"), "--geojson", os.path.join(folder, "areas.json"), "--quiet"], cwd=data, check=True)
-            for output in OUTPUTS:
-                with open(os.path.join(folder, output), "rb") as file:
-                    yield f"{name} {output} {hashlib.sha256(file.read()).hexdigest()}\n"
-
-
-def main(arguments):
-    update = arguments[:1] == ["--update"]
-    expected_path, data, *command = arguments[1:] if update else arguments
-    command = [os.path.abspath(part) if os.path.exists(part) else part for part in command]
-    expected_path = os.path.abspath(expected_path)
-    found = list(digests_of(command, data))
-    if update:
-        with open(expected_path, "w", encoding="ascii", newline="\n") as file:
-            file.writelines(found)
-        return 0
-    with open(expected_path, encoding="ascii") as file:
-        expected = file.readlines()
-    for line in sorted(set(found) - set(expected)):
-        print("not expected:", line, end="")
-    return 0 if found == expected else 1
-
-
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1:]))
+    sys.exit(check(sys.argv[1:], CASES, OUTPUTS))

@@ -24,6 +24,7 @@
 #include "shared/numerics/doubledouble/LongPowersOfFive.h"
 #include "shared/text/Multiply128.h"
 #include "shared/text/NumberParsing.h"
+#include "shared/text/PowersOfTen.h"
 #include "shared/text/WhiteSpace.h"
 
 namespace shr {
@@ -33,27 +34,6 @@ constexpr const wchar_t* UNIT = L"DoubleDouble";
 
 /// Digits that always fit 64 bits.
 constexpr int HALF_DIGITS = 19;
-
-constexpr std::uint64_t POWERS_OF_TEN[] = {1,
-                                           10,
-                                           100,
-                                           1'000,
-                                           10'000,
-                                           100'000,
-                                           1'000'000,
-                                           10'000'000,
-                                           100'000'000,
-                                           1'000'000'000,
-                                           10'000'000'000,
-                                           100'000'000'000,
-                                           1'000'000'000'000,
-                                           10'000'000'000'000,
-                                           100'000'000'000'000,
-                                           1'000'000'000'000'000,
-                                           10'000'000'000'000'000,
-                                           100'000'000'000'000'000,
-                                           1'000'000'000'000'000'000,
-                                           10'000'000'000'000'000'000u};
 
 /// The digits of a finite number as they stand in the text, without a sign.
 template <typename Char>

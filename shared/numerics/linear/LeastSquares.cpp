@@ -77,7 +77,7 @@ private:
     // Columns are taken in fours; those before k in the first four have a factor of 0 and stay.
     const std::size_t begin = k / LANES * LANES;
     std::fill(factors_.begin(), factors_.end(), 0.0);
-    if (k > 0) std::copy(&R(k - 1, 0) + k, &R(k - 1, 0) + columns_, factors_.begin() + k);
+    if (k > 0) std::copy(&R(k - 1, 0) + k, &R(k - 1, 0) + columns_, &factors_[k]);
     const double* const sideFactors = k > 0 ? x_.Row(k - 1) : noSides_.data();
     std::fill(sums_.begin(), sums_.end(), 0.0);
     for (std::size_t first = 0; first < rows_; first += BLOCK) {
