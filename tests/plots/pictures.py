@@ -10,6 +10,7 @@ After an intended change of plots, run it with --update and look at the new pict
 
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
@@ -47,8 +48,9 @@ def main(arguments):
                 shutil.copy(path, pictures / name)
             elif not (pictures / name).is_file() or (pictures / name).read_bytes() != path.read_bytes():
                 faults.append(f"{name} is not what docs/pictures/ holds; pictures.py --update")
-    if not drawn or sorted(os.listdir(pictures)) != drawn:
-        faults.append("docs/pictures/ holds other files than are drawn")
+    shown = set(re.findall(r"pictures/([\w-]+\.svg)", (pictures.parent / "plots.md").read_text(encoding="utf-8")))
+    if not drawn or shown != set(drawn):
+        faults.append("docs/plots.md shows other pictures than are drawn")
     print("\n".join(faults) or "No fault found.")
     return 1 if faults else 0
 

@@ -35,8 +35,25 @@ std::mutex& ConfigurationMutex() {
   return mutex.Get();
 }
 
-/// The configuration of the last listing; kept until the next one, never given back at the end.
-FcConfig* g_configuration = nullptr;
+/// The configuration of the last listing. It goes at the end of the process at last: Fontconfig's
+/// pointers are offsets, which leak checkers do not follow.
+class LastConfiguration {
+public:
+  ~LastConfiguration() { Replace(nullptr); }
+  FcConfig* Get() const { return held_; }
+  void Replace(FcConfig* next) {
+    if (held_ != nullptr) LoadFontconfig()->FcConfigDestroy(held_);
+    held_ = next;
+  }
+
+private:
+  FcConfig* held_ = nullptr;
+};
+
+LastConfiguration& Configuration() {
+  static LastConfiguration configuration;
+  return configuration;
+}
 
 /// The families of the last listing, some of them several times.
 std::vector<GString>& Families() {
@@ -132,7 +149,7 @@ GString FirstInstalled(const FontconfigLibrary& fontconfig, const FcPattern* pat
 /// Returns the family that Fontconfig finds most like the pattern.
 GString BestMatch(const FontconfigLibrary& fontconfig, FcPattern* pattern) {
   FcResult result = FcResultNoMatch;
-  FcPattern* const match = fontconfig.FcFontMatch(g_configuration, pattern, &result);
+  FcPattern* const match = fontconfig.FcFontMatch(Configuration().Get(), pattern, &result);
   if (match == nullptr) return GString();
   FontDescription font;
   int index = 0;
@@ -161,8 +178,7 @@ FontList ListFonts() {
   lister.Finish();
   Families().clear();
   for (const FontDescription& font : list.fonts) Families().push_back(font.family);
-  if (g_configuration != nullptr) fontconfig->FcConfigDestroy(g_configuration);
-  g_configuration = configuration;
+  Configuration().Replace(configuration);
   return list;
 }
 
@@ -170,12 +186,12 @@ GString FindStandIn(const GString& family, unsigned char) {
   const FontconfigLibrary* const fontconfig = LoadFontconfig();
   if (fontconfig == nullptr || LoadFreeType() == nullptr) return GString();
   const std::lock_guard<std::mutex> lock(ConfigurationMutex());
-  if (g_configuration == nullptr) return GString();
+  if (Configuration().Get() == nullptr) return GString();
   FcPattern* const pattern = fontconfig->FcPatternCreate();
   const std::string name = family.ToUtf8();
   fontconfig->FcPatternAddString(pattern, FC_FAMILY,
                                  reinterpret_cast<const FcChar8*>(name.c_str()));
-  fontconfig->FcConfigSubstitute(g_configuration, pattern, FcMatchPattern);
+  fontconfig->FcConfigSubstitute(Configuration().Get(), pattern, FcMatchPattern);
   fontconfig->FcDefaultSubstitute(pattern);
   GString found = FirstInstalled(*fontconfig, pattern);
   if (found.empty()) found = BestMatch(*fontconfig, pattern);
