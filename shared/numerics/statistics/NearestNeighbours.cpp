@@ -319,7 +319,7 @@ public:
   void SearchAll(const Taker& take) const {
     const std::size_t cells = starts_.size() - 1;
     const auto chunks = static_cast<std::int64_t>((cells + CHUNK - 1) / CHUNK);
-    const bool isLarge = points_.size() > PARALLEL_SIZE;
+    [[maybe_unused]] const bool isLarge = points_.size() > PARALLEL_SIZE;
 #pragma omp parallel for schedule(dynamic) if (isLarge)
     for (std::int64_t i = 0; i < chunks; ++i) {
       const std::size_t first = static_cast<std::size_t>(i) * CHUNK;
@@ -423,7 +423,7 @@ private:
   void SearchFullCell(std::size_t cell, const Taker& take) const {
     const auto begin = static_cast<std::int64_t>(starts_[cell]);
     const auto end = static_cast<std::int64_t>(starts_[cell + 1]);
-    const bool isLarge = end - begin > static_cast<std::int64_t>(PARALLEL_SIZE);
+    [[maybe_unused]] const bool isLarge = end - begin > static_cast<std::int64_t>(PARALLEL_SIZE);
 #pragma omp parallel for schedule(dynamic, CHUNK) if (isLarge)
     for (std::int64_t i = begin; i < end; ++i) {
       const auto self = static_cast<std::size_t>(i);
