@@ -19,22 +19,19 @@
 
 namespace shr {
 
-/// The double epsilon, below which a pivot counts as 0.
-inline constexpr double PIVOT_EPSILON = 2.220446049250313e-16;
-
 inline constexpr double NO_NUMBER = std::numeric_limits<double>::quiet_NaN();
 /// What a warp that is not calibrated returns.
 inline constexpr RPoint NO_POINT(NO_NUMBER, NO_NUMBER);
 
-inline bool IsFinite(const RPoint& point) {
+inline bool IsFinitePoint(const RPoint& point) {
   return std::isfinite(point.x) && std::isfinite(point.y);
 }
 
 /// Returns true when there are as many targets as sources, not fewer than `fewest`, all finite.
 inline bool AreUsable(const RPoints& from, const RPoints& to, std::size_t fewest) {
   return from.size() == to.size() && from.size() >= fewest &&
-         std::all_of(from.begin(), from.end(), IsFinite) &&
-         std::all_of(to.begin(), to.end(), IsFinite);
+         std::all_of(from.begin(), from.end(), IsFinitePoint) &&
+         std::all_of(to.begin(), to.end(), IsFinitePoint);
 }
 
 /// Returns true when all elements of a vector or matrix are finite.

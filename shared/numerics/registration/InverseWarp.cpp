@@ -165,7 +165,7 @@ RPoint FirstGuess(const CImageWarp& warp, const RPoint& target) {
   if (trend == nullptr || trend->empty()) return center;
   const RPoint step = Solve(OfLinear(*trend), target.x - (*trend)(0, 0), target.y - (*trend)(0, 1));
   const RPoint guess(center.x + step.x * warp.Scale(), center.y + step.y * warp.Scale());
-  return IsFinite(guess) ? guess : center;
+  return IsFinitePoint(guess) ? guess : center;
 }
 
 /// A point of the search and what the warp makes of it.
@@ -214,7 +214,7 @@ InverseResult InverseTransform(const CImageWarp& warp, const RPoint& target, con
     tolerance = INVERSE_TOLERANCE * (std::max(std::abs(target.x), std::abs(target.y)) +
                                      LargestOf(*derivative) * warp.Scale());
     const RPoint step = Solve(*derivative, place.left.x, place.left.y);
-    if (place.distance == 0.0 || !IsFinite(step) || result.steps == MOST_INVERSE_STEPS) break;
+    if (place.distance == 0.0 || !IsFinitePoint(step) || result.steps == MOST_INVERSE_STEPS) break;
     double part = 1.0;
     Place next = place;
     for (int halving = 0; halving < MOST_HALVINGS; ++halving, part /= 2) {

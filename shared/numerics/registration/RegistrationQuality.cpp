@@ -71,7 +71,7 @@ Errors Axes(const Problem& problem) {
   }
   for (std::size_t i = 0; i < errors.size(); ++i) {
     const RPoint error(WithoutPoint(x(i), designX.Row(i)), WithoutPoint(y(i), designY.Row(i)));
-    if (IsFinite(error)) errors[i] = error;
+    if (IsFinitePoint(error)) errors[i] = error;
   }
   return errors;
 }

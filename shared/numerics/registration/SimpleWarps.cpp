@@ -26,7 +26,7 @@ bool CTranslate::Calibrate(const RPoints& from, const RPoints& to) {
     offset.y += to[i].y - from[i].y;
   }
   const auto count = static_cast<double>(from.size());
-  if (!IsFinite(offset)) return false;
+  if (!IsFinitePoint(offset)) return false;
   offsetX_ = offset.x / count;
   offsetY_ = offset.y / count;
   return true;

@@ -39,6 +39,7 @@
 #include <span>
 
 #include "shared/numerics/linear/MatrixProducts.h"
+#include "shared/numerics/linear/Pivot.h"
 #include "shared/numerics/linear/SymmetricSolve.h"
 #include "shared/numerics/linear/TriangularSolve.h"
 #include "shared/numerics/registration/ControlPoints.h"

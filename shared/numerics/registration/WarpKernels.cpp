@@ -135,7 +135,7 @@ template <class Map>
 void ForEachPoint(const double* source, double* destination, std::size_t first, std::size_t count,
                   Map map) {
   for (std::size_t i = first; i < count; ++i) {
-    const Pair<Lane> result = map(Pair<Lane>{Lane(source[2 * i]), Lane(source[2 * i + 1])});
+    const Position<Lane> result = map(Position<Lane>{Lane(source[2 * i]), Lane(source[2 * i + 1])});
     destination[2 * i] = result.x.value;
     destination[2 * i + 1] = result.y.value;
   }
@@ -181,7 +181,7 @@ void MapBySpline(RadialKernel kernel, const SplineTerms& terms, const double* so
   const std::size_t done =
       HasAvx2() ? MapBySplineAvx2(kernel, terms, source, destination, count) : 0;
   WithKernel(kernel, [=, &terms]<RadialKernel KERNEL>() {
-    ForEachPoint(source, destination, done, count, [&terms](const Pair<Lane>& point) {
+    ForEachPoint(source, destination, done, count, [&terms](const Position<Lane>& point) {
       return TransformBySpline<KERNEL>(terms, point);
     });
   });
@@ -191,7 +191,7 @@ void MapByDistance(const DistanceTerms& terms, const double* source, double* des
                    std::size_t count) {
   const std::size_t done = HasAvx2() ? MapByDistanceAvx2(terms, source, destination, count) : 0;
   ForEachPoint(source, destination, done, count,
-               [&terms](const Pair<Lane>& point) { return TransformByDistance(terms, point); });
+               [&terms](const Position<Lane>& point) { return TransformByDistance(terms, point); });
 }
 
 }  // namespace shr

@@ -93,7 +93,7 @@ SHARED_ALWAYS_INLINE void Store(Lanes lanes, double* numbers) {
 }
 
 /// Eight points as two vectors; the lanes are points 0, 2, 1, 3 and 4, 6, 5, 7.
-SHARED_ALWAYS_INLINE Pair<Lanes> LoadPoints(const double* points) {
+SHARED_ALWAYS_INLINE Position<Lanes> LoadPoints(const double* points) {
   const Lanes first = Load(points);
   const Lanes second = Load(points + 8);
   return {
@@ -101,7 +101,7 @@ SHARED_ALWAYS_INLINE Pair<Lanes> LoadPoints(const double* points) {
       Lanes(_mm256_unpackhi_pd(first.low, first.high),
             _mm256_unpackhi_pd(second.low, second.high))};
 }
-SHARED_ALWAYS_INLINE void StorePoints(const Pair<Lanes>& pair, double* points) {
+SHARED_ALWAYS_INLINE void StorePoints(const Position<Lanes>& pair, double* points) {
   Store(
       Lanes(_mm256_unpacklo_pd(pair.x.low, pair.y.low), _mm256_unpackhi_pd(pair.x.low, pair.y.low)),
       points);
@@ -164,7 +164,7 @@ std::size_t RadialRowAvx2(RadialKernel kernel, double u, double v, const double*
 std::size_t MapBySplineAvx2(RadialKernel kernel, const SplineTerms& terms, const double* source,
                             double* destination, std::size_t count) {
   return WithKernel(kernel, [=, &terms]<RadialKernel KERNEL>() {
-    return ForEachEightPoints(source, destination, count, [&terms](const Pair<Lanes>& point) {
+    return ForEachEightPoints(source, destination, count, [&terms](const Position<Lanes>& point) {
       return TransformBySpline<KERNEL>(terms, point);
     });
   });
@@ -172,7 +172,7 @@ std::size_t MapBySplineAvx2(RadialKernel kernel, const SplineTerms& terms, const
 
 std::size_t MapByDistanceAvx2(const DistanceTerms& terms, const double* source, double* destination,
                               std::size_t count) {
-  return ForEachEightPoints(source, destination, count, [&terms](const Pair<Lanes>& point) {
+  return ForEachEightPoints(source, destination, count, [&terms](const Position<Lanes>& point) {
     return TransformByDistance(terms, point);
   });
 }

@@ -151,7 +151,7 @@ SHARED_ALWAYS_INLINE static V Radial(V squared) {
 
 /// X and Y of the transform of points.
 template <class V>
-struct Pair {
+struct Position {
   V x;
   V y;
 };
@@ -159,7 +159,8 @@ struct Pair {
 /// Maps points, one a lane, by a radial basis function. The terms are summed before the polynomial
 /// is added, whose rounding is as coarse as the map's coordinates are large.
 template <RadialKernel KERNEL, class V>
-SHARED_ALWAYS_INLINE static Pair<V> TransformBySpline(const SplineTerms& terms, Pair<V> point) {
+SHARED_ALWAYS_INLINE static Position<V> TransformBySpline(const SplineTerms& terms,
+                                                          Position<V> point) {
   const V u = (point.x - V(terms.centerX)) / V(terms.scale);
   const V v = (point.y - V(terms.centerY)) / V(terms.scale);
   V x(0.0), y(0.0);
@@ -176,7 +177,8 @@ SHARED_ALWAYS_INLINE static Pair<V> TransformBySpline(const SplineTerms& terms, 
 
 /// The same by the inverse distance method.
 template <class V>
-SHARED_ALWAYS_INLINE static Pair<V> TransformByDistance(const DistanceTerms& terms, Pair<V> point) {
+SHARED_ALWAYS_INLINE static Position<V> TransformByDistance(const DistanceTerms& terms,
+                                                            Position<V> point) {
   const V u = (point.x - V(terms.centerX)) / V(terms.scale);
   const V v = (point.y - V(terms.centerY)) / V(terms.scale);
   V x(0.0), y(0.0), sum(0.0);

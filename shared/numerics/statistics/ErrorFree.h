@@ -23,20 +23,20 @@ inline constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
 /// A sum of two doubles that is not rounded; `low` is at most half a unit of the last place of
 /// `high`.
-struct Pair {
+struct ExactPair {
   double high = 0.0;
   double low = 0.0;
 };
 
 /// Returns a + b exactly. Requires |a| >= |b| or a = 0. Source: T. J. Dekker, "A floating-point
 /// technique for extending the available precision", 1971.
-inline Pair FastTwoSum(double a, double b) {
+inline ExactPair FastTwoSum(double a, double b) {
   const double sum = a + b;
   return {sum, b - (sum - a)};
 }
 
 /// Returns a + b exactly. Source: D. E. Knuth, "The Art of Computer Programming 2", 4.2.2.
-inline Pair TwoSum(double a, double b) {
+inline ExactPair TwoSum(double a, double b) {
   const double sum = a + b;
   const double part = sum - a;
   return {sum, (a - (sum - part)) + (b - part)};
@@ -46,7 +46,7 @@ inline Pair TwoSum(double a, double b) {
 inline constexpr double SPLITTER = 134217729.0;  // 2^27 + 1
 
 /// Returns a b exactly where neither it nor its last bits leave the range of doubles.
-inline Pair TwoProduct(double a, double b) {
+inline ExactPair TwoProduct(double a, double b) {
   const double product = a * b;
   const double aScaled = SPLITTER * a, bScaled = SPLITTER * b;
   const double aHigh = aScaled - (aScaled - a), bHigh = bScaled - (bScaled - b);
@@ -61,7 +61,7 @@ public:
   ScaledPair() = default;
   ScaledPair(double value) : ScaledPair(value, 0.0, 0) {}  // NOLINT: every double is one
   ScaledPair(double high, double low, int exponent) {
-    const Pair sum = TwoSum(high, low);
+    const ExactPair sum = TwoSum(high, low);
     if (!std::isfinite(sum.high) || sum.high == 0.0) {
       high_ = sum.high;
       return;
@@ -85,7 +85,7 @@ public:
     return result;
   }
   /// Returns the value as two doubles; what is below their range is lost.
-  Pair ToPair() const { return {std::ldexp(high_, exponent_), std::ldexp(low_, exponent_)}; }
+  ExactPair ToPair() const { return {std::ldexp(high_, exponent_), std::ldexp(low_, exponent_)}; }
 
   ScaledPair operator-() const {
     ScaledPair result = *this;
@@ -99,14 +99,14 @@ public:
     if (b.high_ == 0.0) return a;
     if (a.exponent_ < b.exponent_) return b + a;
     const int shift = b.exponent_ - a.exponent_;
-    const Pair highs = TwoSum(a.high_, std::ldexp(b.high_, shift));
-    const Pair lows = TwoSum(a.low_, std::ldexp(b.low_, shift));
-    const Pair upper = FastTwoSum(highs.high, highs.low + lows.high);
+    const ExactPair highs = TwoSum(a.high_, std::ldexp(b.high_, shift));
+    const ExactPair lows = TwoSum(a.low_, std::ldexp(b.low_, shift));
+    const ExactPair upper = FastTwoSum(highs.high, highs.low + lows.high);
     return {upper.high, upper.low + lows.low, a.exponent_};
   }
   friend ScaledPair operator-(const ScaledPair& a, const ScaledPair& b) { return a + -b; }
   friend ScaledPair operator*(const ScaledPair& a, const ScaledPair& b) {
-    const Pair product = TwoProduct(a.high_, b.high_);
+    const ExactPair product = TwoProduct(a.high_, b.high_);
     if (!std::isfinite(product.high)) return {a.high_ * b.high_, 0.0, 0};
     return {product.high, product.low + (a.high_ * b.low_ + a.low_ * b.high_),
             a.exponent_ + b.exponent_};

@@ -146,8 +146,8 @@ ScaledPair ExactSum::Value() const {
 }
 
 ScaledPair ExactSum::Mean(std::uint64_t count) const {
-  const Pair divisor{static_cast<double>(count >> DIGIT_BITS) * 4294967296.0,
-                     static_cast<double>(count & DIGIT_MASK)};
+  const ExactPair divisor{static_cast<double>(count >> DIGIT_BITS) * 4294967296.0,
+                          static_cast<double>(count & DIGIT_MASK)};
   return Value() / ScaledPair(divisor.high, divisor.low, 0);
 }
 

@@ -114,19 +114,19 @@ void TakeAll(CPlanarRegression& result, const Sums& sums, const Fit& fit) {
   CorrelateSamples(result, sums);
 }
 
-Pair Sum(const Pair& a, const Pair& b) {
-  const Pair highs = TwoSum(a.high, b.high), lows = TwoSum(a.low, b.low);
-  const Pair upper = FastTwoSum(highs.high, highs.low + lows.high);
+ExactPair Sum(const ExactPair& a, const ExactPair& b) {
+  const ExactPair highs = TwoSum(a.high, b.high), lows = TwoSum(a.low, b.low);
+  const ExactPair upper = FastTwoSum(highs.high, highs.low + lows.high);
   return FastTwoSum(upper.high, upper.low + lows.low);
 }
-Pair Difference(const Pair& a, const Pair& b) {
+ExactPair Difference(const ExactPair& a, const ExactPair& b) {
   return Sum(a, {-b.high, -b.low});
 }
-Pair Product(const Pair& a, const Pair& b) {
-  const Pair product = TwoProduct(a.high, b.high);
+ExactPair Product(const ExactPair& a, const ExactPair& b) {
+  const ExactPair product = TwoProduct(a.high, b.high);
   return FastTwoSum(product.high, product.low + (a.high * b.low + a.low * b.high));
 }
-void AddProduct(ExactSum& sum, const Pair& a, const Pair& b) {
+void AddProduct(ExactSum& sum, const ExactPair& a, const ExactPair& b) {
   sum.AddProduct(a.high, b.high);
   sum.AddProduct(a.high, b.low);
   sum.AddProduct(a.low, b.high);
@@ -145,10 +145,10 @@ public:
   Fit Solve() const {
     Fit fit;
     const ScaledPair slope = sums_.xy / sums_.xx;
-    const Pair yOfX = slope.ToPair();
+    const ExactPair yOfX = slope.ToPair();
     ExactSum squares, products;
     for (const Vec3d& point : points_) {
-      const Pair y = Difference(Y(point), Product(yOfX, X(point)));
+      const ExactPair y = Difference(Y(point), Product(yOfX, X(point)));
       AddProduct(squares, y, y);
       AddProduct(products, y, Z(point));
     }
@@ -168,16 +168,18 @@ public:
   }
 
 private:
-  static Pair Deviation(double value, const Pair& mean) { return Difference({value, 0.0}, mean); }
-  Pair X(const Vec3d& point) const { return Deviation(point.x, meanX_); }
-  Pair Y(const Vec3d& point) const { return Deviation(point.y, meanY_); }
-  Pair Z(const Vec3d& point) const { return Deviation(point.z, meanZ_); }
+  static ExactPair Deviation(double value, const ExactPair& mean) {
+    return Difference({value, 0.0}, mean);
+  }
+  ExactPair X(const Vec3d& point) const { return Deviation(point.x, meanX_); }
+  ExactPair Y(const Vec3d& point) const { return Deviation(point.y, meanY_); }
+  ExactPair Z(const Vec3d& point) const { return Deviation(point.z, meanZ_); }
 
-  ScaledPair Residual(const Pair& a, const Pair& b) const {
+  ScaledPair Residual(const ExactPair& a, const ExactPair& b) const {
     ExactSum sum;
     for (const Vec3d& point : points_) {
-      const Pair fitted = Sum(Product(a, X(point)), Product(b, Y(point)));
-      const Pair residual = Difference(Z(point), fitted);
+      const ExactPair fitted = Sum(Product(a, X(point)), Product(b, Y(point)));
+      const ExactPair residual = Difference(Z(point), fitted);
       AddProduct(sum, residual, residual);
     }
     return sum.Value();
@@ -185,7 +187,7 @@ private:
 
   std::span<const Vec3d> points_;
   const Sums& sums_;
-  Pair meanX_, meanY_, meanZ_;
+  ExactPair meanX_, meanY_, meanZ_;
 };
 
 }  // namespace

@@ -171,7 +171,7 @@ public:
     double sums[2], lost[2];
     sum_.Store(sums);
     lost_.Store(lost);
-    const Pair total = TwoSum(sums[0], sums[1]);
+    const ExactPair total = TwoSum(sums[0], sums[1]);
     return {total.high, total.low + (lost[0] + lost[1]), 0};
   }
   /// Adds the sum of both lanes, or of the first alone, to `total` and starts again at 0.

@@ -31,7 +31,7 @@ int ScaleExponent(double largest);
 /// The mean of numbers scaled by 2^-exponent: `center` and what it lacks.
 struct Center {
   double center = 0.0;
-  Pair rest;
+  ExactPair rest;
 };
 
 /// Returns the mean of `count` numbers with the sum `sum`, within 2^-100 of `rest`.

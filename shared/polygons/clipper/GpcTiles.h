@@ -353,7 +353,7 @@ private:
   /// smaller tiles would find each crossing many times, or whether most meet in one point.
   Crowd GetCrowd(Index first, Index count) const {
     const Element* elements = memory_.elements.Data() + first;
-    const double near = Tuning::SMALLEST_TILE * tolerance_;
+    const double reach = Tuning::SMALLEST_TILE * tolerance_;
     Index meetings = 0;
     Index together = 0;
     Vec2d last(HUGE_VAL, HUGE_VAL);
@@ -364,7 +364,7 @@ private:
       Vec2d point;
       if (a == b || !Meet(elements[a], elements[b], point)) continue;
       ++meetings;
-      together += std::abs(point.x - last.x) <= near && std::abs(point.y - last.y) <= near;
+      together += std::abs(point.x - last.x) <= reach && std::abs(point.y - last.y) <= reach;
       last = point;
     }
     if (together >= Tuning::MANY_MEET) return Crowd::Hub;
