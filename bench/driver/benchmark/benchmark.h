@@ -144,6 +144,8 @@ public:
     return this;
   }
   Benchmark* UseRealTime() { return this; }
+  /// Rows of several threads run as one of a single thread.
+  Benchmark* Threads(int) { return this; }
 
   const std::string& GetName() const { return name_; }
   const std::vector<std::vector<std::int64_t>>& GetArguments() const { return arguments_; }
