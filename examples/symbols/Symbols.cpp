@@ -8,7 +8,6 @@
 //     symbols --face Arial --svg arial.svg
 
 #include <cstddef>
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -20,6 +19,7 @@
 #include "shared/fonts/StrokedFace.h"
 #include "shared/fonts/SystemFaceInfo.h"
 #include "shared/platform/Console.h"
+#include "shared/plots/GlyphPath.h"
 #include "shared/plots/SvgWriter.h"
 
 namespace {
@@ -76,26 +76,9 @@ Sheet SheetOfFace(const GString& name) {
   return sheet;
 }
 
-/// Appends a number with two decimals; the places of a sheet are small.
-void AppendNumber(std::string& text, double value) {
-  char number[32];
-  std::snprintf(number, sizeof number, "%.2f ", value);
-  text += number;
-}
-
-/// Returns the data of a path: the outline with its origin at (x, y) of the picture, y downwards.
 std::string PathData(const GlyphOutline& outline, double x, double y) {
   std::string data;
-  const OutlinePoint* point = outline.points.data();
-  for (const OutlineVerb verb : outline.verbs) {
-    const auto index = static_cast<std::size_t>(verb);
-    data += "MLQCZ"[index];
-    const std::size_t counts[] = {1, 1, 2, 3, 0};
-    for (std::size_t i = 0; i < counts[index]; ++i, ++point) {
-      AppendNumber(data, x + point->x * EM);
-      AppendNumber(data, y - point->y * EM);
-    }
-  }
+  AppendGlyphPath(data, outline, x, y, EM);
   return data;
 }
 
