@@ -12,7 +12,6 @@
 
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
-#include "examples/mapreport/Labels.h"
 #include "examples/mapreport/SvgCountries.h"
 #include "examples/mapreport/SvgGraticule.h"
 #include "examples/mapreport/SvgLegend.h"

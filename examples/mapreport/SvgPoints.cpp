@@ -88,11 +88,20 @@ void DrawCells(SvgWriter& svg, const Model& model, const Projection& projection,
   svg.End();
 }
 
-const char* AnchorText(LabelPlace::Anchor anchor) {
+/// Returns the room that text of `size` takes: what letters really use above and below the base
+/// line, level with the point the middle of small letters.
+LabelExtent ExtentOf(const GString& text, double size) {
+  constexpr double ASCENT = 0.82;
+  constexpr double DESCENT = 0.24;
+  constexpr double X_HEIGHT = 0.52;
+  return {EstimateTextWidth(text, size), ASCENT * size, DESCENT * size, X_HEIGHT * size / 2};
+}
+
+const char* AnchorText(LabelAnchor anchor) {
   switch (anchor) {
-    case LabelPlace::Anchor::Middle:
+    case LabelAnchor::Middle:
       return "middle";
-    case LabelPlace::Anchor::End:
+    case LabelAnchor::End:
       return "end";
     default:
       return "start";
@@ -100,8 +109,8 @@ const char* AnchorText(LabelPlace::Anchor anchor) {
 }
 
 void DrawLabel(SvgWriter& svg, const LabelPlace& place, const GString& text) {
-  svg.Begin("text").Attribute("x", place.position.x).Attribute("y", place.position.y);
-  if (place.anchor != LabelPlace::Anchor::Start) {
+  svg.Begin("text").Attribute("x", place.anchorPoint.x).Attribute("y", place.anchorPoint.y);
+  if (place.anchor != LabelAnchor::Start) {
     svg.Attribute("text-anchor", AnchorText(place.anchor));
   }
   svg.Text(text).End();
@@ -212,8 +221,7 @@ void DrawEventNames(SvgWriter& svg, const Model& model, const Projection& projec
     const double radius = sizes.Radius(magnitude);
     named.emplace_back(at.x - radius, at.y - radius, at.x + radius, at.y + radius);
     const GString text = L"M\u00A0" + FormatNumber(magnitude, 1);
-    const double width = EstimateTextWidth(text, SIZE);
-    const auto place = placer.PlaceName(at, radius, width, SIZE);
+    const auto place = placer.Place({at, radius, ExtentOf(text, SIZE), 0, false});
     if (place) DrawLabel(svg, *place, text);
   }
   svg.End();
@@ -228,8 +236,7 @@ std::vector<std::size_t> DrawCities(SvgWriter& svg, const Model& model,
     const City& city = model.cities[index];
     const CitySize& size = SizeOf(city);
     const Vec2d at = projection.ToPage(*PlaceInWindow(city.position, model.window));
-    const double width = EstimateTextWidth(city.name, size.type);
-    const auto place = placer.Place(at, size.radius, width, size.type);
+    const auto place = placer.Place({at, size.radius, ExtentOf(city.name, size.type)});
     if (!place) continue;
     DrawCity(svg, city, at, *place);
     drawn.push_back(index);

@@ -9,13 +9,14 @@
 #include <cstddef>
 #include <vector>
 
-#include "examples/mapreport/Labels.h"
 #include "examples/mapreport/Model.h"
 #include "examples/mapreport/Projection.h"
+#include "shared/plots/LabelPlacement.h"
 #include "shared/plots/SvgWriter.h"
 
 namespace mapreport {
 
+using shr::LabelPlacer;
 using shr::SvgWriter;
 
 /// The size of circles: area grows with about the fourth power of the magnitude, and where a map

@@ -11,7 +11,6 @@
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Areas.h"
 #include "examples/mapreport/Format.h"
-#include "examples/mapreport/Labels.h"
 #include "examples/mapreport/Projection.h"
 #include "examples/mapreport/ReportPage.h"
 #include "examples/mapreport/SvgMap.h"
@@ -72,32 +71,6 @@ TEST(Projection, theGraticuleHasFiveToFifteenSteps) {
     const double lines = range / GraticuleStep(range);
     EXPECT_GE(lines, 5) << range;
     EXPECT_LE(lines, 15) << range;
-  }
-}
-
-TEST(Labels, neverOverlapAndStayInside) {
-  const Box2d frame(0, 0, 400, 300);
-  LabelPlacer placer(frame);
-  std::mt19937 random(20260101);
-  std::uniform_real_distribution<double> unit(0, 1);
-  std::vector<Box2d> taken;
-  for (int i = 0; i < 400; ++i) {
-    const Vec2d point(unit(random) * 400, unit(random) * 300);
-    const double width = 10 + unit(random) * 60;
-    const auto place = placer.Place(point, 2, width, 10);
-    if (!place) continue;
-    EXPECT_TRUE(frame.Contains(place->box));
-    EXPECT_NEAR(width, place->box.xRange(), 1e-9);
-    taken.push_back(place->box);
-    taken.emplace_back(point.x - 2, point.y - 2, point.x + 2, point.y + 2);
-  }
-  EXPECT_GT(taken.size(), 80u);
-  for (std::size_t i = 0; i < taken.size(); ++i) {
-    for (std::size_t j = 0; j < i; ++j) {
-      Box2d common = taken[i];
-      common.Intersect(taken[j]);
-      EXPECT_TRUE(common.IsEmpty()) << i << " and " << j;
-    }
   }
 }
 
