@@ -10,6 +10,8 @@ set -euo pipefail
 
 build=(g++ cmake ninja-build libicu-dev libboost1.81-dev libfreetype-dev libfontconfig-dev)
 examples=(libcli11-dev)
+# Letters of the scripts that tests lay out: Latin, Arabic, Hebrew; Devanagari; Chinese, Japanese; Korean; emoji.
+fonts=(fonts-dejavu-core fonts-lohit-deva fonts-droid-fallback fonts-alee fonts-symbola)
 windows=(g++-mingw-w64-x86-64-posix)
 clang=(clang libclang-rt-14-dev)
 
@@ -17,7 +19,7 @@ packages_of() {
   case $1 in
     demo) echo "${build[@]}" "${examples[@]}" ;;
     test) echo "${build[@]}" "${examples[@]}" "${windows[@]}" wine wine64 googletest clang-format tidy \
-               fonts-dejavu-core \
+               "${fonts[@]}" \
                libeigen3-dev \
                libmpfr-dev \
                python3 pkg-config ;;
@@ -27,9 +29,9 @@ packages_of() {
                 python3 \
                 "${windows[@]}" wine wine64 ;;
     fuzz) echo "${build[@]}" "${clang[@]}" libmpfr-dev ;;
-    builds) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest fonts-dejavu-core python3 ;;
-    tsan) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest fonts-dejavu-core tidy ;;
-    coverage) echo "${build[@]}" "${examples[@]}" googletest fonts-dejavu-core gcovr tidy ;;
+    builds) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest "${fonts[@]}" python3 ;;
+    tsan) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest "${fonts[@]}" tidy ;;
+    coverage) echo "${build[@]}" "${examples[@]}" googletest "${fonts[@]}" gcovr tidy ;;
     docs) echo doxygen ;;
     package) echo "${build[@]}" "${windows[@]}" dpkg-dev file ;;
     format) echo clang-format ;;

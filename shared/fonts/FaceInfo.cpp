@@ -9,6 +9,7 @@
 #include <bitset>
 
 #include "shared/diagnostics/ThrowError.h"
+#include "shared/fonts/TextCharacters.h"
 #include "shared/text/StringCompare.h"
 
 namespace shr {
@@ -27,31 +28,6 @@ constexpr char32_t SYMBOL_COUNT = 0x100;
 constexpr double DEFAULT_THICKNESS = 0.05;
 constexpr double DEFAULT_UNDERSCORE = -0.1;
 constexpr double DEFAULT_STRIKEOUT = 0.25;
-
-bool IsControl(char32_t character) {
-  return character < 0x20 || (character >= 0x7F && character < 0xA0);
-}
-
-/// Returns true for characters that only tell how others are laid out (Default_Ignorable of
-/// Unicode, the ones met in text): nothing is drawn for them.
-bool IsFormatMark(char32_t c) {
-  return c == 0xAD || (c >= 0x200B && c <= 0x200F) || (c >= 0x202A && c <= 0x202E) ||
-         (c >= 0x2060 && c <= 0x2064) || (c >= 0xFE00 && c <= 0xFE0F) || c == 0xFEFF;
-}
-
-/// Takes one character off the front of `text`; an unpaired surrogate is one.
-char32_t NextCharacter(std::wstring_view& text) {
-  const auto first = static_cast<char32_t>(text[0]);
-  if (first >= 0xD800 && first < 0xDC00 && text.size() > 1) {
-    const auto second = static_cast<char32_t>(text[1]);
-    if (second >= 0xDC00 && second < 0xE000) {
-      text.remove_prefix(2);
-      return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);
-    }
-  }
-  text.remove_prefix(1);
-  return first;
-}
 
 }  // namespace
 
@@ -165,6 +141,23 @@ double CFaceInfo::CalcEmExtent(std::wstring_view text) const {
   double extent = 0;
   VisitGlyphs(text, [&extent](const GlyphMetrics& glyph) { extent += glyph.advance; });
   return extent;
+}
+
+std::size_t CFaceInfo::CalcEmExtentOfKnown(std::wstring_view text, double& extent) const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  PageCursor cursor;
+  bool has = false;
+  std::wstring_view rest = text;
+  extent = 0;
+  while (!rest.empty()) {
+    std::wstring_view behind = rest;
+    const char32_t character = NextCharacter(behind);
+    const GlyphMetrics& glyph = Lookup(character, cursor, has);
+    if (!has && !NeedsNoFace(character)) break;
+    extent += glyph.advance;
+    rest = behind;
+  }
+  return text.size() - rest.size();
 }
 
 Box2d CFaceInfo::CalcEmBounds(std::wstring_view text) const {

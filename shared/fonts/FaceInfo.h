@@ -22,6 +22,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <mutex>
 #include <string_view>
@@ -111,6 +112,11 @@ public:
 
   /// Returns the advance width of the text; pairs of surrogates are one character.
   double CalcEmExtent(std::wstring_view text) const;
+
+  /// Returns how many code units at the head of the text the face can show: up to the first
+  /// character that it lacks (controls and marks of format need no glyph, nor does another face
+  /// have halves of pairs); `extent` is their advance.
+  std::size_t CalcEmExtentOfKnown(std::wstring_view text, double& extent) const;
 
   /// Returns the box of what is drawn of the text, its pen starting at the origin; the empty box
   /// when nothing is.

@@ -193,6 +193,7 @@ void CSystemFaceInfo::Install(FaceList faces) {
     defaultMarker_ = defaultText_;
   }
   FindDefaults();
+  ++generation_;
 }
 
 void CSystemFaceInfo::FindDefaults() {
@@ -306,10 +307,25 @@ int CSystemFaceInfo::Match(std::wstring_view name, long weight, unsigned char it
                            unsigned char charset, unsigned char pitchAndFamily, int flags,
                            unsigned int typeMask) {
   const std::lock_guard<std::mutex> lock(RegistryMutex());
-  if (name.empty()) return DefaultOf(pitchAndFamily, flags);
-  const Request request = {GString(), weight, italic, charset, pitchAndFamily, flags, typeMask};
+  return MatchLocked(name, {GString(), weight, italic, charset, pitchAndFamily, flags, typeMask});
+}
+
+std::shared_ptr<CFaceInfo> CSystemFaceInfo::MatchFace(std::wstring_view name, long weight,
+                                                      unsigned char italic, unsigned char charset,
+                                                      unsigned char pitchAndFamily, int flags,
+                                                      unsigned int typeMask) {
+  const std::lock_guard<std::mutex> lock(RegistryMutex());
+  const int index =
+      MatchLocked(name, {GString(), weight, italic, charset, pitchAndFamily, flags, typeMask});
+  return index == NO_FACE ? nullptr : faces_[static_cast<std::size_t>(index)];
+}
+
+/// Matches a request, whose name is `name`. Under the lock.
+int CSystemFaceInfo::MatchLocked(std::wstring_view name, const Request& request) {
+  if (name.empty()) return DefaultOf(request.pitchAndFamily, request.flags);
   if (MatchCachedTypeface(request, name)) return cachedIndex_;
-  const Query query = MakeQuery(name, weight, italic, charset, pitchAndFamily, flags, typeMask);
+  const Query query = MakeQuery(name, request.weight, request.italic, request.charset,
+                                request.pitchAndFamily, request.flags, request.typeMask);
   int index = FindPerfect(query);
   if (index == NO_FACE) index = FindBest(query);
   CacheTypeface(request, name, index);
@@ -329,6 +345,11 @@ std::shared_ptr<CFaceInfo> CSystemFaceInfo::GetFaceInfo(int index) const {
     ThrowErrorImpl(UNIT, __LINE__, INVALID_PARAMETER_TEXT);
   }
   return faces_[static_cast<std::size_t>(index)];
+}
+
+std::vector<std::shared_ptr<CFaceInfo>> CSystemFaceInfo::GetFaces() const {
+  const std::lock_guard<std::mutex> lock(RegistryMutex());
+  return faces_;
 }
 
 int CSystemFaceInfo::GetFaceCount() const {

@@ -20,6 +20,7 @@
 
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <mutex>
@@ -65,6 +66,11 @@ public:
   int Match(std::wstring_view name, long weight, unsigned char italic, unsigned char charset,
             unsigned char pitchAndFamily, int flags, unsigned int typeMask);
 
+  /// Returns the face that `Match` finds, null where that is `NO_FACE`; no `Refresh` comes between.
+  std::shared_ptr<CFaceInfo> MatchFace(std::wstring_view name, long weight, unsigned char italic,
+                                       unsigned char charset, unsigned char pitchAndFamily,
+                                       int flags, unsigned int typeMask);
+
   /// Returns the index of the first face of that name, of a type in the mask, that scores
   /// `PERFECT_MATCH`; -1 when there is none.
   int CheckForPerfectMatch(std::wstring_view name, long weight, unsigned char italic,
@@ -80,6 +86,9 @@ public:
 
   /// Returns a face. Errors: an index that is none is an invalid parameter.
   std::shared_ptr<CFaceInfo> GetFaceInfo(int index) const;
+
+  /// Returns all faces in their order.
+  std::vector<std::shared_ptr<CFaceInfo>> GetFaces() const;
 
   /// Returns the number of faces; they are sorted by name, ignoring case.
   int GetFaceCount() const;
@@ -99,6 +108,9 @@ public:
   /// void; faces that callers hold stay usable. Errors: as the first use; the faces are then those
   /// of before.
   void Refresh();
+
+  /// Returns a number that every `Refresh` changes, for what remembers faces.
+  unsigned int GetGeneration() const noexcept { return generation_.load(); }
 
 private:
   friend class Singleton<CSystemFaceInfo>;
@@ -139,6 +151,7 @@ private:
                   unsigned char pitchAndFamily, int flags, unsigned int typeMask) const;
   static Key KeyOf(const CFaceInfo& face);
   static int Score(const Query& query, const Key& key, bool hasName);
+  int MatchLocked(std::wstring_view name, const Request& request);
   int FindPerfect(const Query& query) const;
   int FindBest(const Query& query) const;
   int DefaultOf(unsigned char pitchAndFamily, int flags) const;
@@ -154,6 +167,7 @@ private:
   Request cached_;
   int cachedIndex_ = NO_FACE;
   bool isCached_ = false;
+  std::atomic<unsigned int> generation_{0};
 };
 
 template <>

@@ -44,6 +44,13 @@ platform::Font* CTrueTypeFaceInfo::Open() const {
   return font_.get();
 }
 
+std::uint32_t CTrueTypeFaceInfo::GetGlyphOf(char32_t character) const {
+  const char32_t code = MapCharCode(character);
+  const std::lock_guard<std::mutex> lock(fontMutex_);
+  platform::Font* const font = Open();
+  return font != nullptr ? font->GetGlyph(code) : platform::MISSING_GLYPH;
+}
+
 bool CTrueTypeFaceInfo::GetMetricsOfGlyph(std::uint32_t glyph, GlyphMetrics& metrics) const {
   const std::lock_guard<std::mutex> lock(fontMutex_);
   platform::Font* const font = Open();

@@ -34,6 +34,10 @@ public:
   /// Returns true when the font stands in for a face of another name.
   bool IsStandIn() const;
 
+  /// Returns the number in the font of the glyph of a character, the one for missing characters
+  /// (platform::MISSING_GLYPH) when the face has none.
+  std::uint32_t GetGlyphOf(char32_t character) const;
+
   /// Return metrics and curves of a glyph by its number in the font, as shaping libraries give
   /// them: false, with the result unchanged, when there is none.
   bool GetMetricsOfGlyph(std::uint32_t glyph, GlyphMetrics& metrics) const;

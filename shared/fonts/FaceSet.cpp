@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+#include "shared/fonts/FaceSet.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "shared/fonts/StrokedFace.h"
+#include "shared/fonts/SystemFaceInfo.h"
+#include "shared/fonts/TextCharacters.h"
+#include "shared/fonts/TrueTypeFaceInfo.h"
+#include "shared/platform/ForkSafeMutex.h"
+
+namespace shr {
+namespace {
+
+constexpr int PAGE_SHIFT = 8;
+constexpr char32_t PAGE_SIZE = 1 << PAGE_SHIFT;
+constexpr std::uint16_t UNKNOWN_FACE = 0xFFFF;
+
+/// Beyond them what is remembered is forgotten and learnt again.
+constexpr std::size_t MOST_SETS = 256;
+constexpr std::size_t MOST_CLUSTERS = 4096;
+
+/// As many as have numbers, with the requested one and the stroked one.
+constexpr std::size_t MOST_FACES = UNKNOWN_FACE - 2;
+
+/// Stands where the system has no face at all, not even a symbol set.
+class EmptyFace final : public CFaceInfo {
+public:
+  EmptyFace() : CFaceInfo(GString(), FaceAttributes()) {}
+  unsigned int GetFaceType() const override { return FACE_SYMBOL; }
+
+protected:
+  bool FetchOTM(OutlineTextMetrics&) const override { return false; }
+  bool FetchGlyphMetrics(char32_t, GlyphMetrics&) const override { return false; }
+  bool FetchDefaultGlyphMetrics(GlyphMetrics&) const override { return false; }
+  bool FetchGlyphVectors(char32_t, GlyphVectors&) const override { return false; }
+  bool FetchDefaultGlyphVectors(GlyphVectors&) const override { return false; }
+  void Release() const override {}
+};
+
+struct SetsTag;
+
+std::mutex& SetsMutex() {
+  static platform::ForkSafeMutex<std::mutex, SetsTag> mutex;
+  return mutex.Get();
+}
+
+struct RequestHash {
+  std::size_t operator()(const TextFace& request) const {
+    const std::size_t style = static_cast<std::size_t>(request.weight) * 31 + request.italic;
+    return std::hash<std::wstring_view>()(request.name) ^ (style * 257 + request.charset) * 257 ^
+           request.pitchAndFamily;
+  }
+};
+
+struct RequestEqual {
+  bool operator()(const TextFace& a, const TextFace& b) const {
+    return a.weight == b.weight && a.italic == b.italic && a.charset == b.charset &&
+           a.pitchAndFamily == b.pitchAndFamily && a.name == b.name;
+  }
+};
+
+/// The sets of all requests, for one state of the registry.
+struct Sets {
+  unsigned int generation = 0;
+  std::unordered_map<TextFace, std::shared_ptr<FaceSet>, RequestHash, RequestEqual> byRequest;
+};
+
+Sets& AllSets() {
+  static Sets sets;
+  return sets;
+}
+
+int FlagsOf(const TextFace& request) {
+  int flags = MATCH_NAME | MATCH_WEIGHT | MATCH_ITALIC;
+  if (request.charset != platform::DEFAULT_CHARACTERS) flags |= MATCH_CHARSET;
+  if ((request.pitchAndFamily & platform::FAMILY_MASK) != 0) flags |= MATCH_FAMILY | MATCH_PITCH;
+  if ((request.pitchAndFamily & platform::PITCH_VARIABLE) != 0) flags |= MATCH_PITCH;
+  return flags;
+}
+
+std::shared_ptr<CFaceInfo> MatchRequest(const TextFace& request) {
+  CSystemFaceInfo& registry = CSystemFaceInfo::Instance();
+  std::shared_ptr<CFaceInfo> face = registry.MatchFace(
+      request.name, request.weight, request.italic, request.charset, request.pitchAndFamily,
+      FlagsOf(request), registry.GetFontMatcherFaceTypeFlags());
+  return face != nullptr ? face : std::make_shared<EmptyFace>();
+}
+
+/// The faces that may be fallen back on.
+struct OtherFaces {
+  std::vector<std::shared_ptr<CFaceInfo>> outline;  ///< without those that stand in for others
+  std::shared_ptr<CFaceInfo> stroked;               ///< null where it is not installed
+};
+
+OtherFaces CollectOthers() {
+  OtherFaces others;
+  for (const std::shared_ptr<CFaceInfo>& face : CSystemFaceInfo::Instance().GetFaces()) {
+    const auto* const outline = dynamic_cast<const CTrueTypeFaceInfo*>(face.get());
+    if (outline != nullptr && !outline->IsStandIn()) others.outline.push_back(face);
+    if (outline == nullptr && face->GetFaceName() == STROKED_TEXT_FACE) others.stroked = face;
+  }
+  return others;
+}
+
+/// Sorts faces: those most like `primary` first, among equals by name.
+void SortByLikeness(std::vector<std::shared_ptr<CFaceInfo>>& faces, const CFaceInfo& primary) {
+  const FaceAttributes& wanted = primary.GetAttributes();
+  const auto likeness = [&wanted](const std::shared_ptr<CFaceInfo>& face) {
+    return CSystemFaceInfo::CalcMatchValue(
+        *face, L"", wanted.weight, wanted.italic, 0, wanted.pitchAndFamily,
+        MATCH_WEIGHT | MATCH_ITALIC | MATCH_PITCH | MATCH_FAMILY);
+  };
+  std::stable_sort(faces.begin(), faces.end(),
+                   [&](const auto& a, const auto& b) { return likeness(a) > likeness(b); });
+}
+
+bool HasAll(const CFaceInfo& face, std::wstring_view cluster) {
+  while (!cluster.empty()) {
+    const char32_t character = NextCharacter(cluster);
+    if (!NeedsNoFace(character) && !face.HasGlyph(character)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+/// The faces of 256 characters, of those that were asked for.
+struct FaceSet::Page {
+  std::array<FaceNumber, PAGE_SIZE> faces;
+};
+
+std::shared_ptr<FaceSet> FaceSet::Get(const TextFace& request) {
+  const unsigned int generation = CSystemFaceInfo::Instance().GetGeneration();
+  {
+    const std::lock_guard<std::mutex> lock(SetsMutex());
+    Sets& sets = AllSets();
+    if (sets.generation == generation) {
+      const auto found = sets.byRequest.find(request);
+      if (found != sets.byRequest.end()) return found->second;
+    }
+  }
+  auto made = std::make_shared<FaceSet>(request);
+  const std::lock_guard<std::mutex> lock(SetsMutex());
+  Sets& sets = AllSets();
+  if (sets.generation != generation || sets.byRequest.size() >= MOST_SETS) sets.byRequest.clear();
+  sets.generation = generation;
+  return sets.byRequest.emplace(request, std::move(made)).first->second;
+}
+
+FaceSet::FaceSet(const TextFace& request) {
+  faces_.push_back(MatchRequest(request));
+  OtherFaces others = CollectOthers();
+  SortByLikeness(others.outline, *GetPrimary());
+  others.outline.resize(std::min(others.outline.size(), MOST_FACES));
+  faces_.insert(faces_.end(), others.outline.begin(), others.outline.end());
+  if (others.stroked != nullptr) faces_.push_back(others.stroked);
+}
+
+FaceSet::~FaceSet() = default;
+
+const std::shared_ptr<CFaceInfo>& FaceSet::Find(std::wstring_view cluster) {
+  std::wstring_view rest = cluster;
+  const char32_t base = NextCharacter(rest);
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return faces_[rest.empty() ? FindCharacter(base) : FindCluster(cluster, base)];
+}
+
+FaceSet::FaceNumber FaceSet::FindCharacter(char32_t character) {
+  std::unique_ptr<Page>& page = pages_[character >> PAGE_SHIFT];
+  if (page == nullptr) {
+    page = std::make_unique<Page>();
+    page->faces.fill(UNKNOWN_FACE);
+  }
+  FaceNumber& face = page->faces[character % PAGE_SIZE];
+  if (face == UNKNOWN_FACE) {
+    wchar_t units[2] = {static_cast<wchar_t>(character), 0};
+    std::size_t length = 1;
+    if (sizeof(wchar_t) == 2 && character > 0xFFFF) {
+      units[0] = static_cast<wchar_t>(0xD800 + ((character - 0x10000) >> 10));
+      units[1] = static_cast<wchar_t>(0xDC00 + (character & 0x3FF));
+      length = 2;
+    }
+    face = Search(std::wstring_view(units, length));
+    if (face == UNKNOWN_FACE) face = 0;
+  }
+  return face;
+}
+
+FaceSet::FaceNumber FaceSet::FindCluster(std::wstring_view cluster, char32_t base) {
+  const FaceNumber first = FindCharacter(base);
+  if (HasAll(*faces_[first], cluster)) return first;
+  const std::wstring key(cluster);
+  if (const auto found = clusters_.find(key); found != clusters_.end()) return found->second;
+  FaceNumber face = Search(cluster);
+  if (face == UNKNOWN_FACE) face = first;
+  if (clusters_.size() >= MOST_CLUSTERS) clusters_.clear();
+  clusters_.emplace(key, face);
+  return face;
+}
+
+/// Returns the first face that has all of the characters.
+FaceSet::FaceNumber FaceSet::Search(std::wstring_view cluster) const {
+  for (std::size_t i = 0; i < faces_.size(); ++i) {
+    if (HasAll(*faces_[i], cluster)) return static_cast<FaceNumber>(i);
+  }
+  return UNKNOWN_FACE;
+}
+
+}  // namespace shr

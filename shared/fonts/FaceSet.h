@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) 2026 The Shared authors
+
+/// @file
+/// `FaceSet`, the face that a request gets and those that it falls back on, remembered for each
+/// character.
+///
+///     const std::shared_ptr<FaceSet> faces = FaceSet::Get(request);
+///     const std::shared_ptr<CFaceInfo>& face = faces->Find(text.substr(0, ClusterLength(text)));
+///
+/// A cluster (shared/fonts/TextCharacters.h) is shown by the first face that has all of its
+/// characters: the requested one, then the installed outline faces from the most alike on, then the
+/// stroked text face; when there is none, by the first that has its first character; when there is
+/// none either, by the requested face.
+///
+/// Threads: all functions may be called on any thread.
+
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "shared/fonts/FaceInfo.h"
+#include "shared/fonts/TextLayout.h"
+
+namespace shr {
+
+class FaceSet {
+public:
+  /// Returns the set of a request; equal requests share one until the faces are collected anew.
+  static std::shared_ptr<FaceSet> Get(const TextFace& request);
+
+  explicit FaceSet(const TextFace& request);
+  ~FaceSet();
+
+  /// Returns the face that the request itself gets.
+  const std::shared_ptr<CFaceInfo>& GetPrimary() const noexcept { return faces_.front(); }
+
+  /// Returns the face for a cluster. Cost: a look-up for a single character that was met before.
+  /// Lifetime: as the set.
+  const std::shared_ptr<CFaceInfo>& Find(std::wstring_view cluster);
+
+private:
+  using FaceNumber = std::uint16_t;
+  struct Page;
+
+  FaceNumber FindCharacter(char32_t character);
+  FaceNumber FindCluster(std::wstring_view cluster, char32_t base);
+  FaceNumber Search(std::wstring_view cluster) const;
+
+  std::mutex mutex_;
+  std::vector<std::shared_ptr<CFaceInfo>> faces_;  // the requested one, then as they are asked
+  std::unordered_map<char32_t, std::unique_ptr<Page>> pages_;
+  std::unordered_map<std::wstring, FaceNumber> clusters_;
+};
+
+}  // namespace shr
