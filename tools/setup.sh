@@ -25,8 +25,8 @@ packages_of() {
                python3 pkg-config ;;
     bench) echo "${build[@]}" libbenchmark-dev libcereal-dev libfast-float-dev libfmt-dev \
                 libeigen3-dev libexpat1-dev libgdal32 libgeos++-dev libgeos-dev libgmp-dev libgsl-dev libmpfr-dev \
-                libnanoflann-dev libopenblas-dev libpolyclipping-dev libpugixml-dev libqd-dev libxml2-dev \
-                python3 \
+                libnanoflann-dev libopenblas-dev libpango1.0-dev libpolyclipping-dev libpugixml-dev libqd-dev libxml2-dev \
+                pkg-config python3 \
                 "${windows[@]}" wine wine64 ;;
     fuzz) echo "${build[@]}" "${clang[@]}" libmpfr-dev ;;
     builds) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest "${fonts[@]}" python3 ;;

@@ -160,8 +160,11 @@ void CMTStringElement::SetText(const GString& text) {
 }
 
 void CMTStringElement::Measure(CMTTextIF& textIF) {
-  const MTStateScope state(textIF);
-  SetAttributes(textIF);
+  if (ShareAttributes() != textIF.ShareAttributes()) {
+    const MTStateScope state(textIF);
+    SetAttributes(textIF);
+    return Measure(textIF);
+  }
   metrics_ = textIF.GetLineMetrics();
   if (!IsExtentValid()) SetExtent(text_.empty() ? 0 : textIF.GetTextExtent(text_));
   if (!IsGBBoxValid()) SetGBBox(Box2d(0, -metrics_.descent, GetExtent(), metrics_.ascent));

@@ -73,9 +73,11 @@ void CMTMultiLineElement::VisitLines(CMTTextIF& textIF, Visit visit) {
   double descent = 0;
   for (std::size_t i = 0; i < lines_.size(); ++i) {
     CMTLineElement& line = *lines_[i];
-    const CMTLineElement::Room room = line.GetRoom(textIF);
-    if (i > 0) origin.y -= descent + room.gap + room.ascent;
-    descent = room.descent;
+    if (lines_.size() > 1) {
+      const CMTLineElement::Room room = line.GetRoom(textIF);
+      if (i > 0) origin.y -= descent + room.gap + room.ascent;
+      descent = room.descent;
+    }
     origin.x = before * (width - line.GetExtentUsingTextIF(textIF));
     visit(line, origin);
   }
