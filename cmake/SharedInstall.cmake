@@ -134,7 +134,7 @@ commands, vectors and matrices, and polygons with boolean operations.")
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
   # Loaded by programs that ask for fonts, so that no look at what is linked finds them.
-  set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "libfontconfig1, libfreetype6")
+  set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "libfontconfig1, libfreetype6, libfribidi0, libharfbuzz0b")
   set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_SOURCE_DIR}/packaging/debian/triggers")
   set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "${about}\nThis package holds the library that programs run with.")

@@ -8,7 +8,8 @@
 # may not be installed, their names are printed in one line and the exit status is 1.
 set -euo pipefail
 
-build=(g++ cmake ninja-build libicu-dev libboost1.81-dev libfreetype-dev libfontconfig-dev)
+build=(g++ cmake ninja-build libicu-dev libboost1.81-dev libfreetype-dev libfontconfig-dev libharfbuzz-dev
+       libfribidi-dev)
 examples=(libcli11-dev)
 # Letters of the scripts that tests lay out: Latin, Arabic, Hebrew; Devanagari; Chinese, Japanese; Korean; emoji.
 fonts=(fonts-dejavu-core fonts-lohit-deva fonts-droid-fallback fonts-alee fonts-symbola)

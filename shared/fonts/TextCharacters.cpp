@@ -28,6 +28,14 @@ constexpr Range MARKS[] = {
 #include "shared/fonts/CombiningMarks.inc"
 };
 
+constexpr Range NEUTRAL[] = {
+#include "shared/fonts/NeutralCharacters.inc"
+};
+
+constexpr Range RIGHT_TO_LEFT[] = {
+#include "shared/fonts/RightToLeftCharacters.inc"
+};
+
 // Letters, signs and ideographs that stand side by side from left to right, without marks.
 constexpr Range SIMPLE[] = {
     {0x0000, 0x00AC},     // Latin, signs, controls
@@ -107,9 +115,8 @@ bool IsRegional(char32_t c) {
 
 /// Returns true for characters that belong to the one before.
 bool Extends(char32_t c) {
-  if (c < MARKS[0].first) return false;
-  return c == ZERO_WIDTH_JOINER || c == ZERO_WIDTH_NON_JOINER || (c >= 0x1F3FB && c <= 0x1F3FF) ||
-         (c >= 0xE0020 && c <= 0xE007F) || IsIn(MARKS, c);
+  return IsMark(c) || c == ZERO_WIDTH_JOINER || c == ZERO_WIDTH_NON_JOINER ||
+         (c >= 0x1F3FB && c <= 0x1F3FF) || (c >= 0xE0020 && c <= 0xE007F);
 }
 
 }  // namespace
@@ -150,6 +157,23 @@ bool IsShared(char32_t c) {
   const bool isLetter = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == 0xAA || c == 0xBA;
   return (c < 0xC0 && !isLetter) || c == 0xD7 || c == 0xF7 || (c >= 0x2000 && c <= 0x206F) ||
          (c >= 0x3000 && c <= 0x3020);
+}
+
+CharacterDirection DirectionOf(char32_t character) {
+  if (IsIn(NEUTRAL, character) || IsIn(MARKS, character)) return CharacterDirection::None;
+  const bool isRightToLeft = IsIn(RIGHT_TO_LEFT, character);
+  return isRightToLeft ? CharacterDirection::RightToLeft : CharacterDirection::LeftToRight;
+}
+
+bool IsMark(char32_t character) {
+  return character >= MARKS[0].first && IsIn(MARKS, character);
+}
+
+bool IsInsideCluster(std::wstring_view text, std::size_t place) {
+  if (place == 0) return false;
+  std::wstring_view rest = text.substr(place);
+  const char32_t character = NextCharacter(rest);
+  return Extends(character) || (text[place - 1] == ZERO_WIDTH_JOINER && !NeedsNoFace(character));
 }
 
 std::size_t ClusterLength(std::wstring_view text) {

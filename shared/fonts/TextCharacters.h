@@ -2,8 +2,8 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// What laying out must know of characters: which need neither shaping nor ordering, which belong
-/// to the character before, and which show nothing.
+/// What laying out must know of characters: which need neither shaping nor ordering, which have a
+/// direction, which belong to the character before, and which show nothing.
 ///
 /// Facts of the Unicode Standard 14.0, coarse where a range of characters is of one kind nearly
 /// throughout. Threads: any.
@@ -35,6 +35,19 @@ bool IsSimple(char32_t character);
 
 /// Returns true for blanks, signs and digits that all scripts share.
 bool IsShared(char32_t character);
+
+/// The direction that a character alone gives a text.
+enum class CharacterDirection : unsigned char { None, LeftToRight, RightToLeft };
+
+/// Returns the direction of a letter; signs, blanks, digits and marks have none.
+CharacterDirection DirectionOf(char32_t character);
+
+/// Returns true for marks, which combine with the character before them.
+bool IsMark(char32_t character);
+
+/// Returns true when the character at `place` belongs to the one before it. Requires: `place` is
+/// less than the length of the text.
+bool IsInsideCluster(std::wstring_view text, std::size_t place);
 
 /// Returns the length in code units of the first cluster of `text`, which is not empty: a character
 /// with the marks, variation selectors and emoji modifiers behind it, and what a zero width joiner

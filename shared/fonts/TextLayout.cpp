@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// A text is cut into parts, each of one face. Text of simple characters alone, which is nearly all
-// that maps show, is measured by walking over its parts and takes no memory.
+// A text is ordered, which gives items of one direction and one script; these are cut into parts of
+// one face, which are shaped or, where nothing needs shaping, set side by side. Text of simple
+// characters alone, which is nearly all that maps show, is measured by walking over its parts and
+// takes no memory.
 
 #include "shared/fonts/TextLayout.h"
 
@@ -11,44 +13,74 @@
 
 #include "shared/fonts/FaceSet.h"
 #include "shared/fonts/TextCharacters.h"
+#include "shared/fonts/TextOrder.h"
 #include "shared/fonts/TrueTypeFaceInfo.h"
+#include "shared/platform/TextShaping.h"
 
 namespace shr {
 namespace {
 
-/// A part of a text in one face.
+using platform::TextItem;
+
+/// Longer pieces are shaped part by part.
+constexpr std::size_t LONGEST_SHAPED = 4096;
+
+/// A part of a text in one face, shaped as a whole or not at all.
 struct Part {
   const std::shared_ptr<CFaceInfo>* face = nullptr;
+  bool isShaped = false;
   std::size_t begin = 0, end = 0;
 };
 
-/// Cuts a piece of a text into its longest parts, in logical order.
+/// Cuts an item into its longest parts, in logical order.
 class PartReader {
 public:
-  PartReader(FaceSet& faces, std::wstring_view text, std::size_t begin, std::size_t end)
-      : faces_(faces), text_(text), at_(begin), end_(end) {}
+  PartReader(FaceSet& faces, std::wstring_view text, const TextItem& item)
+      : faces_(faces),
+        text_(text),
+        at_(item.begin),
+        end_(item.begin + item.length),
+        isRightToLeft_(item.IsRightToLeft()) {}
 
   bool Next(Part& part) {
     if (at_ == end_) return false;
-    part = {&FindFace(), at_, at_ + length_};
-    for (at_ = part.end; at_ < end_ && FindFace() == *part.face; at_ += length_) {
-      part.end = at_ + length_;
+    ReadCluster();
+    part = cluster_;
+    for (at_ = part.end; at_ < end_; at_ = part.end) {
+      ReadCluster();
+      const bool isLong = part.isShaped && cluster_.end - part.begin > LONGEST_SHAPED;
+      if (isLong || cluster_.face->get() != part.face->get() ||
+          cluster_.isShaped != part.isShaped) {
+        break;
+      }
+      part.end = cluster_.end;
     }
     return true;
   }
 
 private:
-  /// Returns the face of the cluster that begins here, and sets its length.
-  const std::shared_ptr<CFaceInfo>& FindFace() {
+  /// Reads the cluster that begins here. Signs and blanks are shaped when what is before them is.
+  void ReadCluster() {
     const std::wstring_view rest = text_.substr(at_, end_ - at_);
-    length_ = ClusterLength(rest);
-    return faces_.Find(rest.substr(0, length_));
+    const std::wstring_view cluster = rest.substr(0, ClusterLength(rest));
+    const std::shared_ptr<CFaceInfo>& face = faces_.Find(cluster);
+    const bool isAfterShaped = cluster_.isShaped && cluster_.face->get() == face.get();
+    cluster_ = {&face, WantsShaping(cluster, isAfterShaped), at_, at_ + cluster.size()};
+  }
+
+  bool WantsShaping(std::wstring_view cluster, bool isAfterShaped) const {
+    const char32_t base = NextCharacter(cluster);
+    // Marks without a letter stand where they are; shaping would invent one, or fail.
+    if (IsControl(base) || IsMark(base)) return false;
+    return isRightToLeft_ || !cluster.empty() || !IsSimple(base) ||
+           (isAfterShaped && IsShared(base));
   }
 
   FaceSet& faces_;
   std::wstring_view text_;
   std::size_t at_, end_;
-  std::size_t length_ = 0;
+  bool isRightToLeft_;
+  Part cluster_;
 };
 
 /// Places the glyphs of the characters of a run one beside the other.
@@ -59,13 +91,52 @@ void PlaceCharacters(std::wstring_view text, TextRun& run) {
   while (!rest.empty()) {
     const std::size_t begin = run.begin + run.length - rest.size();
     const char32_t character = NextCharacter(rest);
+    const double advance = face.GetGlyphMetrics(character).advance;
     const bool isSeen =
         !IsControl(character) && (!IsFormatMark(character) || face.HasGlyph(character));
     if (isSeen) {
       const std::uint32_t glyph = outline != nullptr ? outline->GetGlyphOf(character) : character;
-      run.glyphs.push_back({glyph, run.x + run.advance, 0, begin});
+      const double right = run.isRightToLeft ? run.advance + advance : run.advance;
+      run.glyphs.push_back({glyph, right, 0, begin});
     }
-    run.advance += face.GetGlyphMetrics(character).advance;
+    run.advance += advance;
+  }
+  if (!run.isRightToLeft) return;
+  std::reverse(run.glyphs.begin(), run.glyphs.end());
+  for (PlacedGlyph& glyph : run.glyphs) glyph.x = run.advance - glyph.x;
+}
+
+/// Places the glyphs that shaping gives; false when it gives none.
+bool PlaceShaped(std::wstring_view text, const TextItem& piece, TextRun& run) {
+  const auto* const outline = dynamic_cast<const CTrueTypeFaceInfo*>(run.face.get());
+  platform::ShapedText shaped;
+  if (outline == nullptr || !outline->Shape(text, piece, shaped)) return false;
+  run.glyphs.reserve(shaped.glyphs.size());
+  for (const platform::ShapedGlyph& glyph : shaped.glyphs) {
+    run.glyphs.push_back({glyph.glyph, glyph.x, glyph.y, glyph.begin});
+  }
+  run.advance = shaped.advance;
+  return true;
+}
+
+/// Adds the parts of an item to the right of the line.
+void AddItem(std::wstring_view text, const TextItem& item, FaceSet& faces, TextLayout& layout) {
+  std::vector<Part> parts;
+  PartReader reader(faces, text, item);
+  for (Part part; reader.Next(part);) parts.push_back(part);
+  if (item.IsRightToLeft()) std::reverse(parts.begin(), parts.end());
+  for (const Part& part : parts) {
+    TextRun run;
+    run.face = *part.face;
+    run.begin = part.begin;
+    run.length = part.end - part.begin;
+    run.isRightToLeft = item.IsRightToLeft();
+    run.x = layout.advance;
+    const TextItem piece = {run.begin, run.length, item.level, item.script};
+    if (!part.isShaped || !PlaceShaped(text, piece, run)) PlaceCharacters(text, run);
+    for (PlacedGlyph& glyph : run.glyphs) glyph.x += run.x;
+    layout.advance += run.advance;
+    layout.runs.push_back(std::move(run));
   }
 }
 
@@ -76,6 +147,11 @@ bool IsPlain(std::wstring_view text) {
   return true;
 }
 
+/// Returns the only item of text from left to right.
+TextItem WholeOf(std::wstring_view text) {
+  return {0, text.size(), 0, 0};
+}
+
 void ExtendBy(Box2d& box, const GlyphMetrics& glyph, double x, double y) {
   if (!glyph.HasInk()) return;
   box.ExtendBy(Vec2d(x + glyph.xMin, y + glyph.yMin));
@@ -84,20 +160,14 @@ void ExtendBy(Box2d& box, const GlyphMetrics& glyph, double x, double y) {
 
 }  // namespace
 
-TextLayout LayoutText(std::wstring_view text, const TextFace& face, TextDirection) {
+TextLayout LayoutText(std::wstring_view text, const TextFace& face, TextDirection direction) {
   const std::shared_ptr<FaceSet> faces = FaceSet::Get(face);
   TextLayout layout;
-  PartReader reader(*faces, text, 0, text.size());
-  for (Part part; reader.Next(part);) {
-    TextRun run;
-    run.face = *part.face;
-    run.begin = part.begin;
-    run.length = part.end - part.begin;
-    run.x = layout.advance;
-    PlaceCharacters(text, run);
-    layout.advance += run.advance;
-    layout.runs.push_back(std::move(run));
+  if (direction != TextDirection::RightToLeft && IsPlain(text)) {
+    AddItem(text, WholeOf(text), *faces, layout);
+    return layout;
   }
+  for (const TextItem& item : OrderText(text, direction)) AddItem(text, item, *faces, layout);
   return layout;
 }
 
@@ -107,7 +177,7 @@ double MeasureText(std::wstring_view text, const TextFace& face) {
   double extent = 0;
   if (faces->GetPrimary()->CalcEmExtentOfKnown(text, extent) == text.size()) return extent;
   extent = 0;
-  PartReader reader(*faces, text, 0, text.size());
+  PartReader reader(*faces, text, WholeOf(text));
   for (Part part; reader.Next(part);) {
     extent += (*part.face)->CalcEmExtent(text.substr(part.begin, part.end - part.begin));
   }
@@ -143,7 +213,7 @@ GlyphMetrics GetGlyphMetrics(const TextRun& run, const PlacedGlyph& glyph) {
 std::vector<GString> FallbackFamilies(std::wstring_view text, const TextFace& face) {
   const std::shared_ptr<FaceSet> faces = FaceSet::Get(face);
   std::vector<GString> families;
-  PartReader reader(*faces, text, 0, text.size());
+  PartReader reader(*faces, text, WholeOf(text));
   for (Part part; reader.Next(part);) {
     const GString& name = (*part.face)->GetFaceName();
     const bool isKnown = std::find(families.begin(), families.end(), name) != families.end();

@@ -65,7 +65,7 @@ struct TextRun {
   bool isRightToLeft = false;
   double x = 0;                     ///< of the left end
   double advance = 0;               ///< width, what x of the next run is further on
-  std::vector<PlacedGlyph> glyphs;  ///< from left to right, marks behind their base
+  std::vector<PlacedGlyph> glyphs;  ///< in visual order
 };
 
 /// A line of text. The runs cover the text and stand in visual order, from left to right.

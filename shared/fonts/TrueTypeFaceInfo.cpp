@@ -63,6 +63,16 @@ bool CTrueTypeFaceInfo::GetVectorsOfGlyph(std::uint32_t glyph, GlyphVectors& vec
   return font != nullptr && font->GetOutline(glyph, vectors.fill);
 }
 
+bool CTrueTypeFaceInfo::Shape(std::wstring_view line, const platform::TextItem& item,
+                              platform::ShapedText& shaped) const {
+  const std::lock_guard<std::mutex> lock(shaperMutex_);
+  if (shaper_ == nullptr && !shaperFailed_) {
+    shaper_ = platform::OpenShaper(description_);
+    shaperFailed_ = shaper_ == nullptr;
+  }
+  return shaper_ != nullptr && shaper_->Shape(line, item, shaped);
+}
+
 bool CTrueTypeFaceInfo::FetchOTM(OutlineTextMetrics& metrics) const {
   const std::lock_guard<std::mutex> lock(fontMutex_);
   platform::Font* const font = Open();
@@ -95,6 +105,9 @@ void CTrueTypeFaceInfo::Release() const {
   const std::lock_guard<std::mutex> lock(fontMutex_);
   font_.reset();
   failed_ = false;
+  const std::lock_guard<std::mutex> shaperLock(shaperMutex_);
+  shaper_.reset();
+  shaperFailed_ = false;
 }
 
 }  // namespace shr

@@ -13,9 +13,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
+#include <string_view>
 
 #include "shared/Export.h"
 #include "shared/fonts/FaceInfo.h"
+#include "shared/platform/TextShaping.h"
 
 namespace shr {
 
@@ -43,6 +46,11 @@ public:
   bool GetMetricsOfGlyph(std::uint32_t glyph, GlyphMetrics& metrics) const;
   bool GetVectorsOfGlyph(std::uint32_t glyph, GlyphVectors& vectors) const;
 
+  /// Shapes an item of a line (shared/platform/TextShaping.h) in the font. Returns false, with
+  /// `shaped` in no particular state, where the system cannot.
+  bool Shape(std::wstring_view line, const platform::TextItem& item,
+             platform::ShapedText& shaped) const;
+
 protected:
   bool FetchOTM(OutlineTextMetrics& metrics) const override;
   bool FetchGlyphMetrics(char32_t code, GlyphMetrics& metrics) const override;
@@ -55,6 +63,9 @@ private:
   platform::Font* Open() const;
 
   platform::FontDescription description_;
+  mutable std::mutex shaperMutex_;
+  mutable std::unique_ptr<platform::Shaper> shaper_;
+  mutable bool shaperFailed_ = false;
   mutable std::mutex fontMutex_;
   mutable std::unique_ptr<platform::Font> font_;
   mutable bool failed_ = false;

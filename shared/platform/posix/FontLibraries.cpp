@@ -3,11 +3,10 @@
 
 #include "shared/platform/posix/FontLibraries.h"
 
-#include <dlfcn.h>
-
 #include <mutex>
 
 #include "shared/platform/ForkSafeMutex.h"
+#include "shared/platform/posix/LoadedLibrary.h"
 
 namespace shr::platform {
 namespace {
@@ -24,27 +23,8 @@ std::mutex& FreeTypeMutex() {
   return mutex.Get();
 }
 
-/// Looks functions up and remembers whether all were there. The library stays loaded.
-class Symbols {
-public:
-  explicit Symbols(const char* file) : library_(dlopen(file, RTLD_NOW | RTLD_LOCAL)) {}
-
-  template <typename Function>
-  void Find(const char* name, Function& function) {
-    void* const symbol = library_ == nullptr ? nullptr : dlsym(library_, name);
-    function = reinterpret_cast<Function>(symbol);
-    complete_ = complete_ && symbol != nullptr;
-  }
-
-  bool AreComplete() const { return complete_; }
-
-private:
-  void* library_;
-  bool complete_ = true;
-};
-
 bool Load(FreeTypeLibrary& freeType) {
-  Symbols symbols(FREETYPE_FILE);
+  LoadedLibrary symbols(FREETYPE_FILE);
   symbols.Find("FT_Init_FreeType", freeType.FT_Init_FreeType);
   symbols.Find("FT_New_Face", freeType.FT_New_Face);
   symbols.Find("FT_Done_Face", freeType.FT_Done_Face);
@@ -55,11 +35,11 @@ bool Load(FreeTypeLibrary& freeType) {
   symbols.Find("FT_Load_Glyph", freeType.FT_Load_Glyph);
   symbols.Find("FT_Outline_Decompose", freeType.FT_Outline_Decompose);
   symbols.Find("FT_Select_Charmap", freeType.FT_Select_Charmap);
-  return symbols.AreComplete() && freeType.FT_Init_FreeType(&freeType.handle) == 0;
+  return symbols.IsComplete() && freeType.FT_Init_FreeType(&freeType.handle) == 0;
 }
 
 bool Load(FontconfigLibrary& fontconfig) {
-  Symbols symbols(FONTCONFIG_FILE);
+  LoadedLibrary symbols(FONTCONFIG_FILE);
   symbols.Find("FcInitLoadConfigAndFonts", fontconfig.FcInitLoadConfigAndFonts);
   symbols.Find("FcConfigDestroy", fontconfig.FcConfigDestroy);
   symbols.Find("FcConfigGetFonts", fontconfig.FcConfigGetFonts);
@@ -74,24 +54,17 @@ bool Load(FontconfigLibrary& fontconfig) {
   symbols.Find("FcPatternGetDouble", fontconfig.FcPatternGetDouble);
   symbols.Find("FcPatternGetBool", fontconfig.FcPatternGetBool);
   symbols.Find("FcWeightToOpenType", fontconfig.FcWeightToOpenType);
-  return symbols.AreComplete();
-}
-
-template <typename Library>
-const Library* LoadOnce() {
-  static Library library = {};
-  static const bool loaded = Load(library);
-  return loaded ? &library : nullptr;
+  return symbols.IsComplete();
 }
 
 }  // namespace
 
 const FreeTypeLibrary* LoadFreeType() {
-  return LoadOnce<FreeTypeLibrary>();
+  return LoadOnce<FreeTypeLibrary>(Load);
 }
 
 const FontconfigLibrary* LoadFontconfig() {
-  return LoadOnce<FontconfigLibrary>();
+  return LoadOnce<FontconfigLibrary>(Load);
 }
 
 FT_Face OpenFreeTypeFace(const char* file, FT_Long index) {

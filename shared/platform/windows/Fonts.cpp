@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// GDI+ lists the families and is loaded for that alone; everything else is GDI. A font is selected
-// at the height of its own em square, where a unit of the device is a design unit and hinting
-// changes nothing.
+// GDI+ lists the families and is loaded for that alone; everything else is GDI.
 
 #include "shared/platform/Fonts.h"
 
@@ -19,29 +17,13 @@
 #include <tuple>
 #include <utility>
 
-#include "shared/text/Utf.h"
+#include "shared/platform/windows/SelectedFont.h"
 
 namespace shr::platform {
 namespace {
 
 constexpr char32_t LAST_BMP = 0xFFFF;
 constexpr WORD NO_GLYPH = 0xFFFF;
-
-/// A device context without a device, for asking.
-class ReferenceDevice {
-public:
-  ReferenceDevice() : dc_(CreateCompatibleDC(nullptr)) {}
-  ~ReferenceDevice() {
-    if (dc_ != nullptr) DeleteDC(dc_);
-  }
-  ReferenceDevice(const ReferenceDevice&) = delete;
-  ReferenceDevice& operator=(const ReferenceDevice&) = delete;
-
-  HDC Get() const { return dc_; }
-
-private:
-  HDC dc_;
-};
 
 /// The part of GDI+ that lists families.
 struct FamilyList {
@@ -53,20 +35,14 @@ struct FamilyList {
   decltype(&Gdiplus::DllExports::GdipGetFamilyName) name = nullptr;
 };
 
-template <typename Function>
-bool Find(HMODULE library, const char* name, Function& function) {
-  function = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
-  return function != nullptr;
-}
-
 bool LoadFamilyList(FamilyList& list) {
   const HMODULE library = LoadLibraryW(L"gdiplus.dll");
-  return library != nullptr && Find(library, "GdiplusStartup", list.start) &&
-         Find(library, "GdiplusShutdown", list.stop) &&
-         Find(library, "GdipNewInstalledFontCollection", list.open) &&
-         Find(library, "GdipGetFontCollectionFamilyCount", list.count) &&
-         Find(library, "GdipGetFontCollectionFamilyList", list.list) &&
-         Find(library, "GdipGetFamilyName", list.name);
+  return library != nullptr && FindFunction(library, "GdiplusStartup", list.start) &&
+         FindFunction(library, "GdiplusShutdown", list.stop) &&
+         FindFunction(library, "GdipNewInstalledFontCollection", list.open) &&
+         FindFunction(library, "GdipGetFontCollectionFamilyCount", list.count) &&
+         FindFunction(library, "GdipGetFontCollectionFamilyList", list.list) &&
+         FindFunction(library, "GdipGetFamilyName", list.name);
 }
 
 /// Returns the names of the installed families; tells in `result` how far it came.
@@ -130,16 +106,6 @@ int CALLBACK EnumTrueTypeFacesProc(const LOGFONTW* entry, const TEXTMETRICW* met
   return 1;
 }
 
-LOGFONTW LogicalFont(const GString& family, long height) {
-  LOGFONTW font = {};
-  font.lfHeight = height;
-  font.lfCharSet = DEFAULT_CHARSET;
-  font.lfOutPrecision = OUT_TT_ONLY_PRECIS;
-  const std::wstring_view name = family;
-  std::copy_n(name.data(), std::min<std::size_t>(name.size(), LF_FACESIZE - 1), font.lfFaceName);
-  return font;
-}
-
 /// Reads big-endian words of a table; 0 behind its end.
 class TableReader {
 public:
@@ -198,13 +164,12 @@ private:
   std::size_t first_ = 0, groups_ = 0;
 };
 
-/// A font selected into a device of its own at the height of its em square.
+/// A font by GDI.
 class GdiFont final : public Font {
 public:
-  explicit GdiFont(const FontDescription& description);
-  ~GdiFont() override;
+  explicit GdiFont(const FontDescription& description) : font_(description) {}
 
-  bool IsOpen() const { return em_ > 0; }
+  bool IsOpen() const { return font_.IsOpen(); }
 
   std::uint32_t GetGlyph(char32_t character) override;
   bool GetTextMeasures(OutlineTextMetrics& metrics) override;
@@ -218,90 +183,38 @@ public:
   }
 
 private:
-  /// Selects the font at that height; returns false on failure.
-  bool Select(LOGFONTW font, long height);
-  bool ReadMetrics();
-  const OUTLINETEXTMETRICW& Metrics() const {
-    return *reinterpret_cast<const OUTLINETEXTMETRICW*>(metrics_.data());
-  }
   bool Measure(std::uint32_t glyph, GlyphMetrics& metrics, GlyphOutline& outline);
-  double Em(long units) const { return static_cast<double>(units) / em_; }
+  double Em(long units) const { return static_cast<double>(units) / font_.GetEm(); }
 
-  ReferenceDevice device_;
-  HFONT font_ = nullptr;
-  HGDIOBJ before_ = nullptr;
-  std::vector<std::uint64_t> metrics_;  // aligned for OUTLINETEXTMETRICW
-  double em_ = 0;
+  SelectedFont font_;
   std::unique_ptr<WideCharacterMap> wideCharacters_;
 };
-
-GdiFont::GdiFont(const FontDescription& description) {
-  constexpr long ANY_HEIGHT = -1000;
-  if (device_.Get() == nullptr) return;
-  LOGFONTW font = LogicalFont(description.family, ANY_HEIGHT);
-  font.lfWeight = description.weight;
-  font.lfItalic = description.italic;
-  if ((description.charsets & ~CharsetBit(DEFAULT_CHARACTERS)) == CharsetBit(SYMBOL_CHARACTERS)) {
-    font.lfCharSet = SYMBOL_CHARSET;
-  }
-  if (!Select(font, ANY_HEIGHT) || !ReadMetrics()) return;
-  const long em = static_cast<long>(Metrics().otmEMSquare);
-  if (em <= 0 || !Select(font, -em) || !ReadMetrics()) return;
-  em_ = static_cast<double>(em);
-}
-
-GdiFont::~GdiFont() {
-  if (before_ != nullptr) SelectObject(device_.Get(), before_);
-  if (font_ != nullptr) DeleteObject(font_);
-}
-
-bool GdiFont::Select(LOGFONTW font, long height) {
-  font.lfHeight = height;
-  const HFONT created = CreateFontIndirectW(&font);
-  if (created == nullptr) return false;
-  const HGDIOBJ before = SelectObject(device_.Get(), created);
-  if (before == nullptr) {
-    DeleteObject(created);
-    return false;
-  }
-  if (before_ == nullptr) before_ = before;
-  if (font_ != nullptr) DeleteObject(font_);
-  font_ = created;
-  return true;
-}
-
-bool GdiFont::ReadMetrics() {
-  const UINT size = GetOutlineTextMetricsW(device_.Get(), 0, nullptr);
-  if (size < sizeof(OUTLINETEXTMETRICW)) return false;
-  metrics_.assign(size / sizeof(std::uint64_t) + 1, 0);
-  auto* const metrics = reinterpret_cast<OUTLINETEXTMETRICW*>(metrics_.data());
-  return GetOutlineTextMetricsW(device_.Get(), size, metrics) != 0;
-}
 
 std::uint32_t GdiFont::GetGlyph(char32_t character) {
   if (character > LAST_BMP) {
     if (wideCharacters_ == nullptr) {
       constexpr DWORD CMAP = 0x70616D63;  // "cmap", its first letter lowest
-      const DWORD size = GetFontData(device_.Get(), CMAP, 0, nullptr, 0);
+      const DWORD size = GetFontData(font_.GetDevice(), CMAP, 0, nullptr, 0);
       std::vector<unsigned char> table(size == GDI_ERROR ? 0 : size);
-      if (!table.empty()) GetFontData(device_.Get(), CMAP, 0, table.data(), size);
+      if (!table.empty()) GetFontData(font_.GetDevice(), CMAP, 0, table.data(), size);
       wideCharacters_ = std::make_unique<WideCharacterMap>(std::move(table));
     }
     return wideCharacters_->GetGlyph(character);
   }
   const auto unit = static_cast<wchar_t>(character);
   WORD glyph = NO_GLYPH;
-  if (GetGlyphIndicesW(device_.Get(), &unit, 1, &glyph, GGI_MARK_NONEXISTING_GLYPHS) == GDI_ERROR) {
+  if (GetGlyphIndicesW(font_.GetDevice(), &unit, 1, &glyph, GGI_MARK_NONEXISTING_GLYPHS) ==
+      GDI_ERROR) {
     return MISSING_GLYPH;
   }
   return glyph == NO_GLYPH ? MISSING_GLYPH : glyph;
 }
 
 bool GdiFont::GetTextMeasures(OutlineTextMetrics& metrics) {
-  const OUTLINETEXTMETRICW& otm = Metrics();
+  const OUTLINETEXTMETRICW& otm = font_.GetMetrics();
   constexpr double ANGLE_UNITS = 10;  // of a degree
   OutlineTextMetrics m;
-  m.emSquare = em_;
+  m.emSquare = font_.GetEm();
   m.ascent = Em(otm.otmTextMetrics.tmAscent);
   m.descent = Em(otm.otmTextMetrics.tmDescent);
   m.lineGap = Em(static_cast<long>(otm.otmLineGap));
@@ -404,14 +317,15 @@ bool GdiFont::Measure(std::uint32_t glyph, GlyphMetrics& metrics, GlyphOutline& 
   const MAT2 identity = {{0, 1}, {0, 0}, {0, 0}, {0, 1}};
   GLYPHMETRICS native = {};
   const UINT what = GGO_NATIVE | GGO_GLYPH_INDEX | GGO_UNHINTED;
-  const DWORD size = GetGlyphOutlineW(device_.Get(), glyph, what, &native, 0, nullptr, &identity);
+  const DWORD size =
+      GetGlyphOutlineW(font_.GetDevice(), glyph, what, &native, 0, nullptr, &identity);
   if (size == GDI_ERROR) return false;
   std::vector<unsigned char> bytes(size);
-  if (size > 0 && GetGlyphOutlineW(device_.Get(), glyph, what, &native, size, bytes.data(),
+  if (size > 0 && GetGlyphOutlineW(font_.GetDevice(), glyph, what, &native, size, bytes.data(),
                                    &identity) == GDI_ERROR) {
     return false;
   }
-  outline = NativeOutlineReader(bytes, em_).Read();
+  outline = NativeOutlineReader(bytes, font_.GetEm()).Read();
   metrics = BoxOf(outline);
   metrics.advance = Em(native.gmCellIncX);
   return true;
