@@ -84,10 +84,15 @@ int FlagsOf(const TextFace& request) {
 
 std::shared_ptr<CFaceInfo> MatchRequest(const TextFace& request) {
   CSystemFaceInfo& registry = CSystemFaceInfo::Instance();
-  std::shared_ptr<CFaceInfo> face = registry.MatchFace(
-      request.name, request.weight, request.italic, request.charset, request.pitchAndFamily,
-      FlagsOf(request), registry.GetFontMatcherFaceTypeFlags());
-  return face != nullptr ? face : std::make_shared<EmptyFace>();
+  const auto match = [&](const GString& name) {
+    return registry.MatchFace(name, request.weight, request.italic, request.charset,
+                              request.pitchAndFamily, FlagsOf(request),
+                              registry.GetFontMatcherFaceTypeFlags());
+  };
+  std::shared_ptr<CFaceInfo> face = match(request.name);
+  if (face == nullptr) return std::make_shared<EmptyFace>();
+  // Without a name the registry gives the default face as it is, upright and regular.
+  return request.name.empty() ? match(face->GetFaceName()) : face;
 }
 
 /// The faces that may be fallen back on.
