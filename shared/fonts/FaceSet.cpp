@@ -10,6 +10,7 @@
 #include "shared/fonts/SystemFaceInfo.h"
 #include "shared/fonts/TextCharacters.h"
 #include "shared/fonts/TrueTypeFaceInfo.h"
+#include "shared/platform/FontFallback.h"
 #include "shared/platform/ForkSafeMutex.h"
 
 namespace shr {
@@ -23,8 +24,8 @@ constexpr std::uint16_t UNKNOWN_FACE = 0xFFFF;
 constexpr std::size_t MOST_SETS = 256;
 constexpr std::size_t MOST_CLUSTERS = 4096;
 
-/// As many as have numbers, with the requested one and the stroked one.
-constexpr std::size_t MOST_FACES = UNKNOWN_FACE - 2;
+/// As many as have numbers besides the requested one and the stroked one.
+constexpr std::size_t MOST_OTHERS = UNKNOWN_FACE - 2;
 
 /// Stands where the system has no face at all, not even a symbol set.
 class EmptyFace final : public CFaceInfo {
@@ -95,25 +96,8 @@ std::shared_ptr<CFaceInfo> MatchRequest(const TextFace& request) {
   return request.name.empty() ? match(face->GetFaceName()) : face;
 }
 
-/// The faces that may be fallen back on.
-struct OtherFaces {
-  std::vector<std::shared_ptr<CFaceInfo>> outline;  ///< without those that stand in for others
-  std::shared_ptr<CFaceInfo> stroked;               ///< null where it is not installed
-};
-
-OtherFaces CollectOthers() {
-  OtherFaces others;
-  for (const std::shared_ptr<CFaceInfo>& face : CSystemFaceInfo::Instance().GetFaces()) {
-    const auto* const outline = dynamic_cast<const CTrueTypeFaceInfo*>(face.get());
-    if (outline != nullptr && !outline->IsStandIn()) others.outline.push_back(face);
-    if (outline == nullptr && face->GetFaceName() == STROKED_TEXT_FACE) others.stroked = face;
-  }
-  return others;
-}
-
-/// Sorts faces: those most like `primary` first, among equals by name.
-void SortByLikeness(std::vector<std::shared_ptr<CFaceInfo>>& faces, const CFaceInfo& primary) {
-  const FaceAttributes& wanted = primary.GetAttributes();
+/// Sorts faces: those most like `wanted` first, among equals by name.
+void SortByLikeness(std::vector<std::shared_ptr<CFaceInfo>>& faces, const FaceAttributes& wanted) {
   const auto likeness = [&wanted](const std::shared_ptr<CFaceInfo>& face) {
     return CSystemFaceInfo::CalcMatchValue(
         *face, L"", wanted.weight, wanted.italic, 0, wanted.pitchAndFamily,
@@ -121,6 +105,39 @@ void SortByLikeness(std::vector<std::shared_ptr<CFaceInfo>>& faces, const CFaceI
   };
   std::stable_sort(faces.begin(), faces.end(),
                    [&](const auto& a, const auto& b) { return likeness(a) > likeness(b); });
+}
+
+const platform::FontDescription& DescriptionOf(const CFaceInfo& face) {
+  return static_cast<const CTrueTypeFaceInfo&>(face).GetDescription();
+}
+
+/// Puts outline faces into the order in which the system falls back on them from `primary`.
+std::vector<std::shared_ptr<CFaceInfo>> Ranked(const std::vector<std::shared_ptr<CFaceInfo>>& faces,
+                                               const CFaceInfo& primary) {
+  const FaceAttributes& attributes = primary.GetAttributes();
+  const auto* const outline = dynamic_cast<const CTrueTypeFaceInfo*>(&primary);
+  platform::FontDescription missing;
+  missing.family = outline != nullptr ? outline->GetDescription().family : primary.GetFaceName();
+  missing.weight = attributes.weight;
+  missing.italic = attributes.italic;
+  missing.pitchAndFamily = attributes.pitchAndFamily;
+  std::vector<const platform::FontDescription*> fonts;
+  for (const std::shared_ptr<CFaceInfo>& face : faces) fonts.push_back(&DescriptionOf(*face));
+  std::vector<std::shared_ptr<CFaceInfo>> ranked;
+  for (const std::size_t place : platform::RankFonts(missing, fonts)) {
+    ranked.push_back(faces[place]);
+  }
+  return ranked;
+}
+
+/// Returns true when the face may have all of the characters; no font is opened for that.
+bool MayHaveAll(const CFaceInfo& face, std::wstring_view cluster) {
+  const auto* const outline = dynamic_cast<const CTrueTypeFaceInfo*>(&face);
+  while (outline != nullptr && !cluster.empty()) {
+    const char32_t character = NextCharacter(cluster);
+    if (!NeedsNoFace(character) && !outline->MayHave(character)) return false;
+  }
+  return true;
 }
 
 bool HasAll(const CFaceInfo& face, std::wstring_view cluster) {
@@ -156,14 +173,7 @@ std::shared_ptr<FaceSet> FaceSet::Get(const TextFace& request) {
   return sets.byRequest.emplace(request, std::move(made)).first->second;
 }
 
-FaceSet::FaceSet(const TextFace& request) {
-  faces_.push_back(MatchRequest(request));
-  OtherFaces others = CollectOthers();
-  SortByLikeness(others.outline, *GetPrimary());
-  others.outline.resize(std::min(others.outline.size(), MOST_FACES));
-  faces_.insert(faces_.end(), others.outline.begin(), others.outline.end());
-  if (others.stroked != nullptr) faces_.push_back(others.stroked);
-}
+FaceSet::FaceSet(const TextFace& request) : primary_(MatchRequest(request)) {}
 
 FaceSet::~FaceSet() = default;
 
@@ -171,7 +181,7 @@ const std::shared_ptr<CFaceInfo>& FaceSet::Find(std::wstring_view cluster) {
   std::wstring_view rest = cluster;
   const char32_t base = NextCharacter(rest);
   const std::lock_guard<std::mutex> lock(mutex_);
-  return faces_[rest.empty() ? FindCharacter(base) : FindCluster(cluster, base)];
+  return FaceOf(rest.empty() ? FindCharacter(base) : FindCluster(cluster, base));
 }
 
 FaceSet::FaceNumber FaceSet::FindCharacter(char32_t character) {
@@ -197,7 +207,7 @@ FaceSet::FaceNumber FaceSet::FindCharacter(char32_t character) {
 
 FaceSet::FaceNumber FaceSet::FindCluster(std::wstring_view cluster, char32_t base) {
   const FaceNumber first = FindCharacter(base);
-  if (HasAll(*faces_[first], cluster)) return first;
+  if (HasAll(*FaceOf(first), cluster)) return first;
   const std::wstring key(cluster);
   if (const auto found = clusters_.find(key); found != clusters_.end()) return found->second;
   FaceNumber face = Search(cluster);
@@ -207,10 +217,30 @@ FaceSet::FaceNumber FaceSet::FindCluster(std::wstring_view cluster, char32_t bas
   return face;
 }
 
+/// Collects the faces that may be fallen back on: outline faces, without those that stand in for
+/// others, and the stroked text face at last.
+void FaceSet::CollectOthers() {
+  hasOthers_ = true;
+  std::shared_ptr<CFaceInfo> stroked;
+  std::vector<std::shared_ptr<CFaceInfo>> faces;
+  for (const std::shared_ptr<CFaceInfo>& face : CSystemFaceInfo::Instance().GetFaces()) {
+    const auto* const outline = dynamic_cast<const CTrueTypeFaceInfo*>(face.get());
+    if (outline != nullptr && !outline->IsStandIn()) faces.push_back(face);
+    if (outline == nullptr && face->GetFaceName() == STROKED_TEXT_FACE) stroked = face;
+  }
+  SortByLikeness(faces, primary_->GetAttributes());
+  others_ = Ranked(faces, *primary_);
+  others_.resize(std::min(others_.size(), MOST_OTHERS));
+  if (stroked != nullptr) others_.push_back(stroked);
+}
+
 /// Returns the first face that has all of the characters.
-FaceSet::FaceNumber FaceSet::Search(std::wstring_view cluster) const {
-  for (std::size_t i = 0; i < faces_.size(); ++i) {
-    if (HasAll(*faces_[i], cluster)) return static_cast<FaceNumber>(i);
+FaceSet::FaceNumber FaceSet::Search(std::wstring_view cluster) {
+  if (HasAll(*primary_, cluster)) return 0;
+  if (!hasOthers_) CollectOthers();
+  for (std::size_t i = 0; i < others_.size(); ++i) {
+    const CFaceInfo& face = *others_[i];
+    if (MayHaveAll(face, cluster) && HasAll(face, cluster)) return static_cast<FaceNumber>(i + 1);
   }
   return UNKNOWN_FACE;
 }

@@ -9,9 +9,10 @@
 ///     const std::shared_ptr<CFaceInfo>& face = faces->Find(text.substr(0, ClusterLength(text)));
 ///
 /// A cluster (shared/fonts/TextCharacters.h) is shown by the first face that has all of its
-/// characters: the requested one, then the installed outline faces from the most alike on, then the
-/// stroked text face; when there is none, by the first that has its first character; when there is
-/// none either, by the requested face.
+/// characters: the requested one, then the installed outline faces in the order in which the system
+/// falls back on them (shared/platform/FontFallback.h), then the stroked text face; when there is
+/// none, by the first that has its first character; when there is none either, by the requested
+/// face.
 ///
 /// Threads: all functions may be called on any thread.
 
@@ -41,7 +42,7 @@ public:
   ~FaceSet();
 
   /// Returns the face that the request itself gets.
-  const std::shared_ptr<CFaceInfo>& GetPrimary() const noexcept { return faces_.front(); }
+  const std::shared_ptr<CFaceInfo>& GetPrimary() const noexcept { return primary_; }
 
   /// Returns the face for a cluster. Cost: a look-up for a single character that was met before.
   /// Lifetime: as the set.
@@ -51,12 +52,18 @@ private:
   using FaceNumber = std::uint16_t;
   struct Page;
 
+  const std::shared_ptr<CFaceInfo>& FaceOf(FaceNumber number) const {
+    return number == 0 ? primary_ : others_[number - 1u];
+  }
   FaceNumber FindCharacter(char32_t character);
   FaceNumber FindCluster(std::wstring_view cluster, char32_t base);
-  FaceNumber Search(std::wstring_view cluster) const;
+  FaceNumber Search(std::wstring_view cluster);
+  void CollectOthers();
 
+  const std::shared_ptr<CFaceInfo> primary_;  // number 0
   std::mutex mutex_;
-  std::vector<std::shared_ptr<CFaceInfo>> faces_;  // the requested one, then as they are asked
+  std::vector<std::shared_ptr<CFaceInfo>> others_;  // from number 1 on, as they are asked
+  bool hasOthers_ = false;                          // they are collected when first needed
   std::unordered_map<char32_t, std::unique_ptr<Page>> pages_;
   std::unordered_map<std::wstring, FaceNumber> clusters_;
 };

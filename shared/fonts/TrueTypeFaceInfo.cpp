@@ -3,6 +3,8 @@
 
 #include "shared/fonts/TrueTypeFaceInfo.h"
 
+#include <algorithm>
+
 #include "shared/diagnostics/Logger.h"
 #include "shared/text/StringCompare.h"
 
@@ -49,6 +51,14 @@ std::uint32_t CTrueTypeFaceInfo::GetGlyphOf(char32_t character) const {
   const std::lock_guard<std::mutex> lock(fontMutex_);
   platform::Font* const font = Open();
   return font != nullptr ? font->GetGlyph(code) : platform::MISSING_GLYPH;
+}
+
+bool CTrueTypeFaceInfo::MayHave(char32_t character) const {
+  std::call_once(coverageRead_, [this] { coverage_ = platform::ReadCoverage(description_); });
+  const auto behind = std::upper_bound(
+      coverage_.begin(), coverage_.end(), character,
+      [](char32_t wanted, const platform::CharacterRange& range) { return wanted < range.first; });
+  return behind != coverage_.begin() && character <= behind[-1].last;
 }
 
 bool CTrueTypeFaceInfo::GetMetricsOfGlyph(std::uint32_t glyph, GlyphMetrics& metrics) const {

@@ -15,9 +15,11 @@
 #include <memory>
 #include <mutex>
 #include <string_view>
+#include <vector>
 
 #include "shared/Export.h"
 #include "shared/fonts/FaceInfo.h"
+#include "shared/platform/FontFallback.h"
 #include "shared/platform/TextShaping.h"
 
 namespace shr {
@@ -41,6 +43,10 @@ public:
   /// (platform::MISSING_GLYPH) when the face has none.
   std::uint32_t GetGlyphOf(char32_t character) const;
 
+  /// Returns whether the system says that the font has the character, without opening it to
+  /// measure; `HasGlyph` is what the font says itself. Cost: O(log n), the first call reads more.
+  bool MayHave(char32_t character) const;
+
   /// Return metrics and curves of a glyph by its number in the font, as shaping libraries give
   /// them: false, with the result unchanged, when there is none.
   bool GetMetricsOfGlyph(std::uint32_t glyph, GlyphMetrics& metrics) const;
@@ -63,6 +69,8 @@ private:
   platform::Font* Open() const;
 
   platform::FontDescription description_;
+  mutable std::once_flag coverageRead_;
+  mutable std::vector<platform::CharacterRange> coverage_;
   mutable std::mutex shaperMutex_;
   mutable std::unique_ptr<platform::Shaper> shaper_;
   mutable bool shaperFailed_ = false;

@@ -46,6 +46,13 @@ bool Load(FontconfigLibrary& fontconfig) {
   symbols.Find("FcConfigSubstitute", fontconfig.FcConfigSubstitute);
   symbols.Find("FcDefaultSubstitute", fontconfig.FcDefaultSubstitute);
   symbols.Find("FcFontMatch", fontconfig.FcFontMatch);
+  symbols.Find("FcFontSort", fontconfig.FcFontSort);
+  symbols.Find("FcFontSetSortDestroy", fontconfig.FcFontSetSortDestroy);
+  symbols.Find("FcCharSetFirstPage", fontconfig.FcCharSetFirstPage);
+  symbols.Find("FcCharSetNextPage", fontconfig.FcCharSetNextPage);
+  symbols.Find("FcPatternAddInteger", fontconfig.FcPatternAddInteger);
+  symbols.Find("FcPatternGetCharSet", fontconfig.FcPatternGetCharSet);
+  symbols.Find("FcWeightFromOpenType", fontconfig.FcWeightFromOpenType);
   symbols.Find("FcPatternCreate", fontconfig.FcPatternCreate);
   symbols.Find("FcPatternDestroy", fontconfig.FcPatternDestroy);
   symbols.Find("FcPatternAddString", fontconfig.FcPatternAddString);

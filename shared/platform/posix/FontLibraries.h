@@ -39,13 +39,20 @@ struct FontconfigLibrary {
   decltype(&::FcConfigSubstitute) FcConfigSubstitute;
   decltype(&::FcDefaultSubstitute) FcDefaultSubstitute;
   decltype(&::FcFontMatch) FcFontMatch;
+  decltype(&::FcFontSort) FcFontSort;
+  decltype(&::FcFontSetSortDestroy) FcFontSetSortDestroy;
+  decltype(&::FcCharSetFirstPage) FcCharSetFirstPage;
+  decltype(&::FcCharSetNextPage) FcCharSetNextPage;
   decltype(&::FcPatternCreate) FcPatternCreate;
   decltype(&::FcPatternDestroy) FcPatternDestroy;
+  decltype(&::FcPatternAddInteger) FcPatternAddInteger;
   decltype(&::FcPatternAddString) FcPatternAddString;
+  decltype(&::FcPatternGetCharSet) FcPatternGetCharSet;
   decltype(&::FcPatternGetString) FcPatternGetString;
   decltype(&::FcPatternGetInteger) FcPatternGetInteger;
   decltype(&::FcPatternGetDouble) FcPatternGetDouble;
   decltype(&::FcPatternGetBool) FcPatternGetBool;
+  decltype(&::FcWeightFromOpenType) FcWeightFromOpenType;
   decltype(&::FcWeightToOpenType) FcWeightToOpenType;
 };
 

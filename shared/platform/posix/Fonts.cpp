@@ -2,8 +2,6 @@
 // Copyright (c) 2026 The Shared authors
 
 // Fontconfig says which files there are, FreeType what is in those that the cache does not know.
-// The library holds a configuration of its own, so that it sees what was installed since and does
-// not meddle with the one of the program.
 
 #include "shared/platform/Fonts.h"
 
@@ -15,8 +13,8 @@
 #include <utility>
 #include <vector>
 
-#include "shared/platform/ForkSafeMutex.h"
 #include "shared/platform/posix/FontCache.h"
+#include "shared/platform/posix/FontConfiguration.h"
 #include "shared/platform/posix/FontLibraries.h"
 #include "shared/platform/posix/FreeTypeFont.h"
 #include "shared/platform/posix/NativePath.h"
@@ -28,44 +26,10 @@ namespace {
 constexpr std::int64_t NANOSECONDS = 1000000000;
 constexpr int INSTANCE_SHIFT = 16;  // above it an index names an instance of a variable font
 
-struct ConfigurationTag;
-
-std::mutex& ConfigurationMutex() {
-  static ForkSafeMutex<std::mutex, ConfigurationTag> mutex;
-  return mutex.Get();
-}
-
-/// The configuration of the last listing. It goes at the end of the process at last: Fontconfig's
-/// pointers are offsets, which leak checkers do not follow.
-class LastConfiguration {
-public:
-  ~LastConfiguration() { Replace(nullptr); }
-  FcConfig* Get() const { return held_; }
-  void Replace(FcConfig* next) {
-    if (held_ != nullptr) LoadFontconfig()->FcConfigDestroy(held_);
-    held_ = next;
-  }
-
-private:
-  FcConfig* held_ = nullptr;
-};
-
-LastConfiguration& Configuration() {
-  static LastConfiguration configuration;
-  return configuration;
-}
-
 /// The families of the last listing, some of them several times.
 std::vector<GString>& Families() {
   static std::vector<GString> families;
   return families;
-}
-
-const char* StringOf(const FontconfigLibrary& fontconfig, const FcPattern* pattern,
-                     const char* object) {
-  FcChar8* text = nullptr;
-  if (fontconfig.FcPatternGetString(pattern, object, 0, &text) != FcResultMatch) return nullptr;
-  return reinterpret_cast<const char*>(text);
 }
 
 bool TruthOf(const FontconfigLibrary& fontconfig, const FcPattern* pattern, const char* object) {
@@ -99,12 +63,11 @@ void Lister::AddPattern(const FcPattern* pattern) {
   if (TruthOf(fontconfig_, pattern, FC_VARIABLE) || !TruthOf(fontconfig_, pattern, FC_OUTLINE)) {
     return;
   }
-  const char* const format = StringOf(fontconfig_, pattern, FC_FONTFORMAT);
-  const char* const file = StringOf(fontconfig_, pattern, FC_FILE);
+  const char* const format = TextOf(pattern, FC_FONTFORMAT);
+  const char* const file = TextOf(pattern, FC_FILE);
   if (file == nullptr || format == nullptr) return;
   if (std::string_view(format) != "TrueType" && std::string_view(format) != "CFF") return;
-  int index = 0;
-  fontconfig_.FcPatternGetInteger(pattern, FC_INDEX, 0, &index);
+  const int index = NumberOf(pattern, FC_INDEX);
   if (seen_.emplace(file, index).second) AddFont(file, index, pattern);
 }
 
@@ -149,13 +112,13 @@ GString FirstInstalled(const FontconfigLibrary& fontconfig, const FcPattern* pat
 /// Returns the family that Fontconfig finds most like the pattern.
 GString BestMatch(const FontconfigLibrary& fontconfig, FcPattern* pattern) {
   FcResult result = FcResultNoMatch;
-  FcPattern* const match = fontconfig.FcFontMatch(Configuration().Get(), pattern, &result);
+  FcPattern* const match =
+      fontconfig.FcFontMatch(FontConfiguration::Get().GetConfig(), pattern, &result);
   if (match == nullptr) return GString();
   FontDescription font;
-  int index = 0;
-  fontconfig.FcPatternGetInteger(match, FC_INDEX, 0, &index);
-  if (const char* const file = StringOf(fontconfig, match, FC_FILE))
-    DescribeFont(file, index, font);
+  if (const char* const file = TextOf(match, FC_FILE)) {
+    DescribeFont(file, NumberOf(match, FC_INDEX), font);
+  }
   fontconfig.FcPatternDestroy(match);
   return font.family;
 }
@@ -166,7 +129,7 @@ FontList ListFonts() {
   FontList list;
   const FontconfigLibrary* const fontconfig = LoadFontconfig();
   if (fontconfig == nullptr || LoadFreeType() == nullptr) return list;
-  const std::lock_guard<std::mutex> lock(ConfigurationMutex());
+  const std::lock_guard<std::mutex> lock(FontConfiguration::GetMutex());
   FcConfig* const configuration = fontconfig->FcInitLoadConfigAndFonts();
   if (configuration == nullptr) return list;
   Lister lister(*fontconfig, list);
@@ -178,20 +141,20 @@ FontList ListFonts() {
   lister.Finish();
   Families().clear();
   for (const FontDescription& font : list.fonts) Families().push_back(font.family);
-  Configuration().Replace(configuration);
+  FontConfiguration::Get().Replace(configuration);
   return list;
 }
 
 GString FindStandIn(const GString& family, unsigned char) {
   const FontconfigLibrary* const fontconfig = LoadFontconfig();
   if (fontconfig == nullptr || LoadFreeType() == nullptr) return GString();
-  const std::lock_guard<std::mutex> lock(ConfigurationMutex());
-  if (Configuration().Get() == nullptr) return GString();
+  const std::lock_guard<std::mutex> lock(FontConfiguration::GetMutex());
+  if (FontConfiguration::Get().GetConfig() == nullptr) return GString();
   FcPattern* const pattern = fontconfig->FcPatternCreate();
   const std::string name = family.ToUtf8();
   fontconfig->FcPatternAddString(pattern, FC_FAMILY,
                                  reinterpret_cast<const FcChar8*>(name.c_str()));
-  fontconfig->FcConfigSubstitute(Configuration().Get(), pattern, FcMatchPattern);
+  fontconfig->FcConfigSubstitute(FontConfiguration::Get().GetConfig(), pattern, FcMatchPattern);
   fontconfig->FcDefaultSubstitute(pattern);
   GString found = FirstInstalled(*fontconfig, pattern);
   if (found.empty()) found = BestMatch(*fontconfig, pattern);

@@ -18,6 +18,7 @@
 #include <utility>
 
 #include "shared/platform/windows/SelectedFont.h"
+#include "shared/platform/windows/WideCharacterMap.h"
 
 namespace shr::platform {
 namespace {
@@ -106,64 +107,6 @@ int CALLBACK EnumTrueTypeFacesProc(const LOGFONTW* entry, const TEXTMETRICW* met
   return 1;
 }
 
-/// Reads big-endian words of a table; 0 behind its end.
-class TableReader {
-public:
-  explicit TableReader(std::vector<unsigned char> bytes) : bytes_(std::move(bytes)) {}
-
-  std::uint32_t Word(std::size_t at) const {
-    return at + 2 <= bytes_.size() ? static_cast<std::uint32_t>(bytes_[at]) << 8 | bytes_[at + 1]
-                                   : 0;
-  }
-  std::uint32_t Long(std::size_t at) const { return Word(at) << 16 | Word(at + 2); }
-  std::size_t Size() const { return bytes_.size(); }
-
-private:
-  std::vector<unsigned char> bytes_;
-};
-
-/// Looks characters above U+FFFF up, for which GDI has no function: format 12 of the table "cmap".
-class WideCharacterMap {
-public:
-  explicit WideCharacterMap(std::vector<unsigned char> table) : table_(std::move(table)) {
-    constexpr std::uint32_t MICROSOFT = 3, FULL_UNICODE = 10, GROUPS_FORMAT = 12;
-    const std::uint32_t count = table_.Word(2);
-    for (std::uint32_t i = 0; i < count; ++i) {
-      const std::size_t record = 4 + 8 * std::size_t{i};
-      if (record + 8 > table_.Size()) return;
-      if (table_.Word(record) != MICROSOFT || table_.Word(record + 2) != FULL_UNICODE) continue;
-      const std::size_t map = table_.Long(record + 4);
-      if (map >= table_.Size() || table_.Word(map) != GROUPS_FORMAT) continue;
-      const std::size_t room = (table_.Size() - map) / GROUP_BYTES;
-      first_ = map + HEAD_BYTES;
-      groups_ = std::min<std::size_t>(table_.Long(map + 12), room);
-      return;
-    }
-  }
-
-  std::uint32_t GetGlyph(char32_t character) const {
-    std::size_t low = 0, high = groups_;
-    while (low < high) {
-      const std::size_t middle = (low + high) / 2;
-      const std::size_t group = first_ + middle * GROUP_BYTES;
-      if (character < table_.Long(group)) {
-        high = middle;
-      } else if (character > table_.Long(group + 4)) {
-        low = middle + 1;
-      } else {
-        return table_.Long(group + 8) + (character - table_.Long(group));
-      }
-    }
-    return MISSING_GLYPH;
-  }
-
-private:
-  static constexpr std::size_t HEAD_BYTES = 16, GROUP_BYTES = 12;
-
-  TableReader table_;
-  std::size_t first_ = 0, groups_ = 0;
-};
-
 /// A font by GDI.
 class GdiFont final : public Font {
 public:
@@ -193,11 +136,7 @@ private:
 std::uint32_t GdiFont::GetGlyph(char32_t character) {
   if (character > LAST_BMP) {
     if (wideCharacters_ == nullptr) {
-      constexpr DWORD CMAP = 0x70616D63;  // "cmap", its first letter lowest
-      const DWORD size = GetFontData(font_.GetDevice(), CMAP, 0, nullptr, 0);
-      std::vector<unsigned char> table(size == GDI_ERROR ? 0 : size);
-      if (!table.empty()) GetFontData(font_.GetDevice(), CMAP, 0, table.data(), size);
-      wideCharacters_ = std::make_unique<WideCharacterMap>(std::move(table));
+      wideCharacters_ = std::make_unique<WideCharacterMap>(font_.GetDevice());
     }
     return wideCharacters_->GetGlyph(character);
   }
