@@ -57,6 +57,20 @@ bool IsPositive(double value) {
   return value > 0 && std::isfinite(value);
 }
 
+struct Parsed {
+  std::shared_ptr<CMTMultiLineElement> element;  ///< null when the text does not parse
+  GString error;
+};
+
+Parsed ParseWithoutFaces(const GString& text) {
+  CMTRecordingTextIF measure{MTFixedMetrics()};
+  CMTContext context(measure, 1);
+  Parsed parsed;
+  context.Parse(text, parsed.element);
+  parsed.error = context.GetError();
+  return parsed;
+}
+
 }  // namespace
 
 CMTContext::CMTContext(CMTTextIF& textIF, double height)
@@ -404,11 +418,12 @@ void CMTContext::Error(const wchar_t* nearText) {
 
 GString MathTextToSimpleText(const GString& text) {
   if (!ContainsMathText(text.c_str())) return text;
-  CMTRecordingTextIF measure{MTFixedMetrics()};
-  CMTContext context(measure, 1);
-  std::shared_ptr<CMTMultiLineElement> element;
-  if (context.Parse(text, element) == CMTContext::MT_SUCCESS) return element->GetSimpleText();
-  return L"*** Math Text Error ***";
+  const Parsed parsed = ParseWithoutFaces(text);
+  return parsed.element != nullptr ? parsed.element->GetSimpleText() : L"*** Math Text Error ***";
+}
+
+GString FindMathTextFault(const GString& text) {
+  return ContainsMathText(text.c_str()) ? ParseWithoutFaces(text).error : GString();
 }
 
 }  // namespace shr

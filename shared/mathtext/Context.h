@@ -177,4 +177,8 @@ private:
 /// looked up. Degenerate: "*** Math Text Error ***" for markup that does not parse.
 SHARED_API GString MathTextToSimpleText(const GString& text);
 
+/// Returns what is wrong with the markup of `text`, as `CMTContext::GetError` tells it, and nothing
+/// when it parses or is plain. For checks before work begins. No face is looked up.
+SHARED_API GString FindMathTextFault(const GString& text);
+
 }  // namespace shr
