@@ -3,8 +3,8 @@
 # Copyright (c) 2026 The Shared authors
 #
 # Builds the examples with optimisation and runs them on the data of the repository: the data report on earthquakes and
-# cities; the map report on Europe from a settings file, with steps taken back and redone, saved, loaded again and
-# logged; Mexico alone; a scanned map of Svalbard; the world. Each run prints the path of its report. The last line is
+# cities; the map report on Europe from a settings file, with a track, steps taken back and redone, saved, loaded again
+# and logged; Mexico alone; a scanned map of Svalbard; a voyage across the Pacific; the world. Each run prints the path of its report. The last line is
 # that of the world.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -33,6 +33,9 @@ echo "Mexico alone:"
 echo "A scanned map of Svalbard, by the method that fits best, and points of the image on the map:"
 build/release/bin/georeference --points "$data/control-points-svalbard.csv" \
   --warp-points "$data/control-points-svalbard.csv" --title "Svalbard, from 42 control points" --out "$out/georeference"
+echo "A voyage across the Pacific:"
+"$program" --map "$data/countries-50m.txt" --window=120,-50,-110,60 --track "$data/pacific.kml" --title "Across the Pacific" \
+  --csv --out "$out/pacific"
 echo "The world:"
 "$program" --map "$data/countries-50m.txt" --points "$data/earthquakes.csv" --cities "$data/cities-utf16le.csv" \
   --out "$out"

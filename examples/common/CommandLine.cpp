@@ -67,6 +67,16 @@ ArgumentOption ArgumentParser::AddText(const char* name, GString& value, const c
       *app_->add_option_function<std::string>(name, store, help)->type_name(kind));
 }
 
+ArgumentOption ArgumentParser::AddTexts(const char* name, std::vector<GString>& values,
+                                        const char* kind, const char* help) {
+  const auto store = [&values](const std::vector<std::string>& texts) {
+    for (const std::string& text : texts) values.push_back(GString::FromUtf8(text));
+  };
+  return ArgumentOption(*app_->add_option_function<std::vector<std::string>>(name, store, help)
+                             ->type_name(kind)
+                             ->allow_extra_args(false));
+}
+
 ArgumentOption ArgumentParser::AddCount(const char* name, std::function<void(std::size_t)> store,
                                         std::size_t most, const char* help) {
   return ArgumentOption(*app_->add_option_function<std::size_t>(name, std::move(store), help)

@@ -80,6 +80,9 @@ public:
   void BeginGroup(const char* heading);
 
   ArgumentOption AddText(const char* name, GString& value, const char* kind, const char* help);
+  /// An option that may be given several times.
+  ArgumentOption AddTexts(const char* name, std::vector<GString>& values, const char* kind,
+                          const char* help);
   /// A whole number from 0 to `most`.
   ArgumentOption AddCount(const char* name, std::size_t& value, std::size_t most, const char* help);
   ArgumentOption AddCount(const char* name, std::optional<std::size_t>& value, std::size_t most,

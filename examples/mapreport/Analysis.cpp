@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
+#include "examples/mapreport/Tracks.h"
 #include "shared/polygons/FlatPolygon.h"
 #include "shared/polygons/lines/LineClip.h"
 
@@ -36,6 +38,16 @@ void AppendClipped(const GPolygon2d& polygon, const Box2d& window, double shift,
     clipped.GetPolyPolygon(flat.points, flat.counts, false);
   }
   Append(flat, shift, to);
+}
+
+/// Appends the pieces of a line inside `window`, and those that return beyond 180.
+void AppendClippedLine(std::span<const Vec2d> line, const Box2d& window, Contours& visible) {
+  for (const double shift : {0.0, FULL_CIRCLE}) {
+    const Box2d moved(window.xMin() - shift, window.yMin(), window.xMax() - shift, window.yMax());
+    Contours pieces;
+    CLineClip(moved).ClipPolyline(line, pieces.points, pieces.counts);
+    Append(pieces, shift, visible);
+  }
 }
 
 bool IsInside(const Vec2d& point, const Country& country) {
@@ -92,7 +104,7 @@ const ColorClass* FindClass(const std::vector<ColorClass>& classes, std::size_t 
 
 bool ClipToWindow(Model& model, const Box2d& window, IProgress& progress) {
   Operation operation(progress, L"Clipping to the window",
-                      model.countries.size() + model.rivers.size());
+                      model.countries.size() + model.rivers.size() + model.tracks.size());
   model.window = window;
   model.clip = Area();
   model.continent = Area();
@@ -102,12 +114,19 @@ bool ClipToWindow(Model& model, const Box2d& window, IProgress& progress) {
   for (City& city : model.cities) {
     city.visible = PlaceInWindow(city.position, window).has_value();
   }
+  for (Waypoint& waypoint : model.waypoints) {
+    waypoint.visible = PlaceInWindow(waypoint.position, window).has_value();
+  }
   for (Country& country : model.countries) {
     country.visible = ClipCountry(country, window);
     if (!operation.Step()) return false;
   }
   for (River& river : model.rivers) {
     river.visible = ClipRiver(river, window);
+    if (!operation.Step()) return false;
+  }
+  for (Track& track : model.tracks) {
+    track.visible = ClipTrack(track, window);
     if (!operation.Step()) return false;
   }
   return true;
@@ -125,11 +144,17 @@ Contours ClipCountry(const Country& country, const Box2d& window) {
 
 Contours ClipRiver(const River& river, const Box2d& window) {
   Contours visible;
-  for (const double shift : {0.0, FULL_CIRCLE}) {
-    const Box2d moved(window.xMin() - shift, window.yMin(), window.xMax() - shift, window.yMax());
-    Contours pieces;
-    CLineClip(moved).ClipPolyline(river.points, pieces.points, pieces.counts);
-    Append(pieces, shift, visible);
+  AppendClippedLine(river.points, window, visible);
+  return visible;
+}
+
+Contours ClipTrack(const Track& track, const Box2d& window) {
+  const Contours lines = SplitAtAntimeridian(track.lines);
+  Contours visible;
+  std::span<const Vec2d> rest(lines.points);
+  for (const unsigned int count : lines.counts) {
+    AppendClippedLine(rest.first(count), window, visible);
+    rest = rest.subspan(count);
   }
   return visible;
 }

@@ -21,9 +21,9 @@
 
 namespace mapreport {
 
-/// Sets the window, marks the events and cities that lie in it (edges included) and cuts the
-/// countries and rivers to it. An earlier clip to an area and a union are gone. Returns false when
-/// the user stopped it; the model is then half done.
+/// Sets the window, marks the events, cities and waypoints that lie in it (edges included) and cuts
+/// the countries, rivers and tracks to it. An earlier clip to an area and a union are gone. Returns
+/// false when the user stopped it; the model is then half done.
 bool ClipToWindow(Model& model, const Box2d& window, IProgress& progress);
 
 /// Finds the country of each visible event, and counts and largest event of each country.
@@ -50,6 +50,9 @@ Contours ClipCountry(const Country& country, const Box2d& window);
 
 /// Returns the visible pieces of a river; also those that return beyond 180.
 Contours ClipRiver(const River& river, const Box2d& window);
+
+/// Returns the visible pieces of a track, which may cross the antimeridian.
+Contours ClipTrack(const Track& track, const Box2d& window);
 
 /// Returns the indices of the countries with events: most events first, then the larger magnitude,
 /// then the order of the file.

@@ -4,7 +4,6 @@
 #include "examples/mapreport/Areas.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <set>
 #include <span>
 #include <string>
@@ -16,8 +15,8 @@
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
 #include "examples/mapreport/PointTables.h"
+#include "examples/mapreport/XmlDocument.h"
 #include "shared/diagnostics/Exception.h"
-#include "shared/files/File.h"
 #include "shared/files/FileUtility.h"
 #include "shared/polygons/FlatPolygon.h"
 #include "shared/polygons/GPolygon.h"
@@ -31,17 +30,10 @@ using namespace shr;
 namespace {
 
 constexpr double FULL_CIRCLE = 360;
-constexpr std::uint32_t BLOCK_SIZE = 1 << 16;
 constexpr std::string_view UTF8_MARK = "\xEF\xBB\xBF";
 
 std::string ReadAll(const GString& path) {
-  CFile file;
-  file.Open(path, CFile::AccessRead, CFile::ModeOpenExisting, CFile::ShareRead);
-  std::string bytes;
-  std::vector<char> block(BLOCK_SIZE);
-  while (const std::uint32_t count = file.Read(block.data(), BLOCK_SIZE)) {
-    bytes.append(block.data(), count);
-  }
+  std::string bytes = ReadBytes(path);
   if (bytes.starts_with(UTF8_MARK)) bytes.erase(0, UTF8_MARK.size());
   return bytes;
 }
@@ -169,18 +161,23 @@ Area FindArea(const Model& model, const GString& text) {
 
 bool ClipToArea(Model& model, const Area& area, IProgress& progress) {
   Operation operation(progress, L"Clipping to the area",
-                      model.countries.size() + model.rivers.size());
+                      model.countries.size() + model.rivers.size() + model.tracks.size());
   model.clip = Area{area.name, PlaceRings(area.rings, model.window)};
   model.continent = Area();
   const Clipper clipper(model.clip.rings);
   for (Event& event : model.events) clipper.ClipPoint(event, model.window);
   for (City& city : model.cities) clipper.ClipPoint(city, model.window);
+  for (Waypoint& waypoint : model.waypoints) clipper.ClipPoint(waypoint, model.window);
   for (Country& country : model.countries) {
     clipper.ClipRings(country.visible);
     if (!operation.Step()) return false;
   }
   for (River& river : model.rivers) {
     clipper.ClipLines(river.visible);
+    if (!operation.Step()) return false;
+  }
+  for (Track& track : model.tracks) {
+    clipper.ClipLines(track.visible);
     if (!operation.Step()) return false;
   }
   return true;

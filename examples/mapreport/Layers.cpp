@@ -3,12 +3,15 @@
 
 #include "examples/mapreport/Layers.h"
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <utility>
 
 #include "examples/mapreport/Format.h"
 #include "examples/mapreport/MapFile.h"
 #include "examples/mapreport/PointTables.h"
+#include "examples/mapreport/Tracks.h"
 #include "shared/diagnostics/Logger.h"
 
 namespace mapreport {
@@ -73,6 +76,33 @@ void ReadAttributeLayer(const TextInput& input, Model& model) {
                  L"continents of " + FormatCount(found, L"country", L"countries")));
 }
 
+/// Returns "2 tracks, 1 route, 5 waypoints, 230 points", of what there is.
+GString DescribeTracks(const TrackContent& content) {
+  const auto count = [&](Track::Kind kind) {
+    return static_cast<std::size_t>(
+        std::count_if(content.tracks.begin(), content.tracks.end(),
+                      [&](const Track& track) { return track.kind == kind; }));
+  };
+  GString text;
+  const auto add = [&](std::size_t number, const wchar_t* one, const wchar_t* many) {
+    if (number > 0) text += FormatCount(number, one, many) + L", ";
+  };
+  add(count(Track::Kind::Track), L"track", L"tracks");
+  add(count(Track::Kind::Route), L"route", L"routes");
+  add(count(Track::Kind::Outline), L"outline", L"outlines");
+  add(content.waypoints.size(), L"waypoint", L"waypoints");
+  return text + FormatCount(content.points, L"point", L"points");
+}
+
+void ReadTrackLayer(const TextInput& input, Model& model) {
+  TrackContent content = ReadTracks(input.path, input.codePage);
+  model.sources.push_back(
+      MakeSource(L"Tracks", input.path, content.format, DescribeTracks(content)));
+  std::move(content.tracks.begin(), content.tracks.end(), std::back_inserter(model.tracks));
+  std::move(content.waypoints.begin(), content.waypoints.end(),
+            std::back_inserter(model.waypoints));
+}
+
 /// Reads one layer and logs what was found.
 template <class Read>
 void ReadLayer(const wchar_t* label, const TextInput& input, Read read, Model& model,
@@ -96,6 +126,9 @@ Model ReadModel(const Inputs& inputs, IProgress& progress) {
   }
   if (!inputs.attributes.path.empty()) {
     ReadLayer(L"Reading attributes", inputs.attributes, ReadAttributeLayer, model, progress);
+  }
+  for (const TextInput& input : inputs.tracks) {
+    ReadLayer(L"Reading tracks", input, ReadTrackLayer, model, progress);
   }
   return model;
 }

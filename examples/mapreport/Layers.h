@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "examples/common/Progress.h"
 #include "examples/mapreport/Model.h"
@@ -27,6 +28,7 @@ struct Inputs {
   TextInput cities;
   TextInput rivers;      ///< none when its path is empty
   TextInput attributes;  ///< of the countries; none when its path is empty
+  std::vector<TextInput> tracks;
 };
 
 /// Reads the inputs. Errors: the library's exception, or `ThrowInputError`.

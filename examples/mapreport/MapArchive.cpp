@@ -24,6 +24,7 @@ using namespace shr;
 namespace {
 
 constexpr unsigned int MAGIC = 0x5250414D;  // "MAPR"
+constexpr int VERSION_WITH_TRACKS = 2;
 /// Window coordinates reach from -180 to 360 and shifted ones not much further.
 constexpr double FARTHEST = 1000;
 
@@ -50,6 +51,9 @@ void TransferState(Archive& archive, Model& model) {
   Transfer(archive, model.continent);
   Transfer(archive, model.palette);
   Transfer(archive, model.classes);
+  if (archive.GetVersion() < VERSION_WITH_TRACKS) return;
+  Transfer(archive, model.tracks);
+  Transfer(archive, model.waypoints);
 }
 
 bool IsPlace(const Vec2d& point) {
@@ -110,6 +114,18 @@ bool ArePointsRight(const Model& model) {
          });
 }
 
+bool AreTracksWhole(const Model& model) {
+  return std::all_of(model.tracks.begin(), model.tracks.end(),
+                     [](const Track& track) {
+                       return track.kind <= Track::Kind::Outline && IsFinite(track.lowest) &&
+                              IsFinite(track.highest) && IsWhole(track.lines, 1) &&
+                              IsWhole(track.visible, 1);
+                     }) &&
+         std::all_of(model.waypoints.begin(), model.waypoints.end(), [&](const Waypoint& waypoint) {
+           return IsFinite(waypoint.elevation) && IsWellPlaced(waypoint, model.window);
+         });
+}
+
 bool AreRiversWhole(const Model& model) {
   return std::all_of(model.rivers.begin(), model.rivers.end(), [](const River& river) {
     return std::all_of(river.points.begin(), river.points.end(), IsPlace) &&
@@ -124,6 +140,7 @@ const wchar_t* FindFault(const Model& model) {
   if (!AreCountriesWhole(model)) return L"a country is incomplete";
   if (!AreCountsRight(model)) return L"the counts of events do not add up";
   if (!AreRiversWhole(model)) return L"a river is incomplete";
+  if (!AreTracksWhole(model)) return L"a track or a waypoint is out of place";
   if (!IsWhole(model.clip.rings, 1) || !IsWhole(model.continent.rings, 1)) {
     return L"an area is incomplete";
   }
@@ -206,6 +223,24 @@ void City::Serialize(Archive& archive) {
   Transfer(archive, visible);
 }
 
+void Track::Serialize(Archive& archive) {
+  Transfer(archive, name);
+  Transfer(archive, kind);
+  Transfer(archive, lines);
+  for (GString* text : {&begin, &end}) Transfer(archive, *text);
+  TransferGiven(archive, lowest);
+  TransferGiven(archive, highest);
+  Transfer(archive, visible);
+}
+
+void Waypoint::Serialize(Archive& archive) {
+  Transfer(archive, name);
+  Transfer(archive, position);
+  TransferGiven(archive, elevation);
+  for (GString* text : {&time, &symbol}) Transfer(archive, *text);
+  Transfer(archive, visible);
+}
+
 void Source::Serialize(Archive& archive) {
   for (GString* text : {&layer, &fileName, &encoding, &content, &credit}) {
     Transfer(archive, *text);
@@ -266,6 +301,7 @@ GString Fingerprint(Model& model) {
   constexpr std::uint32_t PRIME = 16777619;
   Archive archive;
   archive.OpenMem();
+  archive.SetVersion(MAP_VERSION);
   TransferState(archive, model);
   std::uint32_t hash = OFFSET_BASIS;
   for (const char byte : Stored(archive)) {

@@ -22,7 +22,7 @@
 namespace mapreport {
 
 /// The version that `StoreMap` writes; `LoadMap` reads it and all before it.
-inline constexpr int MAP_VERSION = 1;
+inline constexpr int MAP_VERSION = 2;
 
 /// Returns the bytes of a saved map. Storing leaves the model as it is.
 std::string StoreMap(Model& model);

@@ -25,23 +25,27 @@ public:
     for (const River& river : model.rivers) rivers_.push_back(river.visible);
     for (const Event& event : model.events) events_.push_back(event.visible);
     for (const City& city : model.cities) cities_.push_back(city.visible);
+    for (const Track& track : model.tracks) tracks_.push_back(track.visible);
+    for (const Waypoint& waypoint : model.waypoints) waypoints_.push_back(waypoint.visible);
   }
 
   void Exchange(Model& model) override {
     std::swap(window_, model.window);
     std::swap(clip_, model.clip);
     std::swap(continent_, model.continent);
-    for (std::size_t i = 0; i < countries_.size(); ++i) {
-      std::swap(countries_[i], model.countries[i].visible);
-    }
-    for (std::size_t i = 0; i < rivers_.size(); ++i) {
-      std::swap(rivers_[i], model.rivers[i].visible);
-    }
+    ExchangePieces(countries_, model.countries);
+    ExchangePieces(rivers_, model.rivers);
+    ExchangePieces(tracks_, model.tracks);
     ExchangeFlags(events_, model.events);
     ExchangeFlags(cities_, model.cities);
+    ExchangeFlags(waypoints_, model.waypoints);
   }
 
 private:
+  template <class Part>
+  static void ExchangePieces(std::vector<Contours>& pieces, std::vector<Part>& parts) {
+    for (std::size_t i = 0; i < pieces.size(); ++i) std::swap(pieces[i], parts[i].visible);
+  }
   template <class Point>
   static void ExchangeFlags(std::vector<bool>& flags, std::vector<Point>& points) {
     for (std::size_t i = 0; i < flags.size(); ++i) {
@@ -58,6 +62,8 @@ private:
   std::vector<Contours> rivers_;
   std::vector<bool> events_;
   std::vector<bool> cities_;
+  std::vector<Contours> tracks_;
+  std::vector<bool> waypoints_;
 };
 
 /// What was counted.

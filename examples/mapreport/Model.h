@@ -100,6 +100,36 @@ struct City {
   void Serialize(shr::Archive& archive);
 };
 
+/// A track, a planned route or an outline from a GPX or KML file (Tracks.h).
+struct Track {
+  enum class Kind : unsigned char { Track, Route, Outline };
+
+  GString name;  ///< may be empty
+  Kind kind = Kind::Track;
+  Contours lines;                ///< its segments, in degrees
+  GString begin;                 ///< time of the first point that has one; empty when none has
+  GString end;                   ///< time of the last point that has one
+  std::optional<double> lowest;  ///< elevations in metres
+  std::optional<double> highest;
+
+  Contours visible;  ///< the pieces inside the window, in window coordinates
+
+  void Serialize(shr::Archive& archive);
+};
+
+/// A named place from a GPX or KML file.
+struct Waypoint {
+  GString name;  ///< may be empty
+  Vec2d position;
+  std::optional<double> elevation;  ///< in metres
+  GString time;
+  GString symbol;  ///< the name of the marker that it asks for; may be empty or unknown
+
+  bool visible = false;
+
+  void Serialize(shr::Archive& archive);
+};
+
 /// One file that went into the model.
 struct Source {
   GString layer;  ///< what it was read for: "Countries"
@@ -171,6 +201,8 @@ struct Model {
   std::vector<River> rivers;
   std::vector<Event> events;
   std::vector<City> cities;
+  std::vector<Track> tracks;
+  std::vector<Waypoint> waypoints;
   std::vector<Source> sources;
   View view;
   std::vector<Step> history;

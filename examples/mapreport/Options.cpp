@@ -37,6 +37,7 @@ struct RawOptions {
   GString cities;
   GString rivers;
   GString attributes;
+  std::vector<GString> tracks;
   GString config;
   GString load;
   GString save;
@@ -73,6 +74,8 @@ void AddInputs(ArgumentParser& parser, RawOptions& raw) {
                  "Table of cities: name, country, lat, lon, population");
   parser.AddText("--rivers", raw.rivers, "FILE", "Lines of rivers; no rivers unless told");
   parser.AddText("--attributes", raw.attributes, "FILE", "Table of countries: name, continent");
+  parser.AddTexts("--track", raw.tracks, "FILE",
+                  "Tracks, routes and waypoints (GPX or KML); may be given several times");
   parser.AddCodePage("--codepage", raw.codePage, "Code page of inputs without a byte-order mark");
   parser.AddCodePage("--map-codepage", raw.mapPage, "The same for --map alone");
   parser.AddCodePage("--points-codepage", raw.pointsPage, "The same for --points alone");
@@ -109,8 +112,8 @@ void AddOutputs(ArgumentParser& parser, RawOptions& raw, Options& options) {
                "Folder for map.svg, overview.svg and report.html; made when missing")
       .Required();
   parser.AddText("--load", raw.load, "FILE", "Begin with a saved map instead of inputs")
-      .Excludes(
-          {"--map", "--points", "--cities", "--rivers", "--attributes", "--config", "--last"});
+      .Excludes({"--map", "--points", "--cities", "--rivers", "--attributes", "--track", "--config",
+                 "--last"});
   parser.AddText("--save", raw.save, "FILE", "Save the map with all that was done to it");
   parser.AddText("--geojson", raw.geojson, "FILE",
                  "Write the united continent, or else the visible countries, as GeoJSON");
@@ -144,6 +147,9 @@ Inputs MakeInputs(const RawOptions& raw, const SettingsFile& file) {
   inputs.rivers = MakeInput(raw.rivers, file.rivers, nullptr, page(raw.riversPage));
   inputs.attributes =
       MakeInput(raw.attributes, file.attributes, L"countries-attributes.csv", page(std::nullopt));
+  for (const GString& path : raw.tracks.empty() ? file.tracks : raw.tracks) {
+    inputs.tracks.push_back({path, page(std::nullopt)});
+  }
   return inputs;
 }
 

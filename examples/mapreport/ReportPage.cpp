@@ -13,6 +13,7 @@
 #include "examples/mapreport/SvgOverview.h"
 #include "examples/mapreport/SvgPoints.h"
 #include "examples/mapreport/TableFiles.h"
+#include "examples/mapreport/Tracks.h"
 #include "shared/html/HtmlReport.h"
 
 namespace mapreport {
@@ -238,6 +239,57 @@ void WriteCities(CHtmlReport& report, const Model& model, const MapPicture& pict
   EndTable(report, tables ? GString(CITIES_TABLE) : GString());
 }
 
+GString TrackName(const GString& name) {
+  return name.empty() ? GString(L"\u2013") : name;
+}
+
+/// Returns "540 to 1,202", or a dash.
+GString FormatRange(const std::optional<double>& lowest, const std::optional<double>& highest) {
+  if (!lowest || !highest) return L"\u2013";
+  return FormatNumber(*lowest, 0) + L" to " + FormatNumber(*highest, 0);
+}
+
+/// The whole tracks, whatever of them is visible.
+void WriteTracks(CHtmlReport& report, const Model& model, bool tables) {
+  if (model.tracks.empty()) return;
+  BeginTable(report, "Tracks",
+             {{"Name", false},
+              {"Kind", false},
+              {"Points", true},
+              {"Length (km)", true},
+              {"Elevation (m)", true},
+              {"From", false},
+              {"To", false}});
+  for (const Track& track : model.tracks) {
+    report << TRBeg();
+    Cell(report, TrackName(track.name));
+    Cell(report, TrackKindName(track.kind));
+    NumberCell(report, FormatCount(track.lines.points.size()));
+    NumberCell(report, FormatNumber(TrackLength(track.lines), 1));
+    NumberCell(report, FormatRange(track.lowest, track.highest));
+    Cell(report, FormatTime(track.begin));
+    Cell(report, FormatTime(track.end));
+    report << TREnd();
+  }
+  EndTable(report, tables ? GString(TRACKS_TABLE) : GString());
+}
+
+void WriteWaypoints(CHtmlReport& report, const Model& model, bool tables) {
+  if (model.waypoints.empty()) return;
+  BeginTable(report, "Waypoints",
+             {{"Name", false}, {"Position", false}, {"Elevation (m)", true}, {"Time", false}});
+  for (const Waypoint& waypoint : model.waypoints) {
+    report << TRBeg();
+    Cell(report, TrackName(waypoint.name));
+    Cell(report, FormatPosition(waypoint.position));
+    NumberCell(report,
+               waypoint.elevation ? FormatNumber(*waypoint.elevation, 0) : GString(L"\u2013"));
+    Cell(report, FormatTime(waypoint.time));
+    report << TREnd();
+  }
+  EndTable(report, tables ? GString(WAYPOINTS_TABLE) : GString());
+}
+
 void WriteSources(CHtmlReport& report, const Model& model) {
   BeginTable(report, "What was read",
              {{"Layer", false},
@@ -305,6 +357,8 @@ std::string MakePage(const Model& model, const MapPicture& picture, const GStrin
   WriteCountries(report, model, tables);
   WriteStrongest(report, model, tables);
   WriteCities(report, model, picture, tables);
+  WriteTracks(report, model, tables);
+  WriteWaypoints(report, model, tables);
   WriteSources(report, model);
   WriteHistory(report, model);
   return WithLanguageAndViewport(report.GetReport()) + "\n";

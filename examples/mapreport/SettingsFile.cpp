@@ -42,6 +42,17 @@ std::optional<std::size_t> ParseRows(const GString& text) {
   return static_cast<std::size_t>(rows);
 }
 
+/// Reads paths with semicolons between them. Returns false when one is empty.
+bool SplitPaths(const GString& text, std::vector<GString>& paths) {
+  for (GString::size_type begin = 0; begin <= text.size();) {
+    const GString::size_type end = std::min(text.find(L';', begin), text.size());
+    paths.push_back(text.substr(begin, end - begin).Trim());
+    if (paths.back().empty()) return false;
+    begin = end + 1;
+  }
+  return true;
+}
+
 constexpr Key KEYS[] = {
     {L"Files", L"Map", [](const GString& v, SettingsFile& f) { return !(f.map = v).empty(); }},
     {L"Files", L"Points",
@@ -52,6 +63,8 @@ constexpr Key KEYS[] = {
      [](const GString& v, SettingsFile& f) { return !(f.rivers = v).empty(); }},
     {L"Files", L"Attributes",
      [](const GString& v, SettingsFile& f) { return !(f.attributes = v).empty(); }},
+    {L"Files", L"Tracks",
+     [](const GString& v, SettingsFile& f) { return SplitPaths(v, f.tracks); }},
     {L"Map", L"Title",
      [](const GString& v, SettingsFile& f) { return Store({v}, f.settings.title); }},
     {L"Map", L"Window",
@@ -130,6 +143,7 @@ SettingsFile ReadSettingsFile(const GString& path) {
        {&result.map, &result.points, &result.cities, &result.rivers, &result.attributes}) {
     MakeRelativeTo(FolderOf(path), *input);
   }
+  for (GString& track : result.tracks) MakeRelativeTo(FolderOf(path), track);
   std::optional<GString>& clip = result.settings.clip;
   if (clip && (*clip)[0] == L'@') {
     GString area = clip->substr(1);

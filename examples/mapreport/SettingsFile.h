@@ -9,6 +9,8 @@
 
 #pragma once
 
+#include <vector>
+
 #include "examples/mapreport/Settings.h"
 
 namespace mapreport {
@@ -22,6 +24,7 @@ struct SettingsFile {
   GString cities;
   GString rivers;
   GString attributes;
+  std::vector<GString> tracks;
 };
 
 /// Returns the content of the file. Paths in it are relative to its own folder.

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,6 +13,8 @@
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
 #include "examples/mapreport/SvgPoints.h"
+#include "examples/mapreport/SvgTracks.h"
+#include "examples/mapreport/Tracks.h"
 
 namespace mapreport {
 
@@ -23,6 +26,7 @@ constexpr double SWATCH_WIDTH = 68;
 constexpr double SWATCH_HEIGHT = 15;
 constexpr double MAGNITUDE_STEP = 37;
 constexpr double LARGEST_SHOWN = 8;
+constexpr double TRACK_ROW = 24;
 /// Wider windows differ too much in scale from their middle to their edge for one bar.
 constexpr double WIDEST_WITH_BAR = 60;
 
@@ -90,24 +94,62 @@ void DrawMagnitudes(SvgWriter& svg, const Model& model, const Vec2d& corner) {
   }
 }
 
-void DrawCitySizes(SvgWriter& svg, const Vec2d& corner) {
+void DrawCitySizes(MapCanvas& canvas, const Vec2d& corner) {
   struct Row {
     const wchar_t* text;
-    const CitySize& size;
     double advance;
   };
-  static constexpr Row ROWS[] = {{L"over 5 million people", CITY_SIZES[0], 160},
-                                 {L"over 1 million", CITY_SIZES[1], 110},
-                                 {L"smaller", CITY_SIZES[2], 0}};
+  static constexpr Row ROWS[] = {
+      {L"over 5 million people", 165}, {L"over 1 million", 115}, {L"smaller", 0}};
+  SvgWriter& svg = canvas.svg;
   Write(svg, corner, "", "head", L"City");
   double x = corner.x + 42;
-  for (const Row& row : ROWS) {
-    svg.Begin("circle").Attribute("class", "dot").Attribute("cx", x);
-    svg.Attribute("cy", corner.y - 4).Attribute("r", row.size.radius).End();
-    svg.Begin("text").Attribute("x", x + 7).Attribute("y", corner.y);
-    svg.Attribute("font-size", row.size.type).Text(row.text).End();
-    x += row.advance;
+  svg.Begin("g").Attribute("class", "city");
+  for (std::size_t i = 0; i < std::size(ROWS); ++i) {
+    const Marker marker = CityMarker(CITY_SIZES[i], canvas.projection);
+    canvas.markers.Use(svg, marker, Vec2d(x, corner.y - 4));
+    svg.Begin("text").Attribute("x", x + 8).Attribute("y", corner.y);
+    svg.Attribute("font-size", CITY_SIZES[i].type).Text(ROWS[i].text).End();
+    x += ROWS[i].advance;
   }
+  svg.End();
+}
+
+bool HasKind(const Model& model, Track::Kind kind) {
+  return std::any_of(model.tracks.begin(), model.tracks.end(), [&](const Track& track) {
+    return track.kind == kind && !track.visible.counts.empty();
+  });
+}
+
+bool HasWaypoints(const Model& model) {
+  return std::any_of(model.waypoints.begin(), model.waypoints.end(),
+                     [](const Waypoint& waypoint) { return waypoint.visible; });
+}
+
+bool HasTracks(const Model& model) {
+  return HasWaypoints(model) || std::any_of(std::begin(TRACK_KINDS), std::end(TRACK_KINDS),
+                                            [&](Track::Kind kind) { return HasKind(model, kind); });
+}
+
+/// One sample for each kind of what was read from GPX and KML files.
+void DrawTrackKinds(MapCanvas& canvas, const Model& model, const Vec2d& corner) {
+  constexpr double STEP = 105;
+  SvgWriter& svg = canvas.svg;
+  double x = corner.x;
+  const auto write = [&](const GString& text) {
+    Write(svg, Vec2d(x + 34, corner.y), "", "", text);
+    x += STEP;
+  };
+  for (const Track::Kind kind : TRACK_KINDS) {
+    if (!HasKind(model, kind)) continue;
+    DrawTrackSample(svg, kind, Vec2d(x, corner.y - 4), Vec2d(x + 28, corner.y - 4));
+    write(TrackKindName(kind));
+  }
+  if (!HasWaypoints(model)) return;
+  svg.Begin("g").Attribute("class", "waypoint");
+  canvas.markers.Use(svg, WAYPOINT_MARKER, Vec2d(x + 22, corner.y + 1));
+  svg.End();
+  write(L"Waypoint");
 }
 
 /// Returns the longest of 1, 2, 5, 10 ... kilometres that is at most `limit`.
@@ -171,15 +213,25 @@ GString ProjectionLine(const Projection& projection) {
 
 }  // namespace
 
-void DrawLegend(SvgWriter& svg, const Model& model, const Projection& projection,
-                const Vec2d& corner, double width) {
+double LegendHeight(const Model& model) {
+  return HasTracks(model) ? 150 + TRACK_ROW : 150;
+}
+
+void DrawLegend(MapCanvas& canvas, const Model& model, const Vec2d& corner, double width) {
+  SvgWriter& svg = canvas.svg;
+  const Projection& projection = canvas.projection;
   svg.Begin("g").Attribute("font-size", "12px");
   DrawClasses(svg, model, Vec2d(corner.x, corner.y + 8));
   DrawMagnitudes(svg, model, Vec2d(corner.x + width - 5.4 * MAGNITUDE_STEP, corner.y + 8));
-  DrawCitySizes(svg, Vec2d(corner.x, corner.y + 82));
+  DrawCitySizes(canvas, Vec2d(corner.x, corner.y + 82));
   DrawScaleBar(svg, projection, Vec2d(corner.x + width, corner.y + 82));
-  Write(svg, Vec2d(corner.x, corner.y + 108), "", "small", ProjectionLine(projection));
-  Write(svg, Vec2d(corner.x, corner.y + 124), "", "small", SourceLine(model));
+  double y = corner.y + 108;
+  if (HasTracks(model)) {
+    DrawTrackKinds(canvas, model, Vec2d(corner.x, corner.y + 82 + TRACK_ROW));
+    y += TRACK_ROW;
+  }
+  Write(svg, Vec2d(corner.x, y), "", "small", ProjectionLine(projection));
+  Write(svg, Vec2d(corner.x, y + 16), "", "small", SourceLine(model));
   svg.End();
 }
 

@@ -3,7 +3,7 @@
 
 // The page is laid out in units of a CSS pixel. The map is as large as MAX_WIDTH by MAX_HEIGHT
 // allow, the page at least as wide as the legend. Layers go from the bottom up: sea, land outside
-// of the clip, countries, rivers, areas, graticule, events, names, frame.
+// of the clip, countries, rivers, areas, graticule, tracks, events, markers, names, frame.
 
 #include "examples/mapreport/SvgMap.h"
 
@@ -12,11 +12,13 @@
 
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
+#include "examples/mapreport/MapCanvas.h"
 #include "examples/mapreport/SvgCountries.h"
 #include "examples/mapreport/SvgGraticule.h"
 #include "examples/mapreport/SvgLegend.h"
 #include "examples/mapreport/SvgPoints.h"
 #include "examples/mapreport/SvgRivers.h"
+#include "examples/mapreport/SvgTracks.h"
 
 namespace mapreport {
 
@@ -50,7 +52,10 @@ constexpr const char* STYLE_SHEET =
     ".halo{paint-order:stroke;stroke:#fff;stroke-opacity:.85;stroke-width:2.6px;"
     "stroke-linejoin:round}"
     ".strong{font-size:12px;font-weight:700;fill:#1e2a6b}"
-    ".dot{fill:#fff;stroke:#1a1a1a;stroke-width:1}"
+    ".city{color:#1a1a1a}.strong{color:#1e2a6b}.waypoint{color:#8e1045}.waypoint text{fill:#8e1045}"
+    ".track{fill:none;stroke:#b0125b;stroke-width:2;stroke-linejoin:round;stroke-linecap:round}"
+    ".route{stroke-dasharray:7 4;stroke-linecap:butt}.outline{stroke-width:1.2}"
+    ".track.ground{stroke:#fff;stroke-width:4;stroke-opacity:.8}"
     ".head{font-weight:700}"
     ".small{font-size:10.5px;fill:#555}";
 
@@ -60,13 +65,15 @@ struct Page {
   Projection projection;
 };
 
-Page LayOut(const Box2d& window) {
+Page LayOut(const Model& model) {
+  const Box2d& window = model.window;
   const Projection trial(window, 0, 0, MAX_WIDTH, MAX_HEIGHT);
   const double mapWidth = trial.Frame().xRange();
   const double width = std::ceil(std::max(mapWidth, LEGEND_WIDTH) + 2 * SIDE);
   const Projection projection(window, std::floor((width - mapWidth) / 2), TOP, MAX_WIDTH,
                               MAX_HEIGHT);
-  const double height = std::ceil(projection.Frame().yMax() + FRAME_TO_LEGEND + LEGEND_HEIGHT);
+  const double height =
+      std::ceil(projection.Frame().yMax() + FRAME_TO_LEGEND + LegendHeight(model));
   return {width, height, projection};
 }
 
@@ -108,6 +115,7 @@ void BeginDocument(SvgWriter& svg, const Page& page, const Model& model) {
   box += ' ';
   AppendSvgTenths(box, SvgTenths(page.height));
   svg.Begin("svg").Attribute("xmlns", "http://www.w3.org/2000/svg").Attribute("version", "1.1");
+  svg.Attribute("xmlns:xlink", "http://www.w3.org/1999/xlink");
   svg.Attribute("width", page.width).Attribute("height", page.height).Attribute("viewBox", box);
   svg.Attribute("xml:lang", "en").Attribute("role", "img");
   svg.Attribute("aria-labelledby", "title desc");
@@ -123,10 +131,13 @@ void BeginDocument(SvgWriter& svg, const Page& page, const Model& model) {
 }  // namespace
 
 MapPicture DrawMap(const Model& model) {
-  const Page page = LayOut(model.window);
+  const Page page = LayOut(model);
   const Projection& projection = page.projection;
   const Graticule graticule = MakeGraticule(model.window);
-  SvgWriter svg;
+  Box2d labelled = projection.Frame();
+  labelled.Inflate(-LABEL_MARGIN, -LABEL_MARGIN);
+  MapCanvas canvas{SvgWriter(), projection, LabelPlacer(labelled)};
+  SvgWriter& svg = canvas.svg;
   BeginDocument(svg, page, model);
   svg.Begin("g").Attribute("clip-path", "url(#map)");
   svg.BeginRectangle(projection.Frame()).Attribute("fill", HexColor(model.palette.sea)).End();
@@ -135,19 +146,20 @@ MapPicture DrawMap(const Model& model) {
   DrawRivers(svg, model, projection);
   DrawAreas(svg, model, projection);
   DrawGraticule(svg, projection, graticule);
+  DrawTracks(canvas, model);
   DrawEvents(svg, model, projection);
-  Box2d labelled = projection.Frame();
-  labelled.Inflate(-LABEL_MARGIN, -LABEL_MARGIN);
-  LabelPlacer placer(labelled);
-  DrawEventNames(svg, model, projection, placer);
+  DrawWaypoints(canvas, model);
+  DrawEventNames(canvas, model);
+  DrawWaypointNames(canvas, model);
   MapPicture picture;
-  picture.cities = DrawCities(svg, model, projection, model.view.labels, placer);
+  picture.cities = DrawCities(canvas, model, model.view.labels);
   svg.End();
   DrawFrame(svg, projection, graticule);
   const double left = std::min(projection.Frame().xMin(), (page.width - LEGEND_WIDTH) / 2);
   DrawTitle(svg, model, left);
-  DrawLegend(svg, model, projection, Vec2d(left, projection.Frame().yMax() + FRAME_TO_LEGEND),
+  DrawLegend(canvas, model, Vec2d(left, projection.Frame().yMax() + FRAME_TO_LEGEND),
              page.width - 2 * left);
+  canvas.markers.Define(svg);
   svg.End();
   picture.svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + svg.Take();
   picture.width = static_cast<int>(page.width);

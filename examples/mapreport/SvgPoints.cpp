@@ -14,7 +14,7 @@
 
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
-#include "shared/plots/TextWidth.h"
+#include "examples/mapreport/SvgText.h"
 
 namespace mapreport {
 
@@ -88,34 +88,6 @@ void DrawCells(SvgWriter& svg, const Model& model, const Projection& projection,
   svg.End();
 }
 
-/// Returns the room that text of `size` takes: what letters really use above and below the base
-/// line, level with the point the middle of small letters.
-LabelExtent ExtentOf(const GString& text, double size) {
-  constexpr double ASCENT = 0.82;
-  constexpr double DESCENT = 0.24;
-  constexpr double X_HEIGHT = 0.52;
-  return {EstimateTextWidth(text, size), ASCENT * size, DESCENT * size, X_HEIGHT * size / 2};
-}
-
-const char* AnchorText(LabelAnchor anchor) {
-  switch (anchor) {
-    case LabelAnchor::Middle:
-      return "middle";
-    case LabelAnchor::End:
-      return "end";
-    default:
-      return "start";
-  }
-}
-
-void DrawLabel(SvgWriter& svg, const LabelPlace& place, const GString& text) {
-  svg.Begin("text").Attribute("x", place.anchorPoint.x).Attribute("y", place.anchorPoint.y);
-  if (place.anchor != LabelAnchor::Start) {
-    svg.Attribute("text-anchor", AnchorText(place.anchor));
-  }
-  svg.Text(text).End();
-}
-
 const CitySize& SizeOf(const City& city) {
   return *std::find_if(std::begin(CITY_SIZES), std::end(CITY_SIZES) - 1, [&](const CitySize& size) {
     return city.population >= size.smallestPopulation;
@@ -152,10 +124,10 @@ std::vector<std::size_t> CitiesByImportance(const Model& model) {
   return order;
 }
 
-void DrawCity(SvgWriter& svg, const City& city, const Vec2d& at, const LabelPlace& place) {
+void DrawCity(MapCanvas& canvas, const City& city, const Vec2d& at, const LabelPlace& place) {
   const CitySize& size = SizeOf(city);
-  svg.Begin("circle").Attribute("class", "dot").Attribute("cx", at.x).Attribute("cy", at.y);
-  svg.Attribute("r", size.radius).End();
+  SvgWriter& svg = canvas.svg;
+  canvas.markers.Use(svg, CityMarker(size, canvas.projection), at);
   svg.Begin("g").Attribute("class", "halo").Attribute("font-size", size.type);
   if (const char* const language = LanguageOf(city.countryCode)) {
     svg.Attribute("xml:lang", language);
@@ -177,6 +149,11 @@ EventSizes::EventSizes(const Model& model) {
 
 double EventSizes::Radius(double magnitude) const {
   return factor_ * BaseRadius(magnitude);
+}
+
+Marker CityMarker(const CitySize& size, const Projection& projection) {
+  constexpr double WIDE = 90;  // degrees
+  return Marker{size.marker, projection.Window().xRange() > WIDE ? 8 : 11};
 }
 
 std::size_t CountCounted(const Model& model) {
@@ -204,15 +181,14 @@ void DrawEvents(SvgWriter& svg, const Model& model, const Projection& projection
 }
 
 /// The strongest events bear their magnitude.
-void DrawEventNames(SvgWriter& svg, const Model& model, const Projection& projection,
-                    LabelPlacer& placer) {
+void DrawEventNames(MapCanvas& canvas, const Model& model) {
   constexpr double SIZE = 12;
   const EventSizes sizes(model);
   std::vector<Box2d> named;
-  svg.Begin("g").Attribute("class", "strong halo");
+  canvas.svg.Begin("g").Attribute("class", "strong halo");
   for (const std::size_t index : StrongestEvents(model, EVENT_LABELS)) {
     const double magnitude = *model.events[index].magnitude;
-    const Vec2d at = EventPosition(model, index, projection);
+    const Vec2d at = EventPosition(model, index, canvas.projection);
     // An aftershock inside a circle that has its name would seem to be a second name of it.
     if (std::any_of(named.begin(), named.end(),
                     [&](const Box2d& box) { return box.Contains(at); })) {
@@ -220,27 +196,29 @@ void DrawEventNames(SvgWriter& svg, const Model& model, const Projection& projec
     }
     const double radius = sizes.Radius(magnitude);
     named.emplace_back(at.x - radius, at.y - radius, at.x + radius, at.y + radius);
+    canvas.markers.Use(canvas.svg, EPICENTRE_MARKER, at);
     const GString text = L"M\u00A0" + FormatNumber(magnitude, 1);
-    const auto place = placer.Place({at, radius, ExtentOf(text, SIZE), 0, false});
-    if (place) DrawLabel(svg, *place, text);
+    const auto place = canvas.placer.Place({at, radius, ExtentOf(text, SIZE), 0, false});
+    if (place) DrawLabel(canvas.svg, *place, text);
   }
-  svg.End();
+  canvas.svg.End();
 }
 
-std::vector<std::size_t> DrawCities(SvgWriter& svg, const Model& model,
-                                    const Projection& projection, std::size_t most,
-                                    LabelPlacer& placer) {
+std::vector<std::size_t> DrawCities(MapCanvas& canvas, const Model& model, std::size_t most) {
   std::vector<std::size_t> drawn;
+  canvas.svg.Begin("g").Attribute("class", "city");
   for (const std::size_t index : CitiesByImportance(model)) {
     if (drawn.size() >= most) break;
     const City& city = model.cities[index];
     const CitySize& size = SizeOf(city);
-    const Vec2d at = projection.ToPage(*PlaceInWindow(city.position, model.window));
-    const auto place = placer.Place({at, size.radius, ExtentOf(city.name, size.type)});
+    const Vec2d at = canvas.projection.ToPage(*PlaceInWindow(city.position, model.window));
+    const double radius = canvas.markers.Radius(CityMarker(size, canvas.projection));
+    const auto place = canvas.placer.Place({at, radius, ExtentOf(city.name, size.type)});
     if (!place) continue;
-    DrawCity(svg, city, at, *place);
+    DrawCity(canvas, city, at, *place);
     drawn.push_back(index);
   }
+  canvas.svg.End();
   std::sort(drawn.begin(), drawn.end());
   return drawn;
 }

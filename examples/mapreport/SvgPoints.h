@@ -9,15 +9,10 @@
 #include <cstddef>
 #include <vector>
 
+#include "examples/mapreport/MapCanvas.h"
 #include "examples/mapreport/Model.h"
-#include "examples/mapreport/Projection.h"
-#include "shared/plots/LabelPlacement.h"
-#include "shared/plots/SvgWriter.h"
 
 namespace mapreport {
-
-using shr::LabelPlacer;
-using shr::SvgWriter;
 
 /// The size of circles: area grows with about the fourth power of the magnitude, and where a map
 /// shows weak events only, all are drawn larger.
@@ -34,12 +29,19 @@ private:
 /// How a city of some size is drawn.
 struct CitySize {
   double smallestPopulation;
-  double type;    ///< size of its name
-  double radius;  ///< of its marker
+  double type;  ///< size of its name
+  const wchar_t* marker;
 };
 
 /// The sizes, largest first; the last one holds all the rest.
-inline constexpr CitySize CITY_SIZES[] = {{5e6, 12, 2.6}, {1e6, 11, 2.1}, {0, 10, 1.7}};
+inline constexpr CitySize CITY_SIZES[] = {
+    {5e6, 12, L"large city"}, {1e6, 11, L"city"}, {0, 10, L"town"}};
+
+/// Returns the marker of cities of a size; on maps of large parts of the world they are smaller.
+Marker CityMarker(const CitySize& size, const Projection& projection);
+
+/// The marker of the strongest events.
+inline const Marker EPICENTRE_MARKER{L"epicentre", 16};
 
 /// Up to this many events are drawn one by one.
 inline constexpr std::size_t MOST_CIRCLES = 20000;
@@ -54,13 +56,10 @@ std::size_t CountCounted(const Model& model);
 /// what it is when it is pointed at.
 void DrawEvents(SvgWriter& svg, const Model& model, const Projection& projection);
 
-/// Writes their magnitudes beside the strongest events.
-void DrawEventNames(SvgWriter& svg, const Model& model, const Projection& projection,
-                    LabelPlacer& placer);
+/// Marks the strongest events and writes their magnitudes beside them.
+void DrawEventNames(MapCanvas& canvas, const Model& model);
 
 /// Draws at most `most` cities whose names find room. Returns them in the order of the model.
-std::vector<std::size_t> DrawCities(SvgWriter& svg, const Model& model,
-                                    const Projection& projection, std::size_t most,
-                                    LabelPlacer& placer);
+std::vector<std::size_t> DrawCities(MapCanvas& canvas, const Model& model, std::size_t most);
 
 }  // namespace mapreport

@@ -3,10 +3,12 @@
 
 #include "examples/mapreport/TableFiles.h"
 
+#include <cmath>
 #include <optional>
 
 #include "examples/common/CsvWriter.h"
 #include "examples/mapreport/Analysis.h"
+#include "examples/mapreport/Tracks.h"
 
 namespace mapreport {
 
@@ -49,13 +51,36 @@ std::string Cities(const Model& model, const MapPicture& picture) {
   return csv.Take();
 }
 
+std::string Tracks(const Model& model) {
+  CsvWriter csv({"name", "kind", "points", "length_km", "lowest_m", "highest_m", "begin", "end"});
+  for (const Track& track : model.tracks) {
+    csv.Text(track.name).Text(TrackKindName(track.kind));
+    csv.Number(static_cast<double>(track.lines.points.size()));
+    csv.Number(std::round(TrackLength(track.lines) * 1000) / 1000);  // metres
+    csv.Number(track.lowest).Number(track.highest).Text(track.begin).Text(track.end).EndRow();
+  }
+  return csv.Take();
+}
+
+std::string Waypoints(const Model& model) {
+  CsvWriter csv({"name", "latitude", "longitude", "elevation_m", "time"});
+  for (const Waypoint& waypoint : model.waypoints) {
+    csv.Text(waypoint.name).Number(waypoint.position.y).Number(waypoint.position.x);
+    csv.Number(waypoint.elevation).Text(waypoint.time).EndRow();
+  }
+  return csv.Take();
+}
+
 }  // namespace
 
 std::vector<std::pair<GString, std::string>> MakeTableFiles(const Model& model,
                                                             const MapPicture& picture) {
-  return {{COUNTRIES_TABLE, Countries(model)},
-          {STRONGEST_TABLE, Strongest(model)},
-          {CITIES_TABLE, Cities(model, picture)}};
+  std::vector<std::pair<GString, std::string>> tables = {{COUNTRIES_TABLE, Countries(model)},
+                                                         {STRONGEST_TABLE, Strongest(model)},
+                                                         {CITIES_TABLE, Cities(model, picture)}};
+  if (!model.tracks.empty()) tables.emplace_back(TRACKS_TABLE, Tracks(model));
+  if (!model.waypoints.empty()) tables.emplace_back(WAYPOINTS_TABLE, Waypoints(model));
+  return tables;
 }
 
 }  // namespace mapreport

@@ -20,8 +20,10 @@ namespace mapreport {
 inline constexpr const wchar_t* COUNTRIES_TABLE = L"countries.csv";
 inline constexpr const wchar_t* STRONGEST_TABLE = L"strongest.csv";
 inline constexpr const wchar_t* CITIES_TABLE = L"cities.csv";
+inline constexpr const wchar_t* TRACKS_TABLE = L"tracks.csv";
+inline constexpr const wchar_t* WAYPOINTS_TABLE = L"waypoints.csv";
 
-/// Returns the name and the bytes of each table.
+/// Returns the name and the bytes of each table; those of tracks and waypoints where there are any.
 std::vector<std::pair<GString, std::string>> MakeTableFiles(const Model& model,
                                                             const MapPicture& picture);
 

@@ -30,6 +30,19 @@ Model FullModel() {
   model.clip = {L"clip", {{Vec2d(0, 0), Vec2d(0, 9), Vec2d(9, 9)}, {3}}};
   model.continent = {L"continent", {{Vec2d(0, 0), Vec2d(0, 8), Vec2d(8, 8)}, {3}}};
   model.view = {L"", 7, 8, {6, 2.5}};
+  Track track{
+      L"Stra\x00DF"
+      L"e",
+      Track::Kind::Route,
+      {{Vec2d(1, 1), Vec2d(2, 3)}, {2}},
+      L"t0",
+      L"t1",
+      -3,
+      8.5,
+      {}};
+  track.visible = track.lines;
+  model.tracks.push_back(track);
+  model.waypoints.push_back({L"Gipfel", Vec2d(3, 4), 812.5, L"t2", L"Summit", true});
   model.history.push_back({L"Done", L"\x6771", L"all", L"0123abcd"});
   return model;
 }
@@ -63,6 +76,18 @@ TEST(MapArchive, aLoadedMapIsTheSavedOne) {
   EXPECT_NE(Fingerprint(model), Fingerprint(loaded));
 }
 
+TEST(MapArchive, mapsOfVersionOneAreRead) {
+  Model loaded = LoadMap(GString(SHARED_TEST_DATA_DIR) + L"/mapreport/version-1.map");
+  ASSERT_EQ(2u, loaded.countries.size());
+  EXPECT_EQ(L"A<B", loaded.countries[0].name);
+  EXPECT_EQ(1u, loaded.countries[0].eventCount);
+  ASSERT_EQ(1u, loaded.rivers.size());
+  EXPECT_EQ(1u, loaded.rivers[0].visible.counts.size());
+  EXPECT_EQ(L"\x6771\x4EAC", loaded.cities[0].name);
+  EXPECT_TRUE(loaded.tracks.empty());
+  EXPECT_EQ(5u, loaded.history.size());
+}
+
 TEST(MapArchive, everyShorterFileAndEveryChangedByteIsAnError) {
   Model model = FullModel();
   const std::string bytes = StoreMap(model);
@@ -83,8 +108,8 @@ TEST(MapArchive, filesOfOtherKindsAreTold) {
   Model model = SmallModel();
   std::string bytes = StoreMap(model);
   EXPECT_TRUE(Holds(LoadFailure("a,b\n1,2\n3,4\n"), L"This is no saved map."));
-  bytes[4] = 2;
-  EXPECT_TRUE(Holds(LoadFailure(bytes), L"another version of the program (2)"));
+  bytes[4] = 3;
+  EXPECT_TRUE(Holds(LoadFailure(bytes), L"another version of the program (3)"));
   EXPECT_TRUE(Holds(shr::test::Failure([] { LoadMap(L"no-such.map"); }), L"no-such.map"));
 }
 
@@ -107,6 +132,10 @@ TEST(MapArchive, contentThatNoMapHoldsIsRefused) {
       {"not a number", [](Model& m) { m.countries[0].visible.points[0].y = NAN; }, L"country"},
       {"counts", [](Model& m) { m.countries[1].eventCount = 1; }, L"counts"},
       {"river", [](Model& m) { m.rivers[0].visible.counts[0] = 3; }, L"river"},
+      {"track", [](Model& m) { m.tracks[0].lines.counts[0] = 3; }, L"track"},
+      {"kind", [](Model& m) { m.tracks[0].kind = static_cast<Track::Kind>(3); }, L"track"},
+      {"waypoint", [](Model& m) { m.waypoints[0].position.x = 40; }, L"waypoint"},
+      {"elevation", [](Model& m) { m.waypoints[0].elevation = NAN; }, L"waypoint"},
       {"clip", [](Model& m) { m.clip.rings.counts.clear(); }, L"area"},
       {"ramp", [](Model& m) { m.palette.ramp.resize(1); }, L"colors"},
       {"dashes",

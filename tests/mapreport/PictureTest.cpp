@@ -74,6 +74,29 @@ TEST(Projection, theGraticuleHasFiveToFifteenSteps) {
   }
 }
 
+TEST(SvgMap, drawsTracksAndWaypoints) {
+  Model model = SmallModel();
+  const Contours line = {{Vec2d(1, 1), Vec2d(2, 3)}, {2}};
+  model.tracks.push_back({L"A&B", Track::Kind::Track, line, L"", L"", {}, {}, {}});
+  model.tracks.push_back({L"", Track::Kind::Route, line, L"", L"", {}, {}, {}});
+  model.tracks.push_back(
+      {L"far", Track::Kind::Outline, {{Vec2d(99, 1), Vec2d(99, 3)}, {2}}, L"", L"", {}, {}, {}});
+  model.waypoints.push_back({L"Top", Vec2d(3, 3), 812.4, L"", L"Summit", false});
+  model.waypoints.push_back({L"Pin", Vec2d(7, 3), {}, L"", L"no such symbol", false});
+  model.waypoints.push_back({L"Gone", Vec2d(70, 3), {}, L"", L"", false});
+  const std::string svg = Draw(model, Box2d(-5, -5, 15, 15)).svg;
+  EXPECT_EQ(2u, Count(svg, "class=\"track\" d=")) << "the track and its sample";
+  EXPECT_EQ(2u, Count(svg, "class=\"track route\" d="));
+  EXPECT_EQ(0u, Count(svg, "class=\"track outline\" d="));
+  EXPECT_TRUE(Contains(svg, "<title>A&amp;B, 248.6 km</title>"));
+  EXPECT_TRUE(Contains(svg, "<title>Top, 812 m</title>\n<use xlink:href=\"#marker-peak-"));
+  EXPECT_TRUE(Contains(svg, "<title>Pin</title>\n<use xlink:href=\"#marker-pin-"));
+  EXPECT_FALSE(Contains(svg, "Gone"));
+  // The pin of the waypoint and that of the legend are one symbol.
+  EXPECT_EQ(2u, Count(svg, "\"#marker-pin-"));
+  EXPECT_EQ(1u, Count(svg, "id=\"marker-pin-"));
+}
+
 TEST(SvgMap, showsWhatIsInTheWindow) {
   Model model = SmallModel();
   const MapPicture picture = Draw(model, Box2d(-5, -5, 15, 15));

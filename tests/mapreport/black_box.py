@@ -88,7 +88,7 @@ class MapReport(ProgramTest):
         self.assertEqual(0, status)
         for option in ("--map", "--points", "--cities", "--window", "--out", "--quiet", "--save", "--load", "--undo",
                        "--log", "--remote-log", "--last", "--remember", "--colors", "--config", "--rivers", "--clip",
-                       "--union-continent", "--geojson", "--dashes", "--attributes"):
+                       "--union-continent", "--geojson", "--dashes", "--attributes", "--track"):
             self.assertIn(option, text)
         status, text = self.run_program("--version")
         self.assertEqual(0, status)
@@ -198,14 +198,18 @@ class MapReport(ProgramTest):
         self.assert_one_line(self.clipped_names("--union-continent", "Atlantis", status=1), "It knows East.")
 
     def test_settings_come_from_a_file(self):
-        self.write("map.ini", b"[Files]\nMap=good.txt\nPoints=good.csv\nCities=cities.csv\n[Map]\nTitle=From a file\n"
+        self.write("map.ini", b"[Files]\nMap=good.txt\nPoints=good.csv\nCities=cities.csv\nTracks=one.gpx ; two.kml\n[Map]\nTitle=From a file\n"
                               b"Clip=A\n[Colors]\nSea=Light Sky Blue\n")
+        self.write("one.gpx", b"<gpx><wpt lat='1' lon='1'><name>First</name></wpt></gpx>")
+        self.write("two.kml", b"<kml><Placemark><name>Second</name><Point><coordinates>2,3</coordinates></Point></Placemark></kml>")
         status, text = self.run_program("--config", self.path("map.ini"), "--out", self.out)
         self.assertEqual(0, status, text)
         page = self.outputs()
         self.assertIn(b"<TITLE>From a file</TITLE>", page["report.html"])
         self.assertIn(b"Clipped to A.", page["report.html"])
         self.assertIn(b"#87cefa", page["map.svg"])
+        self.assertIn(b"<TD>First</TD>", page["report.html"])
+        self.assertIn(b"<TD>Second</TD>", page["report.html"])
         status, text = self.run_program("--config", self.path("map.ini"), "--out", self.out, "--title", "Mine")
         self.assertIn(b"<TITLE>Mine</TITLE>", self.outputs()["report.html"])
         self.write("map.ini", b"[Map]\nWindow=here\n")
@@ -222,6 +226,44 @@ class MapReport(ProgramTest):
                 self.assertEqual(seen, window in self.outputs()["report.html"])
         self.assertEqual(0, self.run_inputs("--last", "--window", "0,0,9,9")[0])
         self.assertIn(b"#010203", self.outputs()["map.svg"], "the window is of the command line, the colors are not")
+
+    def test_tracks_are_drawn_and_told(self):
+        self.write("a.gpx", '<?xml version="1.0" encoding="UTF-16"?><x:gpx xmlns:x="u">'
+                            '<x:wpt lat="2" lon="1"><x:name>Γ &lt; 山 &amp;amp;</x:name></x:wpt>'
+                            '<x:trk><x:name>T</x:name><x:trkseg><x:trkpt lat="0" lon="0"/><x:trkpt lat="0" lon="1"/>'
+                            '</x:trkseg></x:trk><x:rte><x:rtept lat="1" lon="1"/><x:rtept lat="3" lon="3"/></x:rte></x:gpx>'
+                            .encode("utf-16"))
+        self.write("b.kml", b"<kml><Placemark><LineString><coordinates>3,3 4,4</coordinates></LineString></Placemark></kml>")
+        saved = self.path("saved.map")
+        status, text = self.run_inputs("--track", self.path("a.gpx"), "--track", self.path("b.kml"), "--csv", "--save", saved)
+        self.assertEqual(0, status, text)
+        before = self.outputs()
+        self.assertIn("Γ &lt; 山 &amp;amp;</text>".encode(), before["map.svg"])
+        self.assertEqual(2, before["map.svg"].count(b'class="track route"'), "the route and its sample in the legend")
+        self.assertIn(b"T,Track,2,111.195,,,,", before["tracks.csv"])
+        self.assertIn("Γ < 山 &amp;,2,1,,".encode(), before["waypoints.csv"])
+        for part in (b">Waypoints<", b">a.gpx<", b">b.kml<", b"UTF-16LE with mark", b"1 track, 1 route, 1 waypoint, 4 points"):
+            self.assertIn(part, before["report.html"])
+        status, text = self.run_program("--load", saved, "--out", self.out, "--csv")
+        self.assertEqual((0, before), (status, self.outputs()), text)
+        status, text = self.run_program("--load", saved, "--out", self.out, "--track", self.path("a.gpx"))
+        self.assertEqual(2, status)
+        self.assert_one_line(text, "--track")
+
+    def test_bad_tracks_are_told_by_file_and_line(self):
+        rows = [("missing.gpx", None, "missing.gpx"), ("folder/", None, "folder"), ("empty.gpx", b"", "empty.gpx:1:"),
+                ("place.gpx", b"<gpx>\n<wpt lat='91' lon='0'/></gpx>", "place.gpx:2: The latitude '91' is not on the globe."),
+                ("nan.gpx", b"<gpx>\n\n<wpt lat='NaN' lon='0'/></gpx>", "nan.gpx:3:"),
+                ("empty.kml", b"<kml><Placemark>\n<Point><coordinates/></Point></Placemark></kml>", "empty.kml:2:"),
+                ("cut.gpx", b"<gpx>\n<trk>", "cut.gpx', line 2: The file ends inside an element."),
+                ("table.gpx", POINTS, "neither GPX nor KML")]
+        for name, content, part in rows:
+            with self.subTest(name=name):
+                self.make(name, content)
+                status, text = self.run_inputs("--track", self.path(name))
+                self.assertEqual(1, status, text)
+                self.assert_one_line(text, part)
+                self.assertFalse(os.path.exists(self.out))
 
     def test_the_log_tells_the_run(self):
         log = self.path("run.log")

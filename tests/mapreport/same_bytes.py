@@ -13,9 +13,9 @@ WRITTEN = ["--points", "earthquakes.csv", "--save", "{out}/saved.map", "--geojso
 CASES = [
     ("world", [*WRITTEN, "--map", "countries-50m.txt", "--cities", "cities-utf16le.csv"]),
     ("europe", [*WRITTEN, "--map", "countries-50m.txt", "--cities", "cities-utf8.csv", "--window", "-25,34,45,72", "--rivers",
-                "rivers-50m.txt", "--dashes", "6,3", "--clip", "POLYGON ((-20 30, 40 36, 30 71, 5 60))",
+                "rivers-50m.txt", "--dashes", "6,3", "--track", "danube.gpx", "--clip", "POLYGON ((-20 30, 40 36, 30 71, 5 60))",
                 "--union-continent", "Europe"]),
-    ("pacific", [*WRITTEN, "--map", "countries-110m.txt", "--cities", "cities-utf16le.csv", "--window", "120,-50,-120,60",
+    ("pacific", [*WRITTEN, "--map", "countries-110m.txt", "--cities", "cities-utf16le.csv", "--window", "120,-50,-120,60", "--track", "pacific.kml",
                  "--undo", "2", "--colors", "#ffffcc,#cc0000"]),
 ]
 OUTPUTS = ["map.svg", "overview.svg", "report.html", "saved.map", "areas.json"]
