@@ -39,7 +39,10 @@ ExitStatus RunArguments(const std::vector<GString>& arguments) {
 
 GString Run(const Options& options) {
   const std::unique_ptr<IProgress> progress = MakeProgress(options.quiet);
-  const DataTable table = ReadTable(options, *progress);
+  DataTable table = ReadTable(options, *progress);
+  for (const ColumnLabel& label : options.labels) {
+    table.columns[table.Find(options.input, label.column)].SetLabel(label.text);
+  }
   const ReportFiles report = MakeReport(table, options, *progress);
   OutputFiles files(options.outFolder);
   const CPath folder(options.outFolder);

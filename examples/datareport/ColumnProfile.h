@@ -20,6 +20,7 @@
 #include <utility>
 #include <vector>
 
+#include "shared/mathtext/MathTextScanner.h"
 #include "shared/numerics/statistics/ExactSum.h"
 #include "shared/text/GString.h"
 
@@ -87,12 +88,15 @@ private:
 class ColumnProfile {
 public:
   ColumnProfile(GString name, bool decimalComma)
-      : name_(std::move(name)), decimalComma_(decimalComma) {}
+      : name_(std::move(name)), label_(shr::EscapeMathText(name_)), decimalComma_(decimalComma) {}
 
   /// Takes the cell of a row that begins on `line`.
   CellValue Add(const GString& text, std::size_t line);
 
   const GString& Name() const { return name_; }
+  /// What headings and pictures call the column: math text, at first its name.
+  const GString& Label() const { return label_; }
+  void SetLabel(const GString& label) { label_ = label; }
   ColumnKind Kind() const;
   std::uint64_t Missing() const { return missing_; }
   /// Returns the number of cells that are neither missing nor of the column's kind.
@@ -109,6 +113,7 @@ public:
 
 private:
   GString name_;
+  GString label_;
   bool decimalComma_;
   std::uint64_t missing_ = 0;
   std::uint64_t texts_ = 0;

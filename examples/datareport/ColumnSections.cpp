@@ -10,6 +10,8 @@
 #include <utility>
 
 #include "examples/common/NumberText.h"
+#include "shared/mathtext/Context.h"
+#include "shared/mathtext/MathTextHtml.h"
 #include "shared/numerics/statistics/UnivariateStatistics.h"
 #include "shared/plots/CategoryPlots.h"
 #include "shared/plots/NumberText.h"
@@ -123,13 +125,15 @@ GString FileName(std::size_t column, const wchar_t* what) {
 
 /// Histogram, box plot and distribution; a column of times has no box plot.
 void WriteShape(CHtmlReport& report, const DataTable& table, std::size_t column,
-                const std::vector<double>& values, ScaleKind scale, ReportFiles& files) {
-  const GString& name = table.columns[column].Name();
+                const std::vector<double>& values, ScaleKind scale, SvgTextMode textMode,
+                ReportFiles& files) {
+  const GString& name = table.columns[column].Label();
   const GString note = SampleNote(table);
   const PlotOptions histogram{.title = L"Histogram of " + name,
                               .xLabel = name,
                               .xScale = scale,
                               .note = note,
+                              .textMode = textMode,
                               .width = PICTURE_WIDTH,
                               .height = PICTURE_HEIGHT};
   AddPicture(report, files, FileName(column, L"histogram"), histogram.title,
@@ -142,12 +146,14 @@ void WriteShape(CHtmlReport& report, const DataTable& table, std::size_t column,
                                                  .xLabel = name,
                                                  .xScale = scale,
                                                  .note = note,
+                                                 .textMode = textMode,
                                                  .width = PICTURE_WIDTH}));
   }
   const PlotOptions distribution{.title = L"Empirical distribution of " + name,
                                  .xLabel = name,
                                  .xScale = scale,
                                  .note = note,
+                                 .textMode = textMode,
                                  .width = PICTURE_WIDTH,
                                  .height = PICTURE_HEIGHT};
   AddPicture(report, files, FileName(column, L"distribution"), distribution.title,
@@ -165,7 +171,7 @@ CUnivariateStatistics StatisticsOf(std::vector<double>& values) {
 }
 
 void WriteNumbers(CHtmlReport& report, const DataTable& table, std::size_t column,
-                  ReportFiles& files) {
+                  SvgTextMode textMode, ReportFiles& files) {
   const std::vector<double> values = WithoutMissing(table.Sample(column));
   std::vector<double> reordered = values;
   const CUnivariateStatistics statistics = StatisticsOf(reordered);
@@ -173,12 +179,12 @@ void WriteNumbers(CHtmlReport& report, const DataTable& table, std::size_t colum
   WriteStatistics(report, table.columns[column], statistics, table.IsSampled());
   if (table.IsSampled()) WriteNote(report, L"* of the sample");
   report << "</DIV>\n<DIV>\n";
-  WriteShape(report, table, column, values, ScaleOf(statistics), files);
+  WriteShape(report, table, column, values, ScaleOf(statistics), textMode, files);
   report << "</DIV>\n";
 }
 
 void WriteTimes(CHtmlReport& report, const DataTable& table, std::size_t column,
-                ReportFiles& files) {
+                SvgTextMode textMode, ReportFiles& files) {
   const ColumnProfile& profile = table.columns[column];
   const ExactMoments& times = profile.Times();
   report << "<DIV>\n";
@@ -193,7 +199,8 @@ void WriteTimes(CHtmlReport& report, const DataTable& table, std::size_t column,
             Number((times.Maximum() - times.Minimum()) / 86400));
   EndTable(report);
   report << "</DIV>\n<DIV>\n";
-  WriteShape(report, table, column, WithoutMissing(table.Sample(column)), ScaleKind::Time, files);
+  WriteShape(report, table, column, WithoutMissing(table.Sample(column)), ScaleKind::Time, textMode,
+             files);
   report << "</DIV>\n";
 }
 
@@ -225,7 +232,7 @@ void WriteText(CHtmlReport& report, const DataTable& table, std::size_t column,
     const double share = 100 * static_cast<double>(count) / static_cast<double>(all);
     NumberCell(report, SignificantText(share, 3) + L" %");
     report << TREnd();
-    bars.push_back({text, static_cast<double>(count)});
+    bars.push_back({EscapeMathText(text), static_cast<double>(count)});
   }
   EndTable(report);
   GString note =
@@ -237,9 +244,10 @@ void WriteText(CHtmlReport& report, const DataTable& table, std::size_t column,
   WriteNote(report, note);
   WriteNote(report, CountsNote(profile));
   report << "</DIV>\n<DIV>\n";
-  const GString title = L"Most frequent values of " + profile.Name();
-  AddPicture(report, files, FileName(column, L"values"), title,
-             DrawBarChart(bars, {.title = title, .width = PICTURE_WIDTH}));
+  const GString title = L"Most frequent values of " + profile.Label();
+  AddPicture(
+      report, files, FileName(column, L"values"), title,
+      DrawBarChart(bars, {.title = title, .textMode = options.textMode, .width = PICTURE_WIDTH}));
   report << "</DIV>\n";
 }
 
@@ -262,7 +270,7 @@ void WriteColumns(CHtmlReport& report, const DataTable& table) {
     const ExactMoments& all = kind == ColumnKind::Times ? column.Times() : column.Numbers();
     const GString none(L"\u2013");
     report << TRBeg();
-    Cell(report, column.Name());
+    report << TD(MathTextToHtml(column.Label()));
     Cell(report, KindText(kind));
     NumberCell(report, FormatCount(table.rows - column.Missing() - column.Odd()));
     NumberCell(report, FormatCount(column.Missing()));
@@ -284,13 +292,13 @@ void WriteColumn(CHtmlReport& report, const DataTable& table, std::size_t column
                  const Options& options, ReportFiles& files) {
   const ColumnKind kind = table.columns[column].Kind();
   if (kind == ColumnKind::Empty) return;
-  report << Heading(2, table.columns[column].Name()) << "<DIV CLASS=\"side\">\n";
+  report << Heading(2, MathTextToHtml(table.columns[column].Label())) << "<DIV CLASS=\"side\">\n";
   switch (kind) {
     case ColumnKind::Numbers:
-      WriteNumbers(report, table, column, files);
+      WriteNumbers(report, table, column, options.textMode, files);
       break;
     case ColumnKind::Times:
-      WriteTimes(report, table, column, files);
+      WriteTimes(report, table, column, options.textMode, files);
       break;
     default:
       WriteText(report, table, column, options, files);
@@ -307,7 +315,7 @@ GString SampleNote(const DataTable& table) {
 
 void AddPicture(CHtmlReport& report, ReportFiles& files, const GString& name,
                 const GString& alternative, std::string svg) {
-  WritePicture(report, name, alternative, svg);
+  WritePicture(report, name, MathTextToSimpleText(alternative), svg);
   files.emplace_back(name, std::move(svg));
 }
 

@@ -3,6 +3,8 @@
 
 #include "examples/datareport/Options.h"
 
+#include "shared/mathtext/Context.h"
+
 namespace datareport {
 
 using namespace examples;
@@ -18,6 +20,19 @@ wchar_t ParseSeparator(const GString& text) {
   if (text == L"semicolon") return L';';
   const bool isOne = text.size() == 1 && text[0] != L'"' && text[0] >= L' ' && text[0] < 0x7F;
   return isOne || text == L"\t" ? text[0] : L'\0';
+}
+
+/// Reads "COLUMN=TEXT"; the text may hold "=", too.
+std::optional<ColumnLabel> ParseLabel(const GString& text) {
+  const std::size_t sign = text.find(L'=');
+  if (sign == 0 || sign == GString::npos || sign + 1 == text.size()) return std::nullopt;
+  return ColumnLabel{text.substr(0, sign), text.substr(sign + 1)};
+}
+
+GString FaultOfLabel(const GString& text) {
+  const std::optional<ColumnLabel> label = ParseLabel(text);
+  if (!label) return L"'" + text + L"' is not COLUMN=TEXT";
+  return shr::FindMathTextFault(label->text);
 }
 
 ParsedArguments CheckOptions(const Options& options) {
@@ -39,6 +54,8 @@ CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
   CommandLine result;
   Options& options = result.options;
   GString separator;
+  std::vector<GString> labels;
+  bool outlines = false;
   ArgumentParser parser("datareport",
                         "Describes a table of any size and encoding as an HTML report: summaries, "
                         "distributions, relations.",
@@ -60,7 +77,13 @@ CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
   parser.BeginGroup("Report");
   parser.AddText("--out", options.outFolder, "DIR", "Folder for report.html; made when missing")
       .Required();
-  parser.AddText("--title", options.title, "TEXT", "Title of the report");
+  parser.AddText("--title", options.title, "TEXT", "Title of the report, math text")
+      .Check(shr::FindMathTextFault);
+  parser
+      .AddTexts("--label", labels, "COLUMN=TEXT",
+                "What to call a column, math text; may be given for each")
+      .Check(FaultOfLabel);
+  parser.AddFlag("--outlines", outlines, "Draw the text of pictures as outlines, for any machine");
   parser.AddText("--x", options.x, "COLUMN", "Column of places: east or longitude");
   parser.AddText("--y", options.y, "COLUMN", "Column of places: north or latitude");
   parser.AddText("--z", options.z, "COLUMN", "Column of values at the places");
@@ -71,6 +94,8 @@ CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
   static_cast<ParsedArguments&>(result) = parser.Parse(arguments);
   if (result.action != ParsedArguments::Action::Run) return result;
   if (!separator.empty()) options.separator = ParseSeparator(separator);
+  for (const GString& label : labels) options.labels.push_back(*ParseLabel(label));
+  if (outlines) options.textMode = shr::SvgTextMode::Outlines;
   static_cast<ParsedArguments&>(result) = CheckOptions(options);
   return result;
 }

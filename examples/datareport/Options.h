@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "examples/common/CommandLine.h"
+#include "shared/plots/SvgTextMode.h"
 #include "shared/text/GString.h"
 
 namespace datareport {
@@ -23,10 +24,18 @@ inline constexpr std::size_t MOST_CELLS = 4000000;
 /// How many rows at most.
 inline constexpr std::size_t MOST_ROWS = 200000;
 
+/// What pictures and headings call a column, as math text.
+struct ColumnLabel {
+  GString column;
+  GString text;
+};
+
 struct Options {
   GString input;
   GString outFolder;
-  GString title;  ///< empty for the name of the file
+  GString title;  ///< math text; empty for the name of the file
+  std::vector<ColumnLabel> labels;
+  shr::SvgTextMode textMode = shr::SvgTextMode::Text;  ///< of pictures
   std::optional<std::uint32_t> codePage;
   wchar_t separator = L'\0';  ///< 0 for the one that the first lines show
   bool decimalComma = false;

@@ -36,27 +36,29 @@ constexpr double MOST_MAP_HEIGHT = 900;
 
 std::vector<GString> NamesOf(const DataTable& table, const Relations& relations) {
   std::vector<GString> names;
-  for (const std::size_t column : relations.columns) names.push_back(table.columns[column].Name());
+  for (const std::size_t column : relations.columns) names.push_back(table.columns[column].Label());
   return names;
 }
 
 void WriteMatrix(CHtmlReport& report, const std::vector<GString>& names, const Relations& relations,
-                 ReportFiles& files) {
+                 SvgTextMode textMode, ReportFiles& files) {
   std::vector<NamedSample> samples;
   for (std::size_t i = 0; i < std::min(names.size(), MOST_IN_MATRIX); ++i) {
     samples.push_back({names[i], relations.values[i]});
   }
   report << Heading(3, "Scatter plots");
   AddPicture(report, files, L"scatter-matrix.svg", L"Scatter plots of each pair of columns",
-             DrawScatterMatrix(samples, {.title = L"Each pair of columns", .width = 960}));
+             DrawScatterMatrix(
+                 samples, {.title = L"Each pair of columns", .textMode = textMode, .width = 960}));
   if (names.size() > MOST_IN_MATRIX) {
     WriteNote(report, L"The first " + FormatCount(MOST_IN_MATRIX) + L" columns of numbers.");
   }
 }
 
 void WriteCorrelations(CHtmlReport& report, const std::vector<GString>& names,
-                       const Relations& relations, ReportFiles& files) {
-  HeatMapOptions options{.rows = names, .columns = names, .isDiverging = true};
+                       const Relations& relations, SvgTextMode textMode, ReportFiles& files) {
+  HeatMapOptions options{
+      .rows = names, .columns = names, .isDiverging = true, .textMode = textMode};
   options.range = {-1, 1};
   report << Heading(3, "Correlations") << "<DIV CLASS=\"side\">\n";
   options.title = L"Pearson's correlation";
@@ -68,7 +70,7 @@ void WriteCorrelations(CHtmlReport& report, const std::vector<GString>& names,
   report << "</DIV>\n";
 }
 
-std::string DrawScree(const std::vector<double>& shares) {
+std::string DrawScree(const std::vector<double>& shares, SvgTextMode textMode) {
   std::vector<double> edges;
   std::vector<double> numbers;
   std::vector<double> sums;
@@ -84,6 +86,7 @@ std::string DrawScree(const std::vector<double>& shares) {
              .yLabel = L"Share",
              .xRange = {{0.5, static_cast<double>(shares.size()) + 0.5}},
              .yRange = {{0, 1.02}},
+             .textMode = textMode,
              .width = 520,
              .height = 340});
   // Bars with gaps: every other one has no height.
@@ -98,12 +101,13 @@ std::string DrawScree(const std::vector<double>& shares) {
 }
 
 void WriteComponents(CHtmlReport& report, const std::vector<GString>& names,
-                     const Relations& relations, ReportFiles& files) {
+                     const Relations& relations, SvgTextMode textMode, ReportFiles& files) {
   if (relations.eigenvalues.empty()) return;
   const double total =
       std::accumulate(relations.eigenvalues.begin(), relations.eigenvalues.end(), 0.0);
   std::vector<double> shares;
-  HeatMapOptions options{.title = L"Loadings of the principal components", .isDiverging = true};
+  HeatMapOptions options{
+      .title = L"Loadings of the principal components", .isDiverging = true, .textMode = textMode};
   options.range = {-1, 1};
   for (const std::size_t index : relations.components) options.rows.push_back(names[index]);
   report << Heading(3, "Principal components");
@@ -127,7 +131,7 @@ void WriteComponents(CHtmlReport& report, const std::vector<GString>& names,
   EndTable(report);
   report << "</DIV>\n<DIV>\n";
   AddPicture(report, files, L"components-scree.svg", L"Share of the variance by component",
-             DrawScree(shares));
+             DrawScree(shares, textMode));
   report << "</DIV>\n<DIV>\n";
   AddPicture(report, files, L"components-loadings.svg", options.title,
              DrawHeatMap(relations.loadings, options));
@@ -217,7 +221,8 @@ void WriteNeighbours(CHtmlReport& report, const CSpatialStatistics& s, bool hasZ
 
 }  // namespace
 
-void WriteRelations(CHtmlReport& report, const DataTable& table, ReportFiles& files) {
+void WriteRelations(CHtmlReport& report, const DataTable& table, const Options& options,
+                    ReportFiles& files) {
   const Relations relations = FindRelations(table);
   if (relations.columns.size() < 2) return;
   const std::vector<GString> names = NamesOf(table, relations);
@@ -229,9 +234,9 @@ void WriteRelations(CHtmlReport& report, const DataTable& table, ReportFiles& fi
             L" left out: more than a fifth is missing, or there are too many.";
   }
   WriteNote(report, note);
-  WriteMatrix(report, names, relations, files);
-  WriteCorrelations(report, names, relations, files);
-  WriteComponents(report, names, relations, files);
+  WriteMatrix(report, names, relations, options.textMode, files);
+  WriteCorrelations(report, names, relations, options.textMode, files);
+  WriteComponents(report, names, relations, options.textMode, files);
 }
 
 void WritePlaces(CHtmlReport& report, const DataTable& table, const Options& options,
@@ -250,10 +255,11 @@ void WritePlaces(CHtmlReport& report, const DataTable& table, const Options& opt
   const double ratio = UnitRatio(xName, yName, middle);
   Plot plot({.title = L"Map of the places",
              .description = L"A dot for each row.",
-             .xLabel = xName,
-             .yLabel = yName,
+             .xLabel = table.columns[x].Label(),
+             .yLabel = table.columns[y].Label(),
              .unitRatio = ratio,
              .note = SampleNote(table),
+             .textMode = options.textMode,
              .width = MAP_WIDTH,
              .height = MapHeight(table.columns[x].Numbers(), table.columns[y].Numbers(), ratio)});
   plot.AddPoints(places.x, places.y);

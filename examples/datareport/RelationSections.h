@@ -15,7 +15,8 @@ namespace datareport {
 
 /// Writes scatter plots, correlations and principal components; nothing for fewer than two columns
 /// of numbers.
-void WriteRelations(examples::CHtmlReport& report, const DataTable& table, ReportFiles& files);
+void WriteRelations(examples::CHtmlReport& report, const DataTable& table, const Options& options,
+                    ReportFiles& files);
 
 /// Writes the map and the distances of nearest neighbours of the places that the options name;
 /// nothing when they name none. Errors: `ThrowInputError` for a column that does not hold numbers.

@@ -9,6 +9,8 @@
 #include "examples/common/NumberText.h"
 #include "examples/datareport/ColumnSections.h"
 #include "examples/datareport/RelationSections.h"
+#include "shared/mathtext/Context.h"
+#include "shared/mathtext/MathTextHtml.h"
 
 namespace datareport {
 
@@ -59,8 +61,9 @@ void WriteSummary(CHtmlReport& report, const DataTable& table, const Options& op
 ReportFiles MakeReport(const DataTable& table, const Options& options, IProgress& progress) {
   ReportFiles files;
   CHtmlReport report;
-  const GString title = options.title.empty() ? FileNameOf(options.input) : options.title;
-  report << Preamble(title, PAGE_STYLE) << Heading(1, title);
+  const GString title =
+      options.title.empty() ? EscapeMathText(FileNameOf(options.input)) : options.title;
+  report << Preamble(MathTextToSimpleText(title), PAGE_STYLE) << Heading(1, MathTextToHtml(title));
   WriteSummary(report, table, options);
   WriteColumns(report, table);
   const std::size_t sections = std::min(table.columns.size(), MOST_SECTIONS);
@@ -75,7 +78,7 @@ ReportFiles MakeReport(const DataTable& table, const Options& options, IProgress
   if (sections < table.columns.size()) {
     WriteNote(report, L"The first " + FormatCount(sections) + L" columns are shown one by one.");
   }
-  WriteRelations(report, table, files);
+  WriteRelations(report, table, options, files);
   files.emplace_back(PAGE_NAME, FinishPage(report));
   return files;
 }

@@ -14,6 +14,7 @@
 #include "examples/georeference/ReportPage.h"
 #include "examples/georeference/Tables.h"
 #include "shared/files/Path.h"
+#include "shared/mathtext/MathTextScanner.h"
 
 namespace georeference {
 
@@ -31,10 +32,11 @@ ExitStatus Run(const Options& options) {
   const bool hasMore = !options.warpPoints.empty();
   if (hasMore) more = ReadImagePoints(options.warpPoints, options.codePage);
   const Georeference fit = Fit(points, options.method, *progress);
-  const GridPicture picture = DrawGrid(points, fit, options.grid);
+  const GridPicture picture = DrawGrid(points, fit, options);
   const GString source = CPath(options.points).GetFileName();
-  const PageFacts facts{options.title.empty() ? L"Georeference of " + source : options.title,
-                        source, more.ids.size()};
+  const PageFacts facts{
+      options.title.empty() ? EscapeMathText(L"Georeference of " + source) : options.title, source,
+      more.ids.size()};
 
   examples::OutputFiles files(options.outFolder);
   const CPath folder(options.outFolder);

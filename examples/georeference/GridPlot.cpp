@@ -164,8 +164,8 @@ bool MeetsAllPoints(const Georeference& fit) {
          std::isfinite(fit.leftOutRms);
 }
 
-GridPicture DrawGrid(const ControlPoints& points, const Georeference& fit, std::size_t cells) {
-  const ImageBox box = BoxOf(points.image, cells);
+GridPicture DrawGrid(const ControlPoints& points, const Georeference& fit, const Options& choices) {
+  const ImageBox box = BoxOf(points.image, choices.grid);
   RPoints stroke = Stroke(box).Take();
   fit.registration.Transform(stroke, stroke);
   std::vector<double> gridX, gridY, pointX, pointY;
@@ -182,8 +182,9 @@ GridPicture DrawGrid(const ControlPoints& points, const Georeference& fit, std::
   options.title = L"The grid of the image on the map";
   options.description = L"Lines of the image, " + SignificantText(box.cell, 4) +
                         L" units apart, as the registration maps them. " + arrows.note;
-  options.xLabel = L"Map x";
-  options.yLabel = L"Map y";
+  options.xLabel = choices.xLabel;
+  options.yLabel = choices.yLabel;
+  options.textMode = choices.textMode;
   options.unitRatio = UnitRatio(points);
   options.note = arrows.note;
   options.width = 900;

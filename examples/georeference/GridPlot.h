@@ -5,14 +5,14 @@
 /// Draws the grid of the image as the registration maps it, with the control points and arrows for
 /// their errors.
 ///
-///     const GridPicture picture = DrawGrid(points, fit, 12);
+///     const GridPicture picture = DrawGrid(points, fit, options);
 
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 #include "examples/georeference/Fit.h"
+#include "examples/georeference/Options.h"
 
 namespace georeference {
 
@@ -25,7 +25,8 @@ struct GridPicture {
 /// were left out tell how good it is.
 bool MeetsAllPoints(const Georeference& fit);
 
-/// Lengths of y are drawn to those of x as pixels of the image are: square.
-GridPicture DrawGrid(const ControlPoints& points, const Georeference& fit, std::size_t cells);
+/// Lengths of y are drawn to those of x as pixels of the image are: square. Of the choices the
+/// cells of the grid, the names of the axes and how text is drawn count.
+GridPicture DrawGrid(const ControlPoints& points, const Georeference& fit, const Options& choices);
 
 }  // namespace georeference

@@ -15,6 +15,7 @@
 
 #include "examples/common/CommandLine.h"
 #include "shared/numerics/registration/ImageWarp.h"
+#include "shared/plots/SvgTextMode.h"
 #include "shared/text/GString.h"
 
 namespace georeference {
@@ -30,7 +31,10 @@ struct Options {
   std::size_t grid = 12;                     ///< cells along the longer side
   std::optional<std::uint32_t> codePage;
   GString outFolder;
-  GString title;
+  GString title;              ///< math text; empty for the name of the file
+  GString xLabel = L"Map x";  ///< of the axes of the picture, math text
+  GString yLabel = L"Map y";
+  shr::SvgTextMode textMode = shr::SvgTextMode::Text;
   bool quiet = false;
 };
 

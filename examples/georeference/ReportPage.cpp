@@ -11,6 +11,8 @@
 #include "examples/common/NumberText.h"
 #include "examples/georeference/Tables.h"
 #include "shared/html/HtmlReport.h"
+#include "shared/mathtext/Context.h"
+#include "shared/mathtext/MathTextHtml.h"
 #include "shared/plots/NumberText.h"
 
 namespace georeference {
@@ -248,7 +250,8 @@ void WriteResiduals(CHtmlReport& report, const ControlPoints& points, const Geor
 std::string MakePage(const ControlPoints& points, const Georeference& fit,
                      const GridPicture& picture, const PageFacts& facts) {
   CHtmlReport report;
-  report << Preamble(facts.title, STYLE) << Heading(1, facts.title);
+  report << Preamble(MathTextToSimpleText(facts.title), STYLE)
+         << Heading(1, MathTextToHtml(facts.title));
   WriteSummary(report, points, fit, facts);
   WritePicture(report, picture);
   WriteComparison(report, fit);

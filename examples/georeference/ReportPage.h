@@ -23,7 +23,7 @@ inline constexpr const wchar_t* COEFFICIENTS_NAME = L"coefficients.csv";
 inline constexpr const wchar_t* POINTS_NAME = L"points.csv";
 
 struct PageFacts {
-  GString title;
+  GString title;                ///< math text
   GString source;               ///< name of the file of control points
   std::size_t transformed = 0;  ///< points in the table of transformed points
 };

@@ -2,7 +2,8 @@
 // Copyright (c) 2026 The Shared authors
 
 // Draws one plot of each kind from the data of the examples: the pictures of docs/plots.md.
-// Usage: plots EARTHQUAKES FOLDER
+//
+//     plots examples/data/earthquakes.csv pictures
 
 #include <cstddef>
 #include <limits>
@@ -11,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "examples/common/CommandLine.h"
 #include "examples/common/OutputFiles.h"
 #include "examples/common/Program.h"
 #include "examples/common/TableReader.h"
@@ -26,6 +28,8 @@ using namespace shr;
 using examples::ExitStatus;
 
 namespace {
+
+constexpr const wchar_t* PROGRAM = L"plots";
 
 /// The earthquakes of a week.
 struct Events {
@@ -158,6 +162,17 @@ std::string Arrows() {
 }
 // [end]
 
+// [markup]
+std::string Markup(const Events& events) {
+  // The stroked face comes with the library, so that this picture is the same on every machine.
+  const GString face = L"\\f\"Shared Stroke\"";
+  return DrawHistogram(
+      events.depth, {.title = face + L"Depth h{\\dn25\\fs70 0} of {\\color(firebrick)earthquakes}",
+                     .xLabel = face + L"h{\\dn25\\fs70 0} (km)",
+                     .xScale = ScaleKind::Log});
+}
+// [end]
+
 std::string Empty() {
   return DrawHistogram({}, {.title = L"Nothing to draw", .xLabel = L"Value"});
 }
@@ -174,6 +189,7 @@ ExitStatus Run(const GString& data, const GString& folder) {
       {L"matrix.svg", Matrix(events)},
       {L"bars.svg", Classes(events)},
       {L"arrows.svg", Arrows()},
+      {L"markup.svg", Markup(events)},
       {L"empty.svg", Empty()}};
   examples::OutputFiles files(folder);
   for (const auto& [name, picture] : pictures) files.Add(CPath(folder).Join(name), picture);
@@ -181,14 +197,29 @@ ExitStatus Run(const GString& data, const GString& folder) {
   return ExitStatus::Success;
 }
 
+ExitStatus RunArguments(const std::vector<GString>& arguments) {
+  examples::ArgumentParser parser("plots", "Draws one plot of each kind from earthquakes.",
+                                  PLOTS_VERSION);
+  GString data, folder;
+  parser.AddText("EARTHQUAKES", data, "FILE", "The table earthquakes.csv of the examples")
+      .Required();
+  parser.AddText("FOLDER", folder, "DIR", "Folder for the pictures; made when missing").Required();
+  const examples::ParsedArguments parsed = parser.Parse(arguments);
+  switch (parsed.action) {
+    case examples::ParsedArguments::Action::ShowText:
+      return examples::Show(PROGRAM, parsed.text);
+    case examples::ParsedArguments::Action::UsageError:
+      examples::Complain(PROGRAM, parsed.text);
+      return ExitStatus::Usage;
+    case examples::ParsedArguments::Action::Run:
+      break;
+  }
+  return Run(data, folder);
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
   const std::vector<GString> arguments = platform::ProgramArguments(argc, argv);
-  if (arguments.size() != 3) {
-    examples::Complain(L"plots", L"usage: plots EARTHQUAKES FOLDER");
-    return static_cast<int>(ExitStatus::Usage);
-  }
-  return static_cast<int>(
-      examples::RunProgram(L"plots", [&] { return Run(arguments[1], arguments[2]); }));
+  return static_cast<int>(examples::RunProgram(PROGRAM, [&] { return RunArguments(arguments); }));
 }

@@ -20,10 +20,6 @@ constexpr const wchar_t* UNIT = L"FaceInfo";
 constexpr int PAGE_SHIFT = 8;
 constexpr char32_t PAGE_SIZE = 1 << PAGE_SHIFT;
 
-/// Where fonts of symbols have the characters U+0000 to U+00FF.
-constexpr char32_t SYMBOL_BASE = 0xF000;
-constexpr char32_t SYMBOL_COUNT = 0x100;
-
 // Lines of faces that do not say where theirs are.
 constexpr double DEFAULT_THICKNESS = 0.05;
 constexpr double DEFAULT_UNDERSCORE = -0.1;

@@ -133,6 +133,10 @@ public:
   void Free();
 
 protected:
+  /// Where fonts of symbols have the characters U+0000 to U+00FF.
+  static constexpr char32_t SYMBOL_BASE = 0xF000;
+  static constexpr char32_t SYMBOL_COUNT = 0x100;
+
   // Called under the lock of the face, so one at a time. All but the first return false when the
   // face does not give what is asked.
 

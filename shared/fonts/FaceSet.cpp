@@ -96,8 +96,21 @@ std::shared_ptr<CFaceInfo> MatchRequest(const TextFace& request) {
   return request.name.empty() ? match(face->GetFaceName()) : face;
 }
 
+/// Returns what a face lacks that would be the best: the family of the primary face in the weight
+/// and slant that were asked for, which it need not have.
+platform::FontDescription Wanted(const CFaceInfo& primary, const TextFace& request) {
+  const auto* const outline = dynamic_cast<const CTrueTypeFaceInfo*>(&primary);
+  platform::FontDescription wanted;
+  wanted.family = outline != nullptr ? outline->GetDescription().family : primary.GetFaceName();
+  wanted.weight = request.weight;
+  wanted.italic = request.italic != 0;
+  wanted.pitchAndFamily = primary.GetAttributes().pitchAndFamily;
+  return wanted;
+}
+
 /// Sorts faces: those most like `wanted` first, among equals by name.
-void SortByLikeness(std::vector<std::shared_ptr<CFaceInfo>>& faces, const FaceAttributes& wanted) {
+void SortByLikeness(std::vector<std::shared_ptr<CFaceInfo>>& faces,
+                    const platform::FontDescription& wanted) {
   const auto likeness = [&wanted](const std::shared_ptr<CFaceInfo>& face) {
     return CSystemFaceInfo::CalcMatchValue(
         *face, L"", wanted.weight, wanted.italic, 0, wanted.pitchAndFamily,
@@ -111,16 +124,9 @@ const platform::FontDescription& DescriptionOf(const CFaceInfo& face) {
   return static_cast<const CTrueTypeFaceInfo&>(face).GetDescription();
 }
 
-/// Puts outline faces into the order in which the system falls back on them from `primary`.
+/// Puts outline faces into the order in which the system falls back on them.
 std::vector<std::shared_ptr<CFaceInfo>> Ranked(const std::vector<std::shared_ptr<CFaceInfo>>& faces,
-                                               const CFaceInfo& primary) {
-  const FaceAttributes& attributes = primary.GetAttributes();
-  const auto* const outline = dynamic_cast<const CTrueTypeFaceInfo*>(&primary);
-  platform::FontDescription missing;
-  missing.family = outline != nullptr ? outline->GetDescription().family : primary.GetFaceName();
-  missing.weight = attributes.weight;
-  missing.italic = attributes.italic;
-  missing.pitchAndFamily = attributes.pitchAndFamily;
+                                               const platform::FontDescription& missing) {
   std::vector<const platform::FontDescription*> fonts;
   for (const std::shared_ptr<CFaceInfo>& face : faces) fonts.push_back(&DescriptionOf(*face));
   std::vector<std::shared_ptr<CFaceInfo>> ranked;
@@ -173,7 +179,7 @@ std::shared_ptr<FaceSet> FaceSet::Get(const TextFace& request) {
   return sets.byRequest.emplace(request, std::move(made)).first->second;
 }
 
-FaceSet::FaceSet(const TextFace& request) : primary_(MatchRequest(request)) {}
+FaceSet::FaceSet(const TextFace& request) : request_(request), primary_(MatchRequest(request)) {}
 
 FaceSet::~FaceSet() = default;
 
@@ -228,8 +234,9 @@ void FaceSet::CollectOthers() {
     if (outline != nullptr && !outline->IsStandIn()) faces.push_back(face);
     if (outline == nullptr && face->GetFaceName() == STROKED_TEXT_FACE) stroked = face;
   }
-  SortByLikeness(faces, primary_->GetAttributes());
-  others_ = Ranked(faces, *primary_);
+  const platform::FontDescription wanted = Wanted(*primary_, request_);
+  SortByLikeness(faces, wanted);
+  others_ = Ranked(faces, wanted);
   others_.resize(std::min(others_.size(), MOST_OTHERS));
   if (stroked != nullptr) others_.push_back(stroked);
 }

@@ -60,6 +60,7 @@ private:
   FaceNumber Search(std::wstring_view cluster);
   void CollectOthers();
 
+  const TextFace request_;
   const std::shared_ptr<CFaceInfo> primary_;  // number 0
   std::mutex mutex_;
   std::vector<std::shared_ptr<CFaceInfo>> others_;  // from number 1 on, as they are asked

@@ -186,6 +186,19 @@ double MeasureText(std::wstring_view text, const TextFace& face) {
 
 Box2d MeasureTextBounds(std::wstring_view text, const TextFace& face) {
   Box2d box;
+  if (IsPlain(text)) {
+    const std::shared_ptr<FaceSet> faces = FaceSet::Get(face);
+    double x = 0;
+    PartReader reader(*faces, text, WholeOf(text));
+    for (Part part; reader.Next(part);) {
+      const std::wstring_view piece = text.substr(part.begin, part.end - part.begin);
+      const Box2d ink = (*part.face)->CalcEmBounds(piece);
+      if (!ink.IsEmpty())
+        box.ExtendBy(Box2d(ink.xMin() + x, ink.yMin(), ink.xMax() + x, ink.yMax()));
+      x += (*part.face)->CalcEmExtent(piece);
+    }
+    return box;
+  }
   for (const TextRun& run : LayoutText(text, face).runs) {
     for (const PlacedGlyph& placed : run.glyphs) {
       ExtendBy(box, GetGlyphMetrics(run, placed), placed.x, placed.y);

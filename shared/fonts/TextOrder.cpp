@@ -77,7 +77,9 @@ std::vector<TextItem> OrderPlainly(std::wstring_view line, bool isRightToLeft) {
   };
   for (std::wstring_view rest = line; !rest.empty();) {
     const std::size_t place = line.size() - rest.size();
-    const CharacterDirection direction = DirectionOf(NextCharacter(rest));
+    const char32_t character = NextCharacter(rest);
+    const CharacterDirection direction = DirectionOf(character);
+    if (IsMark(character) && undecided == place) undecided = line.size() - rest.size();
     if (direction == CharacterDirection::None) continue;
     const unsigned char level = direction == CharacterDirection::RightToLeft;
     if (level != last) {

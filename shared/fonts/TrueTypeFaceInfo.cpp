@@ -47,10 +47,13 @@ platform::Font* CTrueTypeFaceInfo::Open() const {
 }
 
 std::uint32_t CTrueTypeFaceInfo::GetGlyphOf(char32_t character) const {
-  const char32_t code = MapCharCode(character);
   const std::lock_guard<std::mutex> lock(fontMutex_);
   platform::Font* const font = Open();
-  return font != nullptr ? font->GetGlyph(code) : platform::MISSING_GLYPH;
+  if (font == nullptr) return platform::MISSING_GLYPH;
+  const std::uint32_t glyph = font->GetGlyph(character);
+  const bool isSymbol = glyph == platform::MISSING_GLYPH && character < SYMBOL_COUNT &&
+                        ServesCharset(platform::SYMBOL_CHARACTERS);
+  return isSymbol ? font->GetGlyph(SYMBOL_BASE + character) : glyph;
 }
 
 bool CTrueTypeFaceInfo::MayHave(char32_t character) const {
@@ -63,8 +66,14 @@ bool CTrueTypeFaceInfo::MayHave(char32_t character) const {
 
 bool CTrueTypeFaceInfo::GetMetricsOfGlyph(std::uint32_t glyph, GlyphMetrics& metrics) const {
   const std::lock_guard<std::mutex> lock(fontMutex_);
+  if (const auto known = glyphs_.find(glyph); known != glyphs_.end()) {
+    metrics = known->second;
+    return true;
+  }
   platform::Font* const font = Open();
-  return font != nullptr && font->GetGlyphMetrics(glyph, metrics);
+  if (font == nullptr || !font->GetGlyphMetrics(glyph, metrics)) return false;
+  glyphs_.emplace(glyph, metrics);
+  return true;
 }
 
 bool CTrueTypeFaceInfo::GetVectorsOfGlyph(std::uint32_t glyph, GlyphVectors& vectors) const {
@@ -115,6 +124,7 @@ void CTrueTypeFaceInfo::Release() const {
   const std::lock_guard<std::mutex> lock(fontMutex_);
   font_.reset();
   failed_ = false;
+  glyphs_.clear();
   const std::lock_guard<std::mutex> shaperLock(shaperMutex_);
   shaper_.reset();
   shaperFailed_ = false;

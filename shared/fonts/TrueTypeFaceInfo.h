@@ -15,6 +15,7 @@
 #include <memory>
 #include <mutex>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "shared/Export.h"
@@ -77,6 +78,7 @@ private:
   mutable std::mutex fontMutex_;
   mutable std::unique_ptr<platform::Font> font_;
   mutable bool failed_ = false;
+  mutable std::unordered_map<std::uint32_t, GlyphMetrics> glyphs_;  // that were asked for by number
 };
 
 }  // namespace shr

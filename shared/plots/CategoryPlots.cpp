@@ -28,11 +28,11 @@ double Top(const CategoryOptions& options) {
 
 /// Returns the width that the names take, at most 40 % of the picture.
 template <class Row>
-double NamesWidth(std::span<const Row> rows, double width) {
+double NamesWidth(std::span<const Row> rows, double width, SvgTextMode mode) {
   double widest = 0;
   for (const Row& row : rows) {
-    widest =
-        std::max(widest, EstimateTextWidth(Fitted(row.name, LABEL_SIZE, width * 0.4), LABEL_SIZE));
+    const GString fitted = Fitted(row.name, LABEL_SIZE, width * 0.4, mode);
+    widest = std::max(widest, PlotTextWidth(fitted, LABEL_SIZE, mode));
   }
   return widest;
 }
@@ -46,17 +46,19 @@ GString DescribeBars(std::span<const CategoryBar> bars) {
   constexpr std::size_t MOST = 5;
   GString text;
   for (const CategoryBar& bar : bars.first(std::min(bars.size(), MOST))) {
-    text += (text.empty() ? L" " : L", ") + bar.name + L" " + SignificantText(bar.value, 6);
+    text += (text.empty() ? L" " : L", ") + PlainPlotText(bar.name) + L" " +
+            SignificantText(bar.value, 6);
   }
   if (bars.empty()) return L" No data.";
   return text + (bars.size() > MOST ? L" and others." : L".");
 }
 
 GString DescribeBox(const BoxSummary& box) {
-  if (box.count == 0) return L" " + box.name + L": no data.";
-  return L" " + box.name + L": median " + SignificantText(box.median, 4) + L", quartiles " +
-         SignificantText(box.lowQuartile, 4) + L" and " + SignificantText(box.highQuartile, 4) +
-         L", " + GString(std::to_wstring(box.outliers.size())) + L" outliers.";
+  if (box.count == 0) return L" " + PlainPlotText(box.name) + L": no data.";
+  return L" " + PlainPlotText(box.name) + L": median " + SignificantText(box.median, 4) +
+         L", quartiles " + SignificantText(box.lowQuartile, 4) + L" and " +
+         SignificantText(box.highQuartile, 4) + L", " +
+         GString(std::to_wstring(box.outliers.size())) + L" outliers.";
 }
 
 /// The axis that shows all boxes.
@@ -105,7 +107,7 @@ void DrawBox(PlotCanvas& canvas, const PlotFrame& frame, const BoxSummary& box, 
 std::string DrawBarChart(std::span<const CategoryBar> bars, const CategoryOptions& options) {
   const double top = Top(options);
   const double height = top + BAR_ROW * std::max(2.0, static_cast<double>(bars.size())) + MARGIN;
-  PlotCanvas canvas(options.width, height);
+  PlotCanvas canvas(options.width, height, options.textMode);
   canvas.Begin(options.title, (options.description + DescribeBars(bars)).Trim());
   if (bars.empty()) canvas.NoData(Box2d(0, top, canvas.Width(), height));
   double largest = 0;
@@ -115,13 +117,13 @@ std::string DrawBarChart(std::span<const CategoryBar> bars, const CategoryOption
     const GString number = SignificantText(bar.value, 6);
     widestNumber = std::max(widestNumber, EstimateTextWidth(number, TICK_SIZE));
   }
-  const double left = MARGIN + NamesWidth(bars, canvas.Width()) + 8;
+  const double left = MARGIN + NamesWidth(bars, canvas.Width(), options.textMode) + 8;
   const double space = std::max(10.0, canvas.Width() - MARGIN - widestNumber - 8 - left);
   double y = top;
   for (const CategoryBar& bar : bars) {
     const double base = y + BAR_ROW / 2 + LABEL_SIZE * 0.36;
     canvas.Text(Vec2d(left - 8, base), "end", "",
-                Fitted(bar.name, LABEL_SIZE, canvas.Width() * 0.4));
+                Fitted(bar.name, LABEL_SIZE, canvas.Width() * 0.4, options.textMode));
     const bool hasBar = HasBar(bar);
     const double length = hasBar && largest > 0 ? bar.value / largest * space : 0;
     if (hasBar) {
@@ -173,10 +175,12 @@ std::string DrawBoxPlots(std::span<const BoxSummary> boxes, const CategoryOption
   }
   const double bottom = top + BOX_ROW * std::max(1.0, static_cast<double>(boxes.size()));
   const GString note = (options.note + L" " + LeftOutNote(leftOut)).Trim();
-  PlotCanvas canvas(options.width, bottom + X_AXIS_HEIGHT + (note.empty() ? 0 : NOTE_HEIGHT));
+  PlotCanvas canvas(options.width, bottom + X_AXIS_HEIGHT + (note.empty() ? 0 : NOTE_HEIGHT),
+                    options.textMode);
   canvas.Begin(options.title,
                count == 0 ? (description + L" No data.").Trim() : description.Trim());
-  const double left = MARGIN + std::max(10.0, NamesWidth(boxes, canvas.Width()) + 8);
+  const double left =
+      MARGIN + std::max(10.0, NamesWidth(boxes, canvas.Width(), options.textMode) + 8);
   const PlotFrame frame(AxisOf(boxes, options.xScale), PlotAxis(),
                         Box2d(left, top, canvas.Width() - MARGIN - 6, bottom));
   if (count > 0) {
@@ -187,7 +191,7 @@ std::string DrawBoxPlots(std::span<const BoxSummary> boxes, const CategoryOption
   double middle = top + BOX_ROW / 2;
   for (const BoxSummary& box : boxes) {
     canvas.Text(Vec2d(left - 8, middle + LABEL_SIZE * 0.36), "end", "",
-                Fitted(box.name, LABEL_SIZE, canvas.Width() * 0.4));
+                Fitted(box.name, LABEL_SIZE, canvas.Width() * 0.4, options.textMode));
     if (box.count > 0) DrawBox(canvas, frame, box, middle);
     const PlotFrame row(frame.XAxis(), PlotAxis(),
                         Box2d(left, middle - 1, frame.Area().xMax(), middle + 1));

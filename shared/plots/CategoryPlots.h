@@ -21,16 +21,20 @@
 
 #include "shared/Export.h"
 #include "shared/plots/PlotAxis.h"
+#include "shared/plots/SvgTextMode.h"
 #include "shared/text/GString.h"
 
 namespace shr {
 
+/// What plots of categories look like. Titles, labels and names are math text as in
+/// shared/plots/Plot.h.
 struct CategoryOptions {
   GString title{};
   GString description{};
   GString xLabel{};
   ScaleKind xScale = ScaleKind::Linear;  ///< of box plots; bars begin at zero
   GString note{};                        ///< a line at the bottom of box plots
+  SvgTextMode textMode = SvgTextMode::Text;
   double width = 640;
 };
 

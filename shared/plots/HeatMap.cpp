@@ -24,10 +24,11 @@ constexpr std::size_t MANY_ROWS = 40;
 constexpr double SLANT = 0.5;  // sine of the angle of column names, 30 degrees
 constexpr double SCALE_SPACE = 76;
 
-double Widest(const std::vector<GString>& names, double limit) {
+double Widest(const std::vector<GString>& names, double limit, SvgTextMode mode) {
   double widest = 0;
   for (const GString& name : names) {
-    widest = std::max(widest, EstimateTextWidth(Fitted(name, LABEL_SIZE, limit), LABEL_SIZE));
+    const GString fitted = Fitted(name, LABEL_SIZE, limit, mode);
+    widest = std::max(widest, PlotTextWidth(fitted, LABEL_SIZE, mode));
   }
   return widest;
 }
@@ -50,12 +51,13 @@ public:
         options_(options),
         range_(options.range ? *options.range : RangeOf(values)),
         nameLimit_(options.width / 4),
-        left_(MARGIN + Widest(options.rows, nameLimit_) + 8),
-        top_(TITLE_HEIGHT + Widest(options.columns, nameLimit_) * SLANT + 14),
+        left_(MARGIN + Widest(options.rows, nameLimit_, options.textMode) + 8),
+        top_(TITLE_HEIGHT + Widest(options.columns, nameLimit_, options.textMode) * SLANT + 14),
         cellWidth_(std::min(LARGEST_CELL, (options.width - left_ - SCALE_SPACE - MARGIN) /
                                               std::max(1.0, Columns()))),
         cellHeight_(options.rows.size() > MANY_ROWS ? SMALLEST_CELL_HEIGHT : CELL_HEIGHT),
-        canvas_(PictureWidth(), top_ + std::max(2.0, Rows()) * cellHeight_ + MARGIN + 8) {}
+        canvas_(PictureWidth(), top_ + std::max(2.0, Rows()) * cellHeight_ + MARGIN + 8,
+                options.textMode) {}
 
   std::string Run() {
     canvas_.Begin(options_.title, Describe());
@@ -86,7 +88,7 @@ private:
 
   /// Few columns do not fill the width.
   double PictureWidth() const {
-    const double title = EstimateTextWidth(options_.title, TITLE_SIZE) + 3 * MARGIN;
+    const double title = PlotTextWidth(options_.title, TITLE_SIZE, options_.textMode) + 3 * MARGIN;
     const double cells = left_ + Columns() * cellWidth_ + SCALE_SPACE + MARGIN;
     return std::min(options_.width, std::max(title, cells));
   }
@@ -100,16 +102,12 @@ private:
     for (std::size_t i = 0; i < options_.rows.size(); ++i) {
       const double y = top_ + (static_cast<double>(i) + 0.5) * cellHeight_ + LABEL_SIZE * 0.36;
       canvas_.Text(Vec2d(left_ - 6, y), "end", "",
-                   Fitted(options_.rows[i], LABEL_SIZE, nameLimit_));
+                   Fitted(options_.rows[i], LABEL_SIZE, nameLimit_, options_.textMode));
     }
     for (std::size_t i = 0; i < options_.columns.size(); ++i) {
       const double x = left_ + (static_cast<double>(i) + 0.5) * cellWidth_;
-      std::string transform = "translate(";
-      AppendSvgTenths(transform, SvgTenths(x));
-      transform += ' ';
-      AppendSvgTenths(transform, SvgTenths(top_ - 6));
-      canvas_.Svg().Begin("text").Attribute("transform", transform + ") rotate(-30)");
-      canvas_.Svg().Text(Fitted(options_.columns[i], LABEL_SIZE, nameLimit_)).End();
+      canvas_.TurnedText(Vec2d(x, top_ - 6), "start", 30,
+                         Fitted(options_.columns[i], LABEL_SIZE, nameLimit_, options_.textMode));
     }
   }
 
@@ -124,15 +122,13 @@ private:
     SvgWriter& svg = canvas_.Svg();
     svg.BeginRectangle(Box2d(x, y, x + cellWidth_, y + cellHeight_));
     svg.Attribute("fill", HexColor(color));
-    svg.Begin("title").Text(options_.rows[row] + L", " + options_.columns[column] + L": " + text);
+    svg.Begin("title").Text(PlainPlotText(options_.rows[row]) + L", " +
+                            PlainPlotText(options_.columns[column]) + L": " + text);
     svg.End().End();
     if (EstimateTextWidth(text, TICK_SIZE) + 4 > cellWidth_) return;
-    svg.Begin("text").Attribute("x", x + cellWidth_ / 2);
-    svg.Attribute("y", y + cellHeight_ / 2 + TICK_SIZE * 0.36).Attribute("text-anchor", "middle");
     // On a color of its own the text has a color of its own, whatever the page's is.
-    svg.Attribute("style",
-                  WantsDarkText(color) ? "font-size:11px;fill:#000" : "font-size:11px;fill:#fff");
-    svg.Text(text).End();
+    canvas_.ColoredText(Vec2d(x + cellWidth_ / 2, y + cellHeight_ / 2 + TICK_SIZE * 0.36),
+                        WantsDarkText(color) ? "#000" : "#fff", text);
   }
 
   void DrawScale() {

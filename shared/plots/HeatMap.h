@@ -21,10 +21,12 @@
 #include <vector>
 
 #include "shared/Export.h"
+#include "shared/plots/SvgTextMode.h"
 #include "shared/text/GString.h"
 
 namespace shr {
 
+/// What a table of colors looks like. Titles and names are math text as in shared/plots/Plot.h.
 struct HeatMapOptions {
   GString title{};
   GString description{};
@@ -34,7 +36,8 @@ struct HeatMapOptions {
   bool isDiverging = false;
   std::optional<std::pair<double, double>> range{};  ///< values of the end colors; else the data's
   int digits = 2;                                    ///< significant digits of the numbers in cells
-  double width = 640;                                ///< the height follows from the rows
+  SvgTextMode textMode = SvgTextMode::Text;
+  double width = 640;  ///< the height follows from the rows
 };
 
 /// Returns the picture. `values` holds the rows one behind the other; values outside the range have

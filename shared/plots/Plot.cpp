@@ -11,7 +11,6 @@
 #include "shared/plots/NumberText.h"
 #include "shared/plots/PlotCanvas.h"
 #include "shared/plots/PlotMarks.h"
-#include "shared/plots/TextWidth.h"
 #include "shared/plots/TimeText.h"
 
 namespace shr {
@@ -42,7 +41,8 @@ GString DescribeAxis(const GString& name, ScaleKind kind, const std::vector<doub
     hi = std::max(hi, value);
   }
   if (lo > hi || name.empty()) return GString();
-  return L" " + name + L" from " + EndText(kind, lo) + L" to " + EndText(kind, hi) + L".";
+  return L" " + PlainPlotText(name) + L" from " + EndText(kind, lo) + L" to " + EndText(kind, hi) +
+         L".";
 }
 
 }  // namespace
@@ -54,7 +54,7 @@ public:
       : plot_(plot),
         options_(plot.options_),
         canvas_(std::max(options_.width, SMALLEST_WIDTH),
-                std::max(options_.height, SMALLEST_HEIGHT)),
+                std::max(options_.height, SMALLEST_HEIGHT), options_.textMode),
         leftOut_(plot.leftOut_) {}
 
   std::string Run() {
@@ -163,7 +163,7 @@ private:
     if (IsEmpty()) return text + (text.empty() ? L"No data." : L" No data.");
     text += DescribeAxis(options_.xLabel, options_.xScale, xs_);
     text += DescribeAxis(options_.yLabel, options_.yScale, ys_);
-    text += L" " + Note();
+    text += L" " + PlainPlotText(Note());
     return text.Trim();
   }
 
@@ -265,10 +265,10 @@ private:
 
   /// Returns how wide the entry of a series is; names are cut at half of the picture.
   double EntryWidth(const Series& series) const {
-    return 38 + EstimateTextWidth(EntryText(series), LABEL_SIZE);
+    return 38 + PlotTextWidth(EntryText(series), LABEL_SIZE, options_.textMode);
   }
   GString EntryText(const Series& series) const {
-    return Fitted(series.name, LABEL_SIZE, canvas_.Width() / 2 - 50);
+    return Fitted(series.name, LABEL_SIZE, canvas_.Width() / 2 - 50, options_.textMode);
   }
 
   /// Calls `visit` (index, left, row) for each entry of the legend.

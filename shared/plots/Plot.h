@@ -16,7 +16,8 @@
 /// Units: data are in their own units, x to the right and y upwards; the size of the picture is in
 /// CSS pixels. Missing values: what the scale has no place for (NaN, infinities, on a logarithmic
 /// scale zero and below) is left out, counted, and told at the bottom of the plot. Without any data
-/// a plot says "No data". Bytes: the same on both targets.
+/// a plot says "No data". Bytes: the same on both targets, where texts have markup or are outlines
+/// if the faces are the same files.
 ///
 /// Threads: one thread an object.
 
@@ -32,11 +33,14 @@
 #include "shared/Export.h"
 #include "shared/geometry/Vec2.h"
 #include "shared/plots/PlotAxis.h"
+#include "shared/plots/SvgTextMode.h"
 #include "shared/text/GString.h"
 
 namespace shr {
 
-/// What a plot looks like. Texts may hold anything; what is too long is cut with an ellipsis.
+/// What a plot looks like. Titles, labels, names of series and notes are math text of one line
+/// (docs/math-text.md), to which `EscapeMathText` turns any text; markup that does not parse stands
+/// for itself, and what is too long is cut with an ellipsis. The description is plain.
 struct PlotOptions {
   GString title{};
   GString description{};  ///< for those who do not see; axes and counts are added to it
@@ -50,7 +54,8 @@ struct PlotOptions {
   /// Length of a unit of y over that of a unit of x, where both must keep to each other: 1 for
   /// plane coordinates. Linear scales only.
   std::optional<double> unitRatio{};
-  GString note{};       ///< a line at the bottom: what was sampled, where data come from
+  GString note{};  ///< a line at the bottom: what was sampled, where data come from
+  SvgTextMode textMode = SvgTextMode::Text;
   double width = 640;   ///< 160 or more
   double height = 400;  ///< 120 or more
 };

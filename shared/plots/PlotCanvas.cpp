@@ -13,7 +13,7 @@ namespace shr {
 namespace {
 
 constexpr double TICK_LENGTH = 4;
-constexpr std::size_t LONGEST_TEXT = 300;
+constexpr long STRONG = 600;
 
 constexpr const char* STYLE =
     "\n.plot{font:12px system-ui,'Segoe UI',Roboto,Helvetica,Arial,sans-serif;fill:#222}\n"
@@ -28,6 +28,17 @@ constexpr const char* DARK_STYLE =
     "@media (prefers-color-scheme:dark){\n"
     ".plot{fill:#e8e8e8}.paper{fill:#15181c}.tick{fill:#c4c4c4}.note{fill:#b4b4b4}\n"
     ".grid{stroke:#33383f}.axis{stroke:#8f959c}.marks{fill:#8f959c}.fill{stroke:#15181c}\n";
+
+/// What text that is drawn by faces takes its color from.
+constexpr const char* INK_STYLE =
+    "\n.plot{color:#222}.tick{color:#444}.note{color:#555}\n"
+    "@media (prefers-color-scheme:dark){\n"
+    ".plot{color:#e8e8e8}.tick{color:#c4c4c4}.note{color:#b4b4b4}}\n";
+
+HAlignment AlignmentOf(std::string_view anchor) {
+  if (anchor == "middle") return HAlignment::Center;
+  return anchor == "end" ? HAlignment::Right : HAlignment::Left;
+}
 
 std::string SeriesStyle(bool onDark) {
   std::string text;
@@ -50,6 +61,18 @@ GString AxisName(const GString& name, const TickSet& set) {
 
 }  // namespace
 
+struct PlotCanvas::Style {
+  const char* attribute;  // of the element around it, and its value
+  std::string_view value;
+  double size = LABEL_SIZE;
+  long weight = 400;
+};
+
+PlotCanvas::PlotCanvas(double width, double height, SvgTextMode textMode)
+    : width_(width), height_(height), textMode_(textMode), textIF_(svg_, textMode) {
+  textIF_.SetInheritsStyle(true);
+}
+
 void PlotCanvas::Begin(const GString& title, const GString& description) {
   std::string box = "0 0 ";
   AppendSvgTenths(box, SvgTenths(width_));
@@ -59,32 +82,69 @@ void PlotCanvas::Begin(const GString& title, const GString& description) {
   svg_.Attribute("width", width_).Attribute("height", height_).Attribute("viewBox", box);
   svg_.Attribute("role", "img").Attribute("aria-labelledby", "title desc");
   svg_.Attribute("class", "plot");
-  svg_.Begin("title").Attribute("id", "title").Text(title).End();
+  svg_.Begin("title").Attribute("id", "title").Text(PlainPlotText(title)).End();
   svg_.Begin("desc").Attribute("id", "desc").Text(description).End();
   svg_.Begin("style").Raw(STYLE + SeriesStyle(false) + DARK_STYLE + SeriesStyle(true) + "}\n");
   svg_.End();
   svg_.BeginRectangle(Box2d(0, 0, width_, height_)).Attribute("class", "paper").End();
   if (title.empty()) return;
   const double space = width_ - 2 * MARGIN;
-  Text(Vec2d(MARGIN, MARGIN + TITLE_SIZE), "start", "title", Fitted(title, TITLE_SIZE, space));
+  Text(Vec2d(MARGIN, MARGIN + TITLE_SIZE), "start", "title",
+       Fitted(title, TITLE_SIZE, space, textMode_));
+}
+
+PlotCanvas::Style PlotCanvas::StyleOf(std::string_view cssClass) {
+  if (cssClass == "title") return {"class", cssClass, TITLE_SIZE, STRONG};
+  if (cssClass == "strong") return {"class", cssClass, LABEL_SIZE, STRONG};
+  if (cssClass == "tick" || cssClass == "note") return {"class", cssClass, TICK_SIZE};
+  return {"class", cssClass};
 }
 
 void PlotCanvas::Text(const Vec2d& at, const char* anchor, const char* cssClass,
-                      std::wstring_view text) {
+                      const GString& text) {
+  if (NeedsFaces(text, textMode_)) return DrawByFaces(at, anchor, StyleOf(cssClass), 0, text);
   svg_.Begin("text").Attribute("x", at.x).Attribute("y", at.y);
   if (std::string_view(anchor) != "start") svg_.Attribute("text-anchor", anchor);
   if (*cssClass != '\0') svg_.Attribute("class", cssClass);
   svg_.Text(text).End();
 }
 
-void PlotCanvas::UpwardText(const Vec2d& at, std::wstring_view text) {
+void PlotCanvas::TurnedText(const Vec2d& at, const char* anchor, int degrees, const GString& text) {
+  if (NeedsFaces(text, textMode_)) return DrawByFaces(at, anchor, StyleOf(""), degrees, text);
   std::string transform = "translate(";
   AppendSvgTenths(transform, SvgTenths(at.x));
   transform += ' ';
   AppendSvgTenths(transform, SvgTenths(at.y));
-  transform += ") rotate(-90)";
-  svg_.Begin("text").Attribute("transform", transform).Attribute("text-anchor", "middle");
+  transform += ") rotate(" + std::to_string(-degrees) + ")";
+  svg_.Begin("text").Attribute("transform", transform);
+  if (std::string_view(anchor) != "start") svg_.Attribute("text-anchor", anchor);
   svg_.Text(text).End();
+}
+
+void PlotCanvas::ColoredText(const Vec2d& middle, const char* color, const GString& text) {
+  const std::string style = std::string("font-size:11px;fill:") + color;
+  if (NeedsFaces(text, textMode_)) {
+    return DrawByFaces(middle, "middle", {"style", style, TICK_SIZE}, 0, text);
+  }
+  svg_.Begin("text").Attribute("x", middle.x).Attribute("y", middle.y);
+  svg_.Attribute("text-anchor", "middle").Attribute("style", style).Text(text).End();
+}
+
+void PlotCanvas::DrawByFaces(const Vec2d& at, std::string_view anchor, const Style& style,
+                             int degrees, const GString& text) {
+  if (text.empty()) return;
+  if (!hasInkStyle_) svg_.Begin("style").Raw(INK_STYLE).End();
+  hasInkStyle_ = true;
+  MTAttributes attributes;
+  attributes.face.weight = style.weight;
+  attributes.hAlignment = AlignmentOf(anchor);
+  textIF_.SetAttributes(attributes);
+  textIF_.SetRotation(degrees);
+  const std::shared_ptr<CMTMultiLineElement> label = ParsePlotText(textIF_, text, style.size);
+  svg_.Begin("g");
+  if (!style.value.empty()) svg_.Attribute(style.attribute, style.value);
+  textIF_.DrawLabel(*label, CMTSvgTextIF::FromPicture(at.x, at.y));
+  svg_.End();
 }
 
 void PlotCanvas::NoData(const Box2d& area) {
@@ -94,7 +154,8 @@ void PlotCanvas::NoData(const Box2d& area) {
 
 void PlotCanvas::Note(const GString& text) {
   if (text.empty()) return;
-  Text(Vec2d(MARGIN, height_ - 8), "start", "note", Fitted(text, TICK_SIZE, width_ - 2 * MARGIN));
+  Text(Vec2d(MARGIN, height_ - 8), "start", "note",
+       Fitted(text, TICK_SIZE, width_ - 2 * MARGIN, textMode_));
 }
 
 std::string PlotCanvas::Finish() {
@@ -123,7 +184,7 @@ void PlotFrame::DrawXAxis(PlotCanvas& canvas, const GString& name) const {
   }
   const GString text = AxisName(name, set);
   canvas.Text(Vec2d((area_.xMin() + area_.xMax()) / 2, y + 18), "middle", "",
-              Fitted(text, LABEL_SIZE, area_.xRange()));
+              Fitted(text, LABEL_SIZE, area_.xRange(), canvas.TextMode()));
 }
 
 void PlotFrame::DrawYAxis(PlotCanvas& canvas, const GString& name) const {
@@ -146,8 +207,8 @@ void PlotFrame::DrawYAxis(PlotCanvas& canvas, const GString& name) const {
   }
   const GString text = AxisName(name, set);
   const double middle = (area_.yMin() + area_.yMax()) / 2;
-  canvas.UpwardText(Vec2d(x - WidestLabel(set) - 8, middle),
-                    Fitted(text, LABEL_SIZE, area_.yRange() + 2 * MARGIN));
+  canvas.TurnedText(Vec2d(x - WidestLabel(set) - 8, middle), "middle", 90,
+                    Fitted(text, LABEL_SIZE, area_.yRange() + 2 * MARGIN, canvas.TextMode()));
 }
 
 void PlotFrame::DrawBorder(PlotCanvas& canvas) const {
@@ -178,18 +239,6 @@ double WidestLabel(const TickSet& set) {
     widest = std::max(widest, EstimateTextWidth(tick.label, TICK_SIZE));
   }
   return widest;
-}
-
-GString Fitted(const GString& text, double size, double width) {
-  if (text.size() <= LONGEST_TEXT && EstimateTextWidth(text, size) <= width) return text;
-  GString cut = text.substr(0, LONGEST_TEXT);
-  while (!cut.empty() && EstimateTextWidth(cut + L"\u2026", size) > width) {
-    cut.resize(cut.size() - 1);
-  }
-  // Half a surrogate pair is no character.
-  const wchar_t last = cut.empty() ? L'\0' : cut[cut.size() - 1];
-  if (last >= 0xD800 && last <= 0xDBFF) cut.resize(cut.size() - 1);
-  return cut + L"\u2026";
 }
 
 GString LeftOutNote(std::size_t count) {

@@ -17,6 +17,8 @@
 #include "shared/geometry/Box2.h"
 #include "shared/geometry/Vec2.h"
 #include "shared/plots/PlotAxis.h"
+#include "shared/plots/PlotText.h"
+#include "shared/plots/SvgTextIF.h"
 #include "shared/plots/SvgWriter.h"
 #include "shared/text/GString.h"
 
@@ -32,18 +34,22 @@ inline constexpr double MARGIN = 12;
 /// A picture under construction.
 class PlotCanvas {
 public:
-  PlotCanvas(double width, double height) : width_(width), height_(height) {}
+  PlotCanvas(double width, double height, SvgTextMode textMode);
 
   double Width() const { return width_; }
   double Height() const { return height_; }
+  SvgTextMode TextMode() const { return textMode_; }
   SvgWriter& Svg() { return svg_; }
 
   /// Starts the document and writes the title. `description` is read to those who do not see.
   void Begin(const GString& title, const GString& description);
-  /// Writes text; `anchor` is "start", "middle" or "end".
-  void Text(const Vec2d& at, const char* anchor, const char* cssClass, std::wstring_view text);
-  /// Writes text that runs upwards.
-  void UpwardText(const Vec2d& at, std::wstring_view text);
+  /// Writes text; `anchor` is "start", "middle" or "end", the class one of the style sheet's: its
+  /// size and weight are known here, too.
+  void Text(const Vec2d& at, const char* anchor, const char* cssClass, const GString& text);
+  /// Writes text of `LABEL_SIZE` turned by an angle in degrees counter-clockwise.
+  void TurnedText(const Vec2d& at, const char* anchor, int degrees, const GString& text);
+  /// Writes text of `TICK_SIZE` in a color that does not follow the reader's choice.
+  void ColoredText(const Vec2d& middle, const char* color, const GString& text);
   /// Writes what a plot without data shows.
   void NoData(const Box2d& area);
   /// Writes a note into the lower left corner; nothing when it is empty.
@@ -52,9 +58,18 @@ public:
   std::string Finish();
 
 private:
+  struct Style;
+
+  static Style StyleOf(std::string_view cssClass);
+  void DrawByFaces(const Vec2d& at, std::string_view anchor, const Style& style, int degrees,
+                   const GString& text);
+
   double width_;
   double height_;
+  SvgTextMode textMode_;
   SvgWriter svg_;
+  CMTSvgTextIF textIF_;
+  bool hasInkStyle_ = false;
 };
 
 /// Two axes and the rectangle between them.
@@ -88,9 +103,6 @@ std::size_t MostYTicks(double length);
 
 /// Returns the width of the widest label.
 double WidestLabel(const TickSet& set);
-
-/// Returns `text`, cut with an ellipsis where it is wider than `width`.
-GString Fitted(const GString& text, double size, double width);
 
 /// Returns "3 values are left out: ..." or nothing.
 GString LeftOutNote(std::size_t count);

@@ -34,7 +34,7 @@ public:
         options_(options),
         panel_(std::max(SMALLEST_PANEL, (options.width - LEFT_SPACE - MARGIN) / Count() - GAP)),
         canvas_(LEFT_SPACE + MARGIN + Count() * (panel_ + GAP),
-                TITLE_HEIGHT + BOTTOM_SPACE + Count() * (panel_ + GAP)) {
+                TITLE_HEIGHT + BOTTOM_SPACE + Count() * (panel_ + GAP), options.textMode) {
     for (const NamedSample& sample : samples) {
       axes_.push_back(PlotAxis::Around(ScaleKind::Linear, sample.values, FREE_SHARE));
     }
@@ -68,7 +68,8 @@ private:
     for (std::size_t row = 0; row < samples_.size(); ++row) {
       for (std::size_t column = 0; column < row; ++column) {
         const LineFit fit = FitLine(samples_[column].values, samples_[row].values);
-        text += L" " + samples_[column].name + L" and " + samples_[row].name + L": correlation " +
+        text += L" " + PlainPlotText(samples_[column].name) + L" and " +
+                PlainPlotText(samples_[row].name) + L": correlation " +
                 SignificantText(fit.correlation, 2) + L".";
       }
     }

@@ -70,9 +70,9 @@ struct NamedSample {
 /// regression below the diagonal, histograms on it, Pearson's correlation above it. All samples
 /// belong to the same observations in the same order; pairs with a missing value are left out. Of
 /// more than 4000 observations every n-th is drawn; lines and correlations are of all.
-/// Only title, description and width of `options` are used. Degenerate: without a value "No data".
-/// Errors: samples of unlike size are an internal error. Source: J. A. Hartigan, "Printer graphics
-/// for clustering", Journal of Statistical Computation and Simulation 4, 1975.
+/// Only title, description, width and the mode of texts of `options` are used. Degenerate: without
+/// a value "No data". Errors: samples of unlike size are an internal error. Source: J. A. Hartigan,
+/// "Printer graphics for clustering", Journal of Statistical Computation and Simulation 4, 1975.
 SHARED_API std::string DrawScatterMatrix(std::span<const NamedSample> samples,
                                          const PlotOptions& options);
 

@@ -15,9 +15,8 @@
 ///
 /// Units: user units of the picture; since y of math text goes upwards, the place (x, y) of the
 /// picture is (x, -y) here. Places are rounded to hundredths, glyphs to a ten thousandth of the em.
-/// Bytes: the same on both targets where the faces, also those fallen back on, are the same files
-/// and the text needs no shaping; places turned by other than quarter turns may differ by one in
-/// the last digit. Threads: one thread an object.
+/// Bytes: the same on both targets where all faces are the same files; places turned by other than
+/// quarter turns may differ by one in the last digit. Threads: one thread an object.
 
 #pragma once
 
@@ -37,17 +36,10 @@
 #include "shared/geometry/Vec2.h"
 #include "shared/mathtext/Element.h"
 #include "shared/mathtext/FaceTextIF.h"
+#include "shared/plots/SvgTextMode.h"
 #include "shared/plots/SvgWriter.h"
 
 namespace shr {
-
-enum class SvgTextMode {
-  /// `<text>` with the requested family, those that stand in for it here and a generic one, as wide
-  /// as it was measured. Text in symbol sets is drawn as outlines.
-  Text,
-  /// Each glyph once as a path in `<defs>` and `<use>`d where it stands.
-  Outlines
-};
 
 class SHARED_API CMTSvgTextIF : public CMTFaceTextIF {
 public:
@@ -65,6 +57,11 @@ public:
   /// width of 0, as at first. A run of text has one edge; lines have none. Errors: a width that is
   /// negative or not finite is an invalid parameter.
   void SetHalo(const Color4b& color, double width);
+
+  /// Leaves to the style around it what the text does not say itself: a color that is the one of
+  /// new attributes, opaque black, and a family without a name. Lines and pens then take
+  /// `currentColor`. For pictures whose colors follow the reader's choice of light or dark.
+  void SetInheritsStyle(bool inherits) { inheritsStyle_ = inherits; }
 
   /// Draws `element` about `anchor` as `DrawUsingTextIF` does, in a group of its own. In outlines
   /// the group tells its text to those who do not see it.
@@ -87,7 +84,7 @@ private:
   void WriteUses(const TextRun& run);
   void WritePenHalos(const TextRun& run);
   void BeginUse(const PlacedGlyph& placed, std::size_t id);
-  void WriteColor(const char* attribute);
+  void WriteColor(std::string_view attribute);
   void WriteHalo(double scale);
   void WriteSummary(std::wstring_view text);
   bool DefineGlyphs(const Piece& piece);
@@ -98,6 +95,7 @@ private:
   SvgTextMode mode_;
   std::string idPrefix_;
   bool isInLabel_ = false;
+  bool inheritsStyle_ = false;
   Color4b haloColor_;
   double haloWidth_ = 0;
   std::map<GlyphKey, Glyph> glyphs_;

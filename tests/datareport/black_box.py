@@ -44,6 +44,7 @@ ODD_TABLES = [
     ("nothing but missing", b"a,b\n,\nNA,-\n"),
     ("hostile names", b'"<script>alert(1)</script>","]]>&amp;\'"""\n1,2\n2,3\n3,5\n'),
     ("hostile values", b'a\n<b>x</b>\n"&quot;<"\n]]>\n'),
+    ("names and values like markup", b"\\b x,{a},\\bogus\n\\f,}{,\\\\\n1,2,\\ssbeg(\n"),
     ("huge and tiny", b"a,b\n1e308,1e-308\n-1e308,2e-308\n1e300,5e-324\n"),
     ("times", b"t\n0001-01-01\n9999-12-31\n2018-01-31T02:00:15.5Z\n"),
     ("same names", b"a,a,,\n1,2,3,4\n2,3,4,6\n3,9,1,2\n"),
@@ -51,6 +52,16 @@ ODD_TABLES = [
     ("code page", b"stra\xdfe,h\xf6he\nx,1\ny,2\n"),
     ("utf-16", "größe;höhe\n1,5;2\n".encode("utf-16")),
     ("carriage returns", b"a\tb\r\n1\t2\r\n2\t4\r\n3\t1\r\n"),
+]
+
+
+# Math text: options, what is wrong with them.
+BAD_MARKUP = [
+    (["--title", r"{\b x"], "--title: Unbalanced"),
+    (["--title", r"\bogus"], r"near '\bogus'"),
+    (["--label", "a"], "COLUMN=TEXT"),
+    (["--label", "=a"], "COLUMN=TEXT"),
+    (["--label", r"a=\fs0"], r"near '\fs0'"),
 ]
 
 
@@ -72,6 +83,32 @@ class DataReport(ProgramTest):
             tidy = subprocess.run(["tidy", "-q", "-e", os.path.join(self.out, "report.html")],
                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
             self.assertEqual((0, b""), (tidy.returncode, tidy.stdout))
+
+    def test_labels_are_math_text(self):
+        label = r"a={\i M}{\dn25\fs70 w}"
+        for more in ([], ["--outlines"]):
+            status, _ = self.run_table(TABLE, "--title", r"{\b <T>} x", "--label", label, *more)
+            self.assertEqual(0, status)
+            self.assert_sound()
+            page = pathlib.Path(self.out, "report.html").read_text(encoding="ascii")
+            self.assertIn("<TITLE>&lt;T&gt; x</TITLE>", page)
+            self.assertIn('<SPAN STYLE="font-weight:bold;">&lt;T&gt;</SPAN> x', page)
+            self.assertIn('ALT="Histogram of Mw"', page)
+            histogram = ElementTree.parse(os.path.join(self.out, "column-01-histogram.svg")).getroot()
+            texts = {"".join(each.itertext()) for each in histogram.iter("{http://www.w3.org/2000/svg}text")}
+            self.assertEqual(bool(more), not texts)
+            self.assertIn("Histogram of Mw", [child.text for child in histogram])
+
+    def test_bad_markup_is_refused_before_work(self):
+        for options, part in BAD_MARKUP:
+            with self.subTest(options=options):
+                status, text = self.run_table(TABLE, *options)
+                self.assertEqual(2, status)
+                self.assertIn(part, text)
+                self.assertFalse(os.path.exists(self.out))
+        status, text = self.run_table(TABLE, "--label", "c=d")
+        self.assertEqual(1, status)
+        self.assertIn("table.csv:1: There is no column 'c'.", text)
 
     def test_bad_inputs_are_told_by_file_and_line(self):
         for name, content, options, part in BAD_INPUTS:

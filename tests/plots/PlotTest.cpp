@@ -150,6 +150,8 @@ TEST(Plots, areSoundWhateverTheirTextsHold) {
       GString(std::wstring(5000, L'W')),
       GString(std::wstring(3, static_cast<wchar_t>(0xD800))),
       L"\x5730\x9707 \x0633\x0644\x0627\x0645 e\x0301\n\t",
+      L"{\\b x \\ssbeg(0,0,left,top)y",
+      L"\\b\\color(red)\\fs10000 " + GString(std::wstring(400, L'M')),
   };
   for (const Kind& kind : KINDS) {
     for (const GString& text : texts) {
@@ -157,6 +159,41 @@ TEST(Plots, areSoundWhateverTheirTextsHold) {
       CheckSound(kind.draw({1, 2, 3, NAN_VALUE}, text));
       CheckSound(kind.draw({}, text));
     }
+  }
+}
+
+TEST(Plots, textsAreMathText) {
+  const Kind& kind = KINDS[0];
+  const std::string marked = kind.draw({1, 2, 3}, L"{\\f\"Shared Stroke\"a}\\a66 {\\b c}\nd");
+  EXPECT_NE(std::string::npos, marked.find("<title id=\"title\">aBc d</title>"));
+  EXPECT_NE(std::string::npos, marked.find("font-weight=\"700\""));
+  EXPECT_NE(std::string::npos, marked.find("<use "));
+  // What does not parse, and braces in text without markup, stand for themselves.
+  for (const wchar_t* const text : {L"\\bogus", L"{a}"}) {
+    const std::string plain = kind.draw({1, 2, 3}, text);
+    EXPECT_NE(std::string::npos, plain.find(">" + GString(text).ToUtf8() + "</text>")) << text;
+  }
+}
+
+TEST(Plots, outlinesHoldNoText) {
+  const Values values{1, 2, 3};
+  PlotOptions options = OptionsOf(L"Title");
+  options.textMode = SvgTextMode::Outlines;
+  const NamedSample sample{L"Name", values};
+  const BoxSummary box = SummarizeBox(L"Name", values);
+  const CategoryBar bar{L"Name", 2};
+  const std::string plots[] = {
+      DrawHistogram(values, options), DrawScatterMatrix(std::span(&sample, 1), options),
+      DrawHeatMap(std::span(values).first(1), {.title = L"Title",
+                                               .rows = {L"Name"},
+                                               .columns = {L"Name"},
+                                               .textMode = SvgTextMode::Outlines}),
+      DrawBoxPlots(std::span(&box, 1), {.title = L"Title", .textMode = SvgTextMode::Outlines}),
+      DrawBarChart(std::span(&bar, 1), {.title = L"Title", .textMode = SvgTextMode::Outlines})};
+  for (const std::string& plot : plots) {
+    CheckSound(plot);
+    EXPECT_EQ(std::string::npos, plot.find("<text")) << plot.substr(0, 200);
+    EXPECT_NE(std::string::npos, plot.find("aria-label=\"Title\""));
   }
 }
 

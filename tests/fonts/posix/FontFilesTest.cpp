@@ -6,7 +6,6 @@
 // written; stand-ins by Fontconfig's aliases.
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -15,71 +14,15 @@
 #include "shared/fonts/StrokedFace.h"
 #include "shared/fonts/SystemFaceInfo.h"
 #include "shared/fonts/TrueTypeFaceInfo.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/fonts/posix/FontFolder.h"
 
 namespace shr {
 namespace {
 
-const char* const SANS = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
-const char* const MONO = "/usr/share/fonts/truetype/dejavu/DejaVuSansMono.ttf";
+using test::MONO;
+using test::SANS;
 
-/// Sets an environment variable for the time of a block.
-class Variable {
-public:
-  Variable(const char* name, const std::string& value) : name_(name) {
-    const char* const before = getenv(name);
-    had_ = before != nullptr;
-    if (had_) before_ = before;
-    setenv(name, value.c_str(), 1);
-  }
-  ~Variable() { had_ ? setenv(name_, before_.c_str(), 1) : unsetenv(name_); }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-
-private:
-  const char* name_;
-  std::string before_;
-  bool had_ = false;
-};
-
-/// A machine with the fonts of one folder alone, and a home of its own.
-class FontFiles : public testing::Test {
-protected:
-  FontFiles()
-      : configuration_("FONTCONFIG_FILE", WriteConfiguration("")),
-        cacheHome_("XDG_CACHE_HOME", folder_.Path(L"cache").ToUtf8()) {
-    if (!std::filesystem::exists(SANS)) throw std::runtime_error("install fonts-dejavu-core");
-  }
-  ~FontFiles() override { CSystemFaceInfo::Instance(); }
-
-  std::string WriteConfiguration(const std::string& rules) {
-    const GString file = folder_.Path(L"fonts.conf");
-    std::filesystem::create_directory(test::ToFilesystemPath(folder_.Path(L"fonts")));
-    test::WriteBytes(file, "<fontconfig><dir>" + folder_.Path(L"fonts").ToUtf8() +
-                               "</dir><cachedir>" + folder_.Path(L"fc").ToUtf8() + "</cachedir>" +
-                               rules + "</fontconfig>");
-    return file.ToUtf8();
-  }
-  GString FontPath(const std::string& name) const {
-    return folder_.Path(L"fonts") + L"/" + GString::FromUtf8(name);
-  }
-  void Install(const char* file, const std::string& name) {
-    test::WriteBytes(FontPath(name), test::ReadBytes(GString::FromUtf8(file)));
-  }
-  static std::vector<GString> Families() {
-    std::vector<GString> names;
-    for (const platform::FontDescription& font : platform::ListFonts().fonts) {
-      names.push_back(font.family);
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-  }
-  GString CacheFile() const { return folder_.Path(L"cache") + L"/shared/faces-1"; }
-
-  test::TemporaryFolder folder_;
-  Variable configuration_;
-  Variable cacheHome_;
-};
+class FontFiles : public test::FontFolder {};
 
 TEST_F(FontFiles, withoutFontsTheStrokedFaceServes) {
   EXPECT_TRUE(Families().empty());
