@@ -12,7 +12,7 @@ build=(g++ cmake ninja-build libicu-dev libboost1.81-dev libfreetype-dev libfont
        libfribidi-dev)
 examples=(libcli11-dev)
 # Letters of the scripts that tests lay out: Latin, Arabic, Hebrew; Devanagari; Chinese, Japanese; Korean; emoji.
-fonts=(fonts-dejavu-core fonts-lohit-deva fonts-droid-fallback fonts-alee fonts-symbola)
+fonts=(fonts-dejavu-core fonts-liberation fonts-lohit-deva fonts-droid-fallback fonts-alee fonts-symbola)
 windows=(g++-mingw-w64-x86-64-posix)
 clang=(clang libclang-rt-14-dev)
 
