@@ -4,15 +4,23 @@
 #include "shared/mathtext/FaceTextIF.h"
 
 #include <algorithm>
+#include <functional>
+#include <string>
+#include <unordered_map>
 
 #include "shared/fonts/FaceInfo.h"
 #include "shared/fonts/FaceSet.h"
+#include "shared/fonts/SystemFaceInfo.h"
+#include "shared/fonts/TextCharacters.h"
 
 namespace shr {
 namespace {
 
 /// As many faces as labels of one map alternate between.
 constexpr std::size_t MAX_KNOWN_FACES = 8;
+/// What is remembered of texts that are shaped: labels are not longer.
+constexpr std::size_t MAX_KNOWN_TEXTS = 4096;
+constexpr std::size_t MAX_KNOWN_LENGTH = 64;
 
 bool IsSame(const TextFace& a, const TextFace& b) {
   return a.weight == b.weight && a.italic == b.italic && a.charset == b.charset &&
@@ -28,18 +36,52 @@ MTLineMetrics EmMetrics(const CFaceInfo& face) {
           underline.thickness, strikeout.begin.y, strikeout.thickness};
 }
 
+bool IsPlain(std::wstring_view text) {
+  while (!text.empty()) {
+    if (!IsSimple(NextCharacter(text))) return false;
+  }
+  return true;
+}
+
+struct TextHash {
+  using is_transparent = void;
+  std::size_t operator()(std::wstring_view text) const {
+    return std::hash<std::wstring_view>()(text);
+  }
+};
+
 }  // namespace
 
 struct CMTFaceTextIF::KnownFace {
+  double GetEmExtent(std::wstring_view text);
+
   TextFace request;
+  std::shared_ptr<CFaceInfo> face;
   MTLineMetrics metrics;
   double averageWidth;
+  std::unordered_map<std::wstring, double, TextHash, std::equal_to<>> extents;  // of shaped texts
 };
+
+/// Returns what `MeasureText` does.
+double CMTFaceTextIF::KnownFace::GetEmExtent(std::wstring_view text) {
+  double extent = 0;
+  if (IsPlain(text) && face->CalcEmExtentOfKnown(text, extent) == text.size()) return extent;
+  const auto known = extents.find(text);
+  if (known != extents.end()) return known->second;
+  extent = MeasureText(text, request);
+  if (text.size() > MAX_KNOWN_LENGTH) return extent;
+  if (extents.size() >= MAX_KNOWN_TEXTS) extents.clear();
+  extents.emplace(text, extent);
+  return extent;
+}
 
 CMTFaceTextIF::CMTFaceTextIF() = default;
 CMTFaceTextIF::~CMTFaceTextIF() = default;
 
-const CMTFaceTextIF::KnownFace& CMTFaceTextIF::Face() {
+CMTFaceTextIF::KnownFace& CMTFaceTextIF::Face() {
+  const unsigned int generation = CSystemFaceInfo::Instance().GetGeneration();
+  if (generation != generation_) known_.clear();
+  generation_ = generation;
   const TextFace& request = GetAttributes().face;
   const auto found = std::find_if(known_.begin(), known_.end(), [&](const auto& known) {
     return IsSame(known->request, request);
@@ -50,7 +92,7 @@ const CMTFaceTextIF::KnownFace& CMTFaceTextIF::Face() {
   }
   const std::shared_ptr<CFaceInfo> face = FaceSet::Get(request)->GetPrimary();
   auto known = std::make_unique<KnownFace>(
-      KnownFace{request, EmMetrics(*face), face->GetOTM().averageWidth});
+      KnownFace{request, face, EmMetrics(*face), face->GetOTM().averageWidth, {}});
   if (known_.size() == MAX_KNOWN_FACES) known_.pop_back();
   return **known_.insert(known_.begin(), std::move(known));
 }
@@ -60,7 +102,7 @@ MTLineMetrics CMTFaceTextIF::GetLineMetrics() {
 }
 
 double CMTFaceTextIF::GetTextExtent(std::wstring_view text) {
-  return MeasureText(text, GetAttributes().face) * GetAttributes().height;
+  return Face().GetEmExtent(text) * GetAttributes().height;
 }
 
 Box2d CMTFaceTextIF::GetTextBounds(std::wstring_view text) {
@@ -74,9 +116,5 @@ double CMTFaceTextIF::GetAverageCharWidth() {
 
 void CMTFaceTextIF::DrawString(const Vec2d&, std::wstring_view) {}
 void CMTFaceTextIF::DrawLine(const Vec2d&, const Vec2d&, double) {}
-
-void CMTFaceTextIF::Forget() {
-  known_.clear();
-}
 
 }  // namespace shr

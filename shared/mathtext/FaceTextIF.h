@@ -12,8 +12,9 @@
 ///     const Box2d box = label->GetInternalBBox(measure);
 ///
 /// Text is measured as shared/fonts/TextLayout.h lays it out. Where there are no fonts the stroked
-/// text face serves. The face of the last attributes is remembered until `Forget`; one interface
-/// looks up a face once, not once a label.
+/// text face serves. The faces used last are remembered with their metrics and the extents of short
+/// texts that need shaping or other faces, so that labels met before are looked up and shaped no
+/// more, until the faces are collected anew (`CSystemFaceInfo::Refresh`).
 ///
 /// Threads: one thread an interface.
 
@@ -45,15 +46,13 @@ public:
   void DrawString(const Vec2d& baselineBegin, std::wstring_view text) override;
   void DrawLine(const Vec2d& from, const Vec2d& to, double thickness) override;
 
-  /// Forgets what is known of faces, to be called after `CSystemFaceInfo::Refresh`.
-  void Forget();
-
 private:
   struct KnownFace;
 
-  const KnownFace& Face();
+  KnownFace& Face();
 
   std::vector<std::unique_ptr<KnownFace>> known_;  // the last used first
+  unsigned int generation_ = 0;                    // of the faces, when they were looked up
 };
 
 }  // namespace shr

@@ -96,8 +96,28 @@ TEST(MathTextIF, facesMeasureTimesTheHeight) {
     EXPECT_DOUBLE_EQ(40 * face.CalcEmUnderscoreLine(L"x").begin.y, metrics.underlinePosition);
     EXPECT_DOUBLE_EQ(40 * face.CalcEmStrikeoutLine(L"x").thickness, metrics.strikeoutThickness);
     EXPECT_DOUBLE_EQ(40 * face.GetOTM().averageWidth, measure.GetAverageCharWidth());
-    measure.Forget();
-    EXPECT_EQ(metrics.ascent, measure.GetLineMetrics().ascent);
+  }
+}
+
+TEST(MathTextIF, remembersTextsAsTheyAreMeasured) {
+  const char* const texts[] = {
+      "Oslo", "", "\xE4\xB8\x8A\xE6\xB5\xB7",
+      "\xD8\xA7\xD9\x84\xD9\x82\xD8\xA7\xD9\x87\xD8\xB1\xD8\xA9 Cairo",
+      "\xE0\xA4\xB9\xE0\xA4\xBF\xE0\xA4\xA8\xE0\xA5\x8D\xE0\xA4\xA6\xE0\xA5\x80"};
+  CMTFaceTextIF measure;
+  for (int round = 0; round < 3; ++round) {
+    for (const wchar_t* const name : {L"Arial", L"Times New Roman"}) {
+      MTAttributes attributes;
+      attributes.face.name = name;
+      measure.SetAttributes(attributes);
+      for (const char* const utf8 : texts) {
+        GString text = GString::FromUtf8(utf8);
+        EXPECT_DOUBLE_EQ(12 * MeasureText(text, attributes.face), measure.GetTextExtent(text));
+        for (int i = 0; i < 30; ++i) text += text.substr(0, 4);
+        EXPECT_DOUBLE_EQ(12 * MeasureText(text, attributes.face), measure.GetTextExtent(text));
+      }
+    }
+    CSystemFaceInfo::Instance().Refresh();
   }
 }
 
