@@ -59,7 +59,8 @@ constexpr Sample SCRIPTS[] = {
     {"japanese", L"{\\b 東京} \\fs70 とうきょう、オオサカ", L"Japanese"},
     {"korean", L"{\\b 서울} \\fs70 부산, 평양", L"Korean"},
     {"thai", L"{\\b กรุงเทพฯ} \\fs70 เชียงใหม่", L"Thai"},
-    {"georgian", L"{\\b თბილისი} \\fs70 Երևան", L"Georgian and Armenian"},
+    {"georgian", L"{\\b თბილისი} \\fs70 ქუთაისი, ბათუმი", L"Georgian"},
+    {"armenian", L"{\\b Երևան} \\fs70 Գյումրի, Վանաձոր", L"Armenian"},
     {"emoji", L"{\\b 🌍} \\fs70 🌋 🗻 ⚓ ☂", L"Signs and emoji, in one color"},
 };
 

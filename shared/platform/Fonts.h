@@ -19,6 +19,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -122,6 +123,8 @@ struct GlyphMetrics {
 
 struct OutlinePoint {
   double x = 0, y = 0;
+
+  friend bool operator==(const OutlinePoint& a, const OutlinePoint& b) = default;
 };
 
 /// A step of an outline, and how many points it takes.
@@ -138,7 +141,10 @@ struct GlyphOutline {
   std::vector<OutlineVerb> verbs;
   std::vector<OutlinePoint> points;
 
-  void Move(double x, double y) { Add(OutlineVerb::Move, {x, y}); }
+  void Move(double x, double y) {
+    start_ = points.size();
+    Add(OutlineVerb::Move, {x, y});
+  }
   void Line(double x, double y) { Add(OutlineVerb::Line, {x, y}); }
   void Quadratic(OutlinePoint control, OutlinePoint end) {
     points.push_back(control);
@@ -149,13 +155,22 @@ struct GlyphOutline {
     points.push_back(second);
     Add(OutlineVerb::Cubic, end);
   }
-  void Close() { verbs.push_back(OutlineVerb::Close); }
+  /// Closes the contour, which leads back to its begin; lines that end there already go.
+  void Close() {
+    while (!verbs.empty() && verbs.back() == OutlineVerb::Line && points.back() == points[start_]) {
+      verbs.pop_back();
+      points.pop_back();
+    }
+    verbs.push_back(OutlineVerb::Close);
+  }
 
 private:
   void Add(OutlineVerb verb, OutlinePoint end) {
     verbs.push_back(verb);
     points.push_back(end);
   }
+
+  std::size_t start_ = 0;  // of the contour, among the points
 };
 
 /// Returns the box of the curves themselves, not of their control points; no ink and no advance for

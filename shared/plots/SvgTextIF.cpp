@@ -21,6 +21,8 @@ namespace {
 
 constexpr double EM = 100;  // units of the paths of glyphs
 constexpr double FARTHEST = 1e9;
+/// Text is measured without kerning.
+constexpr const char* NO_KERNING = "font-kerning:none";
 
 /// Appends a number with at most so many decimals.
 void AppendNumber(std::string& text, double value, int decimals = 2) {
@@ -54,15 +56,17 @@ bool IsSymbol(const TextRun& run) {
   return run.face->GetFaceType() == FACE_SYMBOL;
 }
 
-/// Whether `next` can be written in one element with `last`, which stands before it.
+/// Whether `next` can be written in one element with `last`, which stands left of it.
 bool Continues(const TextRun& last, const TextRun& next) {
-  return !last.isRightToLeft && !next.isRightToLeft && !IsSymbol(last) && !IsSymbol(next) &&
-         last.begin + last.length == next.begin;
+  if (last.isRightToLeft != next.isRightToLeft || IsSymbol(last) || IsSymbol(next)) return false;
+  return last.isRightToLeft ? next.begin + next.length == last.begin
+                            : last.begin + last.length == next.begin;
 }
 
 std::wstring_view TextOf(std::span<const TextRun> piece, std::wstring_view text) {
-  const std::size_t begin = piece.front().begin;
-  return text.substr(begin, piece.back().begin + piece.back().length - begin);
+  std::size_t length = 0;
+  for (const TextRun& run : piece) length += run.length;
+  return text.substr(std::min(piece.front().begin, piece.back().begin), length);
 }
 
 double AdvanceOf(std::span<const TextRun> piece) {
@@ -101,22 +105,34 @@ const wchar_t* GenericFamily(unsigned char pitchAndFamily) {
 
 /// Returns the value of `font-family`: what was asked for, what serves it here, and what any
 /// machine has.
-std::wstring FamiliesOf(std::span<const TextRun> piece, const TextFace& asked) {
-  std::vector<GString> names;
-  const auto add = [&names](const GString& name) {
-    const auto isName = [&name](const GString& other) { return CompareNoCase(other, name) == 0; };
-    if (!name.empty() && std::none_of(names.begin(), names.end(), isName)) names.push_back(name);
-  };
-  add(asked.name);
-  for (const TextRun& run : piece) add(run.face->GetFaceName());
+std::wstring FamiliesOf(const TextRun& run, const TextFace& asked) {
+  const GString& own = run.face->GetFaceName();
   std::wstring list;
-  for (const GString& name : names) {
+  for (const GString& name : {asked.name, own}) {
+    if (name.empty() || (!list.empty() && CompareNoCase(name, asked.name) == 0)) continue;
     AppendCssString(list, name);
     list += L", ";
   }
-  const unsigned char own = piece.front().face->GetAttributes().pitchAndFamily;
   const bool isAsked = (asked.pitchAndFamily & platform::FAMILY_MASK) != 0;
-  return list + GenericFamily(isAsked ? asked.pitchAndFamily : own);
+  const CFaceInfo& face = *run.face;
+  return list + GenericFamily(isAsked ? asked.pitchAndFamily : face.GetAttributes().pitchAndFamily);
+}
+
+/// Returns the content of a text in the order of reading. Runs in other families than `families`
+/// get spans of their own.
+std::string SpansOf(std::span<const TextRun> piece, std::wstring_view text, const TextFace& asked,
+                    const std::wstring& families) {
+  std::vector<const TextRun*> runs;
+  for (const TextRun& run : piece) runs.push_back(&run);
+  if (piece.front().isRightToLeft) std::reverse(runs.begin(), runs.end());
+  std::string content;
+  for (const TextRun* const run : runs) {
+    const std::string words = SvgEscape(text.substr(run->begin, run->length));
+    const std::wstring own = FamiliesOf(*run, asked);
+    const std::string span = "<tspan font-family=\"" + SvgEscape(own) + "\">";
+    content += own == families ? words : span + words + "</tspan>";
+  }
+  return content;
 }
 
 /// Sets a flag until the scope is left.
@@ -149,7 +165,11 @@ void CMTSvgTextIF::SetHalo(const Color4b& color, double width) {
 
 void CMTSvgTextIF::DrawLabel(CMTElement& element, const Vec2d& anchor) {
   svg_.Begin("g");
-  if (mode_ == SvgTextMode::Outlines) WriteSummary(element.GetSimpleText());
+  if (mode_ == SvgTextMode::Outlines) {
+    WriteSummary(element.GetSimpleText());
+  } else {
+    svg_.Attribute("style", NO_KERNING);
+  }
   {
     const FlagScope scope(isInLabel_);
     element.DrawUsingTextIF(*this, anchor);
@@ -201,8 +221,9 @@ void CMTSvgTextIF::WriteText(const Vec2d& begin, std::wstring_view text, const P
     svg_.Attribute("direction", "rtl").Attribute("text-anchor", "end");
   }
   svg_.Attribute("x", NumberText(x));
+  const std::wstring families = FamiliesOf(piece.front(), attributes.face);
   if (!inheritsStyle_ || !attributes.face.name.empty()) {
-    svg_.TextAttribute("font-family", FamiliesOf(piece, attributes.face));
+    svg_.TextAttribute("font-family", families);
   }
   svg_.Attribute("font-size", NumberText(attributes.height));
   if (attributes.face.weight != 400) {
@@ -214,9 +235,10 @@ void CMTSvgTextIF::WriteText(const Vec2d& begin, std::wstring_view text, const P
   if (width > 0) {
     svg_.Attribute("textLength", NumberText(width)).Attribute("lengthAdjust", "spacingAndGlyphs");
   }
+  if (!isInLabel_) svg_.Attribute("style", NO_KERNING);
   // Otherwise blanks at the ends and repeated ones would be dropped.
   if (words.find(L' ') != std::wstring_view::npos) svg_.Attribute("xml:space", "preserve");
-  svg_.Text(words).End();
+  svg_.Raw(SpansOf(piece, text, attributes.face, families)).End();
 }
 
 void CMTSvgTextIF::WriteOutlines(const Vec2d& begin, std::wstring_view text, const Piece& piece) {

@@ -15,8 +15,9 @@
 ///
 /// Units: user units of the picture; since y of math text goes upwards, the place (x, y) of the
 /// picture is (x, -y) here. Places are rounded to hundredths, glyphs to a ten thousandth of the em.
-/// Bytes: the same on both targets where all faces are the same files; places turned by other than
-/// quarter turns may differ by one in the last digit. Threads: one thread an object.
+/// Bytes: the same on both targets where the faces, also those fallen back on, are the same files
+/// and the text needs no shaping; places turned by other than quarter turns may differ by one in
+/// the last digit. Threads: one thread an object.
 
 #pragma once
 

@@ -86,7 +86,8 @@ TEST(SvgTextIF, writesTextAsWideAsItWasMeasured) {
   const std::string svg = picture.Take();
   EXPECT_TRUE(Has(svg, "<text y=\"2.35\" x=\"1\" font-family=\"'DejaVu Sans'")) << svg;
   EXPECT_TRUE(Has(svg, " font-size=\"12.5\" fill=\"#b22222\" textLength=\"")) << svg;
-  EXPECT_TRUE(Has(svg, "xml:space=\"preserve\">a &lt;b</text>")) << svg;
+  EXPECT_TRUE(Has(svg, " style=\"font-kerning:none\" xml:space=\"preserve\">a &lt;b</text>"))
+      << svg;
   const std::size_t at = svg.find("textLength=\"") + 12;
   EXPECT_NEAR(std::stod(svg.substr(at)), width, 0.005 + 1e-9);
 }
@@ -187,7 +188,45 @@ TEST(SvgTextIF, labelsInOutlinesTellTheirText) {
   const std::string text = LabelIn(SvgTextMode::Text, markup);
   EXPECT_EQ(CountOf(text, "<text "), 3u) << text;
   EXPECT_EQ(CountOf(text, "aria-label"), 0u);
+  EXPECT_EQ(CountOf(text, "font-kerning"), 1u);
   EXPECT_EQ(test::FaultOfXml(text), "");
+}
+
+/// The text of all `<text>` elements in their order, each in brackets,
+/// "{" where it runs from right to left.
+std::wstring WordsOf(const std::string& svg) {
+  std::string words;
+  for (std::size_t at = svg.find("<text "); at != svg.npos; at = svg.find("<text ", at)) {
+    const std::size_t end = svg.find("</text>", at);
+    const bool isRightToLeft = svg.substr(at, end - at).find("\"rtl\"") != svg.npos;
+    words += isRightToLeft ? '{' : '[';
+    for (bool isTag = true; at < end; ++at) {
+      if (svg[at] == '<') isTag = true;
+      if (!isTag) words += svg[at];
+      if (svg[at] == '>') isTag = false;
+    }
+    words += ']';
+  }
+  return GString::FromUtf8(words).String();
+}
+
+TEST(SvgTextIF, writesOneElementForWhatIsReadInOneDirection) {
+  const struct {
+    const wchar_t* text;
+    const wchar_t* words;
+  } rows[] = {
+      {L"abc", L"[abc]"},
+      {L"a \u2693 \u05d0 b", L"[a \u2693 ]{\u05d0][ b]"},
+      {L"\u05d0\u05d1, \u0627!", L"{\u05d0\u05d1, \u0627!]"},
+      {L"\u05d0 12 \u05d1", L"{ \u05d1][12]{\u05d0 ]"},
+  };
+  for (const auto& row : rows) {
+    Picture picture(SvgTextMode::Text);
+    picture.Set(L"", 10);
+    picture.output.DrawString(Vec2d(0, 0), row.text);
+    const std::string svg = picture.Take();
+    EXPECT_EQ(GString(WordsOf(svg)).ToUtf8(), GString(row.words).ToUtf8()) << svg;
+  }
 }
 
 TEST(SvgTextIF, refusesAHaloThatIsNone) {

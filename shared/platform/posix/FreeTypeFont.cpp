@@ -230,7 +230,9 @@ bool FreeTypeFont::GetOutline(std::uint32_t glyph, GlyphOutline& outline) {
   steps.line_to = OutlineSink::Line;
   steps.conic_to = OutlineSink::Quadratic;
   steps.cubic_to = OutlineSink::Cubic;
-  OutlineSink sink{{}, em_};
+  // Twice as large, so that ends half way between two control points are not rounded.
+  steps.shift = 1;
+  OutlineSink sink{{}, 2 * em_};
   if (LoadFreeType()->FT_Outline_Decompose(&face_->glyph->outline, &steps, &sink) != 0) {
     return false;
   }

@@ -17,15 +17,20 @@ LOGFONTW LogicalFont(std::wstring_view family, long height) {
   return font;
 }
 
-SelectedFont::SelectedFont(const FontDescription& description) {
-  constexpr long ANY_HEIGHT = -1000;
-  if (device_.Get() == nullptr) return;
-  LOGFONTW font = LogicalFont(description.family, ANY_HEIGHT);
+LOGFONTW LogicalFont(const FontDescription& description, long height) {
+  LOGFONTW font = LogicalFont(description.family, height);
   font.lfWeight = description.weight;
   font.lfItalic = description.italic;
   if ((description.charsets & ~CharsetBit(DEFAULT_CHARACTERS)) == CharsetBit(SYMBOL_CHARACTERS)) {
     font.lfCharSet = SYMBOL_CHARSET;
   }
+  return font;
+}
+
+SelectedFont::SelectedFont(const FontDescription& description) {
+  constexpr long ANY_HEIGHT = -1000;
+  if (device_.Get() == nullptr) return;
+  const LOGFONTW font = LogicalFont(description, ANY_HEIGHT);
   if (!Select(font, ANY_HEIGHT) || !ReadMetrics()) return;
   const long em = static_cast<long>(GetMetrics().otmEMSquare);
   if (em <= 0 || !Select(font, -em) || !ReadMetrics()) return;

@@ -37,8 +37,9 @@ private:
   HDC dc_;
 };
 
-/// Returns the description of an outline font of that family for GDI.
+/// Returns the description of an outline font of that family, or of a listed one, for GDI.
 LOGFONTW LogicalFont(std::wstring_view family, long height);
+LOGFONTW LogicalFont(const FontDescription& description, long height);
 
 /// Looks a function of a loaded library up; false when it has none of that name.
 template <typename Function>
