@@ -48,6 +48,8 @@ ArgumentOption& ArgumentOption::Check(std::function<GString(const GString&)> fin
 ArgumentParser::ArgumentParser(const char* program, const char* purpose, const char* version)
     : app_(std::make_unique<CLI::App>(purpose, program)) {
   app_->set_version_flag("--version", std::string(program) + " " + version);
+  // A path such as "/data" is none of the program's options, on Windows neither.
+  app_->allow_windows_style_options(false);
 }
 
 ArgumentParser::~ArgumentParser() = default;
