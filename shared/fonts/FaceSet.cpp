@@ -23,6 +23,8 @@ constexpr std::uint16_t UNKNOWN_FACE = 0xFFFF;
 /// Beyond them what is remembered is forgotten and learnt again.
 constexpr std::size_t MOST_SETS = 256;
 constexpr std::size_t MOST_CLUSTERS = 4096;
+constexpr std::size_t MOST_TEXTS = 16384;
+constexpr std::size_t LONGEST_TEXT = 64;
 
 /// As many as have numbers besides the requested one and the stroked one.
 constexpr std::size_t MOST_OTHERS = UNKNOWN_FACE - 2;
@@ -214,13 +216,27 @@ FaceSet::FaceNumber FaceSet::FindCharacter(char32_t character) {
 FaceSet::FaceNumber FaceSet::FindCluster(std::wstring_view cluster, char32_t base) {
   const FaceNumber first = FindCharacter(base);
   if (HasAll(*FaceOf(first), cluster)) return first;
-  const std::wstring key(cluster);
-  if (const auto found = clusters_.find(key); found != clusters_.end()) return found->second;
+  if (const auto found = clusters_.find(cluster); found != clusters_.end()) return found->second;
   FaceNumber face = Search(cluster);
   if (face == UNKNOWN_FACE) face = first;
   if (clusters_.size() >= MOST_CLUSTERS) clusters_.clear();
-  clusters_.emplace(key, face);
+  clusters_.emplace(cluster, face);
   return face;
+}
+
+bool FaceSet::Recall(std::wstring_view text, Measure& measure) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  const auto found = measures_.find(text);
+  if (found == measures_.end()) return false;
+  measure = found->second;
+  return true;
+}
+
+void FaceSet::Remember(std::wstring_view text, const Measure& measure) {
+  if (text.size() > LONGEST_TEXT) return;
+  const std::lock_guard<std::mutex> lock(mutex_);
+  if (measures_.size() >= MOST_TEXTS) measures_.clear();
+  measures_.emplace(text, measure);
 }
 
 /// Collects the faces that may be fallen back on: outline faces, without those that stand in for

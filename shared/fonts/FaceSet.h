@@ -3,7 +3,7 @@
 
 /// @file
 /// `FaceSet`, the face that a request gets and those that it falls back on, remembered for each
-/// character.
+/// character, and the measures of shaped texts.
 ///
 ///     const std::shared_ptr<FaceSet> faces = FaceSet::Get(request);
 ///     const std::shared_ptr<CFaceInfo>& face = faces->Find(text.substr(0, ClusterLength(text)));
@@ -21,6 +21,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -30,6 +31,7 @@
 
 #include "shared/fonts/FaceInfo.h"
 #include "shared/fonts/TextLayout.h"
+#include "shared/geometry/Box2.h"
 
 namespace shr {
 
@@ -48,7 +50,27 @@ public:
   /// Lifetime: as the set.
   const std::shared_ptr<CFaceInfo>& Find(std::wstring_view cluster);
 
+  /// What is remembered of a text that had to be shaped.
+  struct Measure {
+    double advance = 0;
+    Box2d ink;
+  };
+  /// Returns false, `measure` unchanged, for a text that is not remembered.
+  bool Recall(std::wstring_view text, Measure& measure);
+  /// Remembers a text; long ones are not kept, and all go when there are many.
+  void Remember(std::wstring_view text, const Measure& measure);
+
 private:
+  /// Lets maps of texts be searched without making a key.
+  struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::wstring_view text) const {
+      return std::hash<std::wstring_view>()(text);
+    }
+  };
+  template <typename Value>
+  using TextMap = std::unordered_map<std::wstring, Value, TextHash, std::equal_to<>>;
+
   using FaceNumber = std::uint16_t;
   struct Page;
 
@@ -66,7 +88,8 @@ private:
   std::vector<std::shared_ptr<CFaceInfo>> others_;  // from number 1 on, as they are asked
   bool hasOthers_ = false;                          // they are collected when first needed
   std::unordered_map<char32_t, std::unique_ptr<Page>> pages_;
-  std::unordered_map<std::wstring, FaceNumber> clusters_;
+  TextMap<FaceNumber> clusters_;
+  TextMap<Measure> measures_;
 };
 
 }  // namespace shr

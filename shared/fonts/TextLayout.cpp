@@ -152,28 +152,46 @@ TextItem WholeOf(std::wstring_view text) {
   return {0, text.size(), 0, 0};
 }
 
+TextLayout Lay(std::wstring_view text, FaceSet& faces, TextDirection direction) {
+  TextLayout layout;
+  if (direction != TextDirection::RightToLeft && IsPlain(text)) {
+    AddItem(text, WholeOf(text), faces, layout);
+    return layout;
+  }
+  for (const TextItem& item : OrderText(text, direction)) AddItem(text, item, faces, layout);
+  return layout;
+}
+
 void ExtendBy(Box2d& box, const GlyphMetrics& glyph, double x, double y) {
   if (!glyph.HasInk()) return;
   box.ExtendBy(Vec2d(x + glyph.xMin, y + glyph.yMin));
   box.ExtendBy(Vec2d(x + glyph.xMax, y + glyph.yMax));
 }
 
+/// Measures a text that must be shaped, unless it is remembered.
+FaceSet::Measure MeasureShaped(std::wstring_view text, FaceSet& faces) {
+  FaceSet::Measure measure;
+  if (faces.Recall(text, measure)) return measure;
+  const TextLayout layout = Lay(text, faces, TextDirection::Auto);
+  measure.advance = layout.advance;
+  for (const TextRun& run : layout.runs) {
+    for (const PlacedGlyph& placed : run.glyphs) {
+      ExtendBy(measure.ink, GetGlyphMetrics(run, placed), placed.x, placed.y);
+    }
+  }
+  faces.Remember(text, measure);
+  return measure;
+}
+
 }  // namespace
 
 TextLayout LayoutText(std::wstring_view text, const TextFace& face, TextDirection direction) {
-  const std::shared_ptr<FaceSet> faces = FaceSet::Get(face);
-  TextLayout layout;
-  if (direction != TextDirection::RightToLeft && IsPlain(text)) {
-    AddItem(text, WholeOf(text), *faces, layout);
-    return layout;
-  }
-  for (const TextItem& item : OrderText(text, direction)) AddItem(text, item, *faces, layout);
-  return layout;
+  return Lay(text, *FaceSet::Get(face), direction);
 }
 
 double MeasureText(std::wstring_view text, const TextFace& face) {
-  if (!IsPlain(text)) return LayoutText(text, face).advance;
   const std::shared_ptr<FaceSet> faces = FaceSet::Get(face);
+  if (!IsPlain(text)) return MeasureShaped(text, *faces).advance;
   double extent = 0;
   if (faces->GetPrimary()->CalcEmExtentOfKnown(text, extent) == text.size()) return extent;
   extent = 0;
@@ -185,24 +203,16 @@ double MeasureText(std::wstring_view text, const TextFace& face) {
 }
 
 Box2d MeasureTextBounds(std::wstring_view text, const TextFace& face) {
+  const std::shared_ptr<FaceSet> faces = FaceSet::Get(face);
+  if (!IsPlain(text)) return MeasureShaped(text, *faces).ink;
   Box2d box;
-  if (IsPlain(text)) {
-    const std::shared_ptr<FaceSet> faces = FaceSet::Get(face);
-    double x = 0;
-    PartReader reader(*faces, text, WholeOf(text));
-    for (Part part; reader.Next(part);) {
-      const std::wstring_view piece = text.substr(part.begin, part.end - part.begin);
-      const Box2d ink = (*part.face)->CalcEmBounds(piece);
-      if (!ink.IsEmpty())
-        box.ExtendBy(Box2d(ink.xMin() + x, ink.yMin(), ink.xMax() + x, ink.yMax()));
-      x += (*part.face)->CalcEmExtent(piece);
-    }
-    return box;
-  }
-  for (const TextRun& run : LayoutText(text, face).runs) {
-    for (const PlacedGlyph& placed : run.glyphs) {
-      ExtendBy(box, GetGlyphMetrics(run, placed), placed.x, placed.y);
-    }
+  double x = 0;
+  PartReader reader(*faces, text, WholeOf(text));
+  for (Part part; reader.Next(part);) {
+    const std::wstring_view piece = text.substr(part.begin, part.end - part.begin);
+    const Box2d ink = (*part.face)->CalcEmBounds(piece);
+    if (!ink.IsEmpty()) box.ExtendBy(Box2d(ink.xMin() + x, ink.yMin(), ink.xMax() + x, ink.yMax()));
+    x += (*part.face)->CalcEmExtent(piece);
   }
   return box;
 }

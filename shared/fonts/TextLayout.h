@@ -95,8 +95,9 @@ enum class TextDirection {
 [[nodiscard]] SHARED_API TextLayout LayoutText(std::wstring_view text, const TextFace& face,
                                                TextDirection direction = TextDirection::Auto);
 
-/// Returns the advance of the text, always that of `LayoutText`. Cost: O(length); for text that
-/// needs no shaping no memory is taken once its characters were met.
+/// Returns the advance of the text, always that of `LayoutText`. Cost: O(length); no memory is
+/// taken for text that needs no shaping once its characters were met, nor for other text of up to
+/// 64 code units once it was met itself (the last 16,384 in a face are remembered, or fewer).
 [[nodiscard]] SHARED_API double MeasureText(std::wstring_view text, const TextFace& face);
 
 /// Returns the box of what is drawn of the text, its pen starting at the origin; the empty box when
