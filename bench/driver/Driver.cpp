@@ -135,6 +135,7 @@ bool RunAll(const Options& options) {
     for (int repetition = 0; repetition < options.repetitions; ++repetition) {
       if (repetition > 0) state = RunOnce(instance, rounds);
       WriteResult(out, instance, state, isFirst);
+      std::fflush(out);  // what is measured stays when the program is ended before its end
       isFirst = false;
     }
   }

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
+#include <map>
 #include <tuple>
 #include <utility>
 
@@ -152,13 +153,15 @@ void CSystemFaceInfo::CollectTrueTypeFaceInfo(FaceList& faces) {
 
 void CSystemFaceInfo::CollectSYMSetFaceInfo(FaceList& faces) {
   const std::vector<CSYMSetInfo> table = CSYMSetInfo::GetTable();
+  std::map<GString, bool> readable;  // a file may hold many sets, and looking for it takes time
   for (std::size_t i = 0; i < table.size(); ++i) {
-    const GString path = LocateSymbolSet(table[i].GetFileName());
-    if (IsFileReadable(path)) {
+    const auto [file, isNew] = readable.try_emplace(table[i].GetFileName(), false);
+    if (isNew) file->second = IsFileReadable(LocateSymbolSet(file->first));
+    if (file->second) {
       faces.push_back(std::make_shared<CSYMFaceInfo>(i));
     } else {
       g_Logger.SendVA(LogWarning, L"The symbol set '%s' is left out: '%s' cannot be read.",
-                      table[i].GetDisplayName(), path);
+                      table[i].GetDisplayName(), LocateSymbolSet(file->first));
     }
   }
 }
