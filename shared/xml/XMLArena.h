@@ -2,13 +2,17 @@
 // Copyright (c) 2026 The Shared authors
 
 /// @file
-/// The memory of a tree of `XMLNode`, for shared/xml/XMLNode.cpp only: taken in large blocks, given
-/// back when the last node is gone.
+/// The memory of a tree of `XMLNode`, for the sources of shared/xml only: taken in large blocks,
+/// given back when the last user is gone.
 ///
 ///     XMLArena* const arena = XMLArena::Make();       // has no users yet
 ///     arena->AddUser();
-///     char* const text = static_cast<char*>(arena->Take(5, 1));
+///     auto* const places = static_cast<int*>(arena->Take(5 * sizeof(int), alignof(int)));
+///     std::string_view name = arena->Keep("name");
 ///     arena->RemoveUser();                            // the last one: all memory goes
+///
+/// Records and text lie in blocks of their own, so that what grows at the end of either does so in
+/// place while the other is taken from, and text needs no padding.
 ///
 /// Threads: users come and go on any thread; memory is taken by one at a time.
 
@@ -20,6 +24,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <mutex>
 #include <string_view>
 #include <vector>
 
@@ -34,75 +39,110 @@ public:
     if (users_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
   }
 
-  /// Returns memory for `size` bytes. Requires: `alignment` is a power of two up to 16.
+  /// Returns memory for records. Requires: `alignment` is a power of two up to 16.
   void* Take(std::size_t size, std::size_t alignment) {
-    const std::size_t padding = -reinterpret_cast<std::uintptr_t>(next_) & (alignment - 1);
-    if (padding + size > static_cast<std::size_t>(end_ - next_)) return TakeFromNewBlock(size);
-    char* const taken = next_ + padding;
-    next_ = taken + size;
+    const std::size_t padding = -reinterpret_cast<std::uintptr_t>(records_.next) & (alignment - 1);
+    if (padding + size > records_.Left()) return TakeFromNewBlock(records_, size);
+    char* const taken = records_.next + padding;
+    records_.next = taken + size;
     return taken;
   }
+  /// Adds `size` bytes behind `end`, the end of the records that were taken last; returns false
+  /// where others were taken since, or there is no room.
+  bool ExtendRecords(const void* end, std::size_t size) noexcept {
+    return records_.Extend(end, size);
+  }
+  /// Takes back the last `size` bytes before `end`; returns false where others were taken since.
+  bool GiveRecordsBack(const void* end, std::size_t size) noexcept {
+    if (end != records_.next) return false;
+    records_.next -= size;
+    return true;
+  }
 
+  /// Returns memory for text.
+  char* TakeText(std::size_t size) {
+    if (size > text_.Left()) return TakeFromNewBlock(text_, size);
+    char* const taken = text_.next;
+    text_.next += size;
+    return taken;
+  }
+  /// Like `ExtendRecords`.
+  bool ExtendText(const char* end, std::size_t size) noexcept { return text_.Extend(end, size); }
   /// Returns a copy of a text.
   std::string_view Keep(std::string_view text) {
     if (text.empty()) return {};
-    char* const copy = static_cast<char*>(Take(text.size(), 1));
+    char* const copy = TakeText(text.size());
     std::memcpy(copy, text.data(), text.size());
     return {copy, text.size()};
   }
 
-  /// Takes back the last `size` bytes before `end`; returns false where others were taken since.
-  bool GiveBack(const char* end, std::size_t size) noexcept {
-    if (end != next_) return false;
-    next_ -= size;
-    return true;
-  }
+  /// Held by those who take memory in calls that may run together.
+  std::mutex& GetMutex() noexcept { return mutex_; }
 
 private:
   static constexpr std::size_t FIRST_BLOCK = 512;
   static constexpr std::size_t LARGEST_BLOCK = 1024 * 1024;
 
+  struct Region {
+    std::size_t Left() const noexcept { return static_cast<std::size_t>(end - next); }
+    bool Extend(const void* at, std::size_t size) noexcept {
+      if (at != next || size > Left()) return false;
+      next += size;
+      return true;
+    }
+
+    char* next = nullptr;
+    char* end = nullptr;
+    std::size_t blockSize = FIRST_BLOCK;
+  };
+
   XMLArena() = default;
   ~XMLArena() = default;
 
-  void* TakeFromNewBlock(std::size_t size) {
+  char* TakeFromNewBlock(Region& region, std::size_t size) {
     // What is large by itself gets a block of its own, and the one in use stays.
-    if (size > blockSize_ / 4) {
+    if (size > region.blockSize / 4) {
       blocks_.push_back(std::make_unique_for_overwrite<char[]>(size));
       return blocks_.back().get();
     }
-    blocks_.push_back(std::make_unique_for_overwrite<char[]>(blockSize_));
-    next_ = blocks_.back().get();
-    end_ = next_ + blockSize_;
-    blockSize_ = std::min(blockSize_ * 2, LARGEST_BLOCK);
-    char* const taken = next_;
-    next_ += size;
+    blocks_.push_back(std::make_unique_for_overwrite<char[]>(region.blockSize));
+    char* const taken = blocks_.back().get();
+    region.next = taken + size;
+    region.end = taken + region.blockSize;
+    region.blockSize = std::min(region.blockSize * 2, LARGEST_BLOCK);
     return taken;
   }
 
   std::atomic<std::size_t> users_ = 0;
-  char* next_ = nullptr;
-  char* end_ = nullptr;
-  std::size_t blockSize_ = FIRST_BLOCK;
+  Region records_;
+  Region text_;
+  std::mutex mutex_;
   std::vector<std::unique_ptr<char[]>> blocks_;
 };
 
-/// Allocates what a handle needs beside its node; each allocation is a user of the arena.
-template <typename T>
+/// Allocates from an arena. What is released one by one is a user of it; what goes with it is none.
+template <typename T, bool IsUser>
 class XMLArenaAllocator {
 public:
   using value_type = T;
+  template <typename U>
+  struct rebind {
+    using other = XMLArenaAllocator<U, IsUser>;
+  };
 
   explicit XMLArenaAllocator(XMLArena* arena) noexcept : arena_(arena) {}
   template <typename U>
-  XMLArenaAllocator(const XMLArenaAllocator<U>& other) noexcept : arena_(other.GetArena()) {}
+  XMLArenaAllocator(const XMLArenaAllocator<U, IsUser>& other) noexcept
+      : arena_(other.GetArena()) {}
 
   T* allocate(std::size_t count) {
     T* const memory = static_cast<T*>(arena_->Take(count * sizeof(T), alignof(T)));
-    arena_->AddUser();
+    if constexpr (IsUser) arena_->AddUser();
     return memory;
   }
-  void deallocate(T*, std::size_t) noexcept { arena_->RemoveUser(); }
+  void deallocate(T*, std::size_t) noexcept {
+    if constexpr (IsUser) arena_->RemoveUser();
+  }
 
   XMLArena* GetArena() const noexcept { return arena_; }
   friend bool operator==(const XMLArenaAllocator& a, const XMLArenaAllocator& b) noexcept {

@@ -11,10 +11,12 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <typeinfo>
 
 #include "shared/diagnostics/ThrowError.h"
 #include "shared/platform/RawFile.h"
 #include "shared/platform/Simd.h"
+#include "shared/xml/XMLNodeBuilding.h"
 
 namespace shr {
 namespace {
@@ -54,6 +56,18 @@ constexpr bool EndsWord(char c) {
 const char* FindWordEnd(const char* first, const char* last) {
   while (first != last && !EndsWord(*first)) ++first;
   return first;
+}
+
+/// Returns the first `c`, or `last`.
+inline const char* Find(const char* first, const char* last, char c) {
+  if (first == last) return last;
+  const void* const found = std::memchr(first, c, static_cast<std::size_t>(last - first));
+  return found == nullptr ? last : static_cast<const char*>(found);
+}
+
+/// Requires: as many bytes as the text has are there.
+inline bool IsSame(const char* bytes, std::string_view text) {
+  return std::memcmp(bytes, text.data(), text.size()) == 0;
 }
 
 constexpr std::string_view QUOTE_ENTITY = "&quot;";
@@ -124,10 +138,13 @@ XMLNode::Handle XMLScanner::Scan() {
       scanner.begin_ = scanner.next_ = scanner.end_ = nullptr;
       scanner.root_.reset();
       scanner.current_.reset();
+      scanner.node_ = nullptr;
     }
   };
   const Ending ending{*this};
+  const bool isOwn = typeid(*this) == typeid(XMLScanner);
   while (state_ != StateEnd) {
+    if (isOwn && state_ == StateValue && !hasUnread_) TakePlainElements();
     switch (state_) {
       case StateValue:
         ReadValue();
@@ -166,9 +183,103 @@ void XMLScanner::Reset(const GString& name) {
   hasUnread_ = false;
   state_ = StateValue;
   root_ = XMLNode::Factory();
-  current_ = root_;
+  SetCurrent(root_);
   fileName_ = name;
   attributeName_.clear();
+}
+
+// The current node.
+
+const XMLNode::Handle& XMLScanner::GetCurrent() const {
+  if (current_.get() != node_) current_ = node_->GetHandle();
+  return current_;
+}
+
+void XMLScanner::SetCurrent(XMLNode::Handle node) {
+  current_ = node == nullptr ? root_ : std::move(node);
+  node_ = current_.get();
+  arena_ = &node_->GetArena();
+}
+
+void XMLScanner::OpenChild() {
+  node_ = XMLNode::Make(*arena_, node_);
+  state_ = StateTagName;
+}
+
+void XMLScanner::CloseCurrent() {
+  if (node_->HasHandle()) {
+    SetCurrent(node_->GetParent());
+  } else {
+    node_ = node_->parent_;
+  }
+  state_ = StateValue;
+}
+
+// The usual way.
+
+void XMLScanner::TakePlainElements() {
+  while (TakePlainTag() && TakePlainAttributes()) {
+  }
+}
+
+/// Returns whether a start tag was begun.
+bool XMLScanner::TakePlainTag() {
+  const char* next = next_;
+  const char* const end = end_;
+  XMLNode* node = node_;
+  bool isBegun = false;
+  while (true) {
+    const char* const tag = Find(next, end, '<');
+    if (tag == end) break;
+    if (tag != next) node->AppendValue(*arena_, {next, static_cast<std::size_t>(tag - next)});
+    next = tag;
+    const auto left = static_cast<std::size_t>(end - tag);
+    if (left < 3) break;
+    if (tag[1] != '/') {
+      const char* const nameEnd = FindWordEnd(tag + 1, end);
+      if (tag[1] == '!' || nameEnd == tag + 1 || nameEnd == end) break;
+      node = XMLNode::Make(*arena_, node);
+      node->SetName(*arena_, {tag + 1, nameEnd});
+      next = nameEnd;
+      isBegun = true;
+      break;
+    }
+    const std::string_view name = node->GetName();
+    if (left < name.size() + 3 || tag[name.size() + 2] != '>' || node == root_.get()) break;
+    if (!IsSame(tag + 2, name)) break;
+    next = tag + name.size() + 3;
+    node = node->parent_;
+  }
+  next_ = next;
+  node_ = node;
+  return isBegun;
+}
+
+/// Returns whether the tag was ended; else the state tells what is next.
+bool XMLScanner::TakePlainAttributes() {
+  const char* next = next_;
+  const char* const end = end_;
+  while (true) {
+    while (next != end && IsSpace(*next)) ++next;
+    const char* const nameEnd = FindWordEnd(next, end);
+    if (end - nameEnd < 2) break;
+    if (nameEnd == next) {
+      const bool isClosed = next[0] == '/' && next[1] == '>';
+      if (!isClosed && *next != '>') break;
+      if (isClosed) node_ = node_->parent_;
+      next_ = next + (isClosed ? 2 : 1);
+      return true;
+    }
+    if (nameEnd[0] != '=' || nameEnd[1] != '"') break;
+    const char* const value = nameEnd + 2;
+    const char* const valueEnd = Find(value, end, '"');
+    if (valueEnd == end) break;
+    SetAttribute({next, nameEnd}, {value, valueEnd});
+    next = valueEnd + 1;
+  }
+  next_ = next;
+  state_ = StateAttributes;
+  return false;
 }
 
 // Characters.
@@ -247,12 +358,11 @@ void XMLScanner::ReadUpTo(char stop, const Sink& sink) {
     sink(std::string_view(&unread_, 1));
   }
   do {
-    const auto size = static_cast<std::size_t>(end_ - next_);
-    const void* const found = size == 0 ? nullptr : std::memchr(next_, stop, size);
-    const char* const last = found == nullptr ? end_ : static_cast<const char*>(found);
+    const char* const last = Find(next_, end_, stop);
+    const bool isFound = last != end_;
     sink(std::string_view(next_, static_cast<std::size_t>(last - next_)));
     next_ = last;
-    if (found != nullptr) {
+    if (isFound) {
       ++next_;
       return;
     }
@@ -270,10 +380,8 @@ std::string XMLScanner::ReadLiteral() {
 
 std::string_view XMLScanner::TakeLiteral() {
   const char* const first = next_;
-  const auto size = static_cast<std::size_t>(end_ - first);
-  const void* const found = hasUnread_ || size == 0 ? nullptr : std::memchr(first, '"', size);
-  if (found != nullptr) {
-    const auto* const last = static_cast<const char*>(found);
+  const char* const last = hasUnread_ ? end_ : Find(first, end_, '"');
+  if (last != end_) {
     next_ = last + 1;
     return {first, static_cast<std::size_t>(last - first)};
   }
@@ -283,16 +391,6 @@ std::string_view XMLScanner::TakeLiteral() {
 }
 
 // States.
-
-void XMLScanner::OpenChild() {
-  current_ = XMLNode::Factory(current_);
-  state_ = StateTagName;
-}
-
-void XMLScanner::CloseCurrent() {
-  SetCurrent(current_->GetParent());
-  state_ = StateValue;
-}
 
 /// Tells a comment from another declaration.
 void XMLScanner::ReadDeclarationStart() {
@@ -307,8 +405,7 @@ void XMLScanner::ReadDeclarationStart() {
 }
 
 void XMLScanner::ReadValue() {
-  XMLNode& node = *current_;
-  ReadUpTo('<', [&node](std::string_view text) { node.AppendValue(text); });
+  ReadUpTo('<', [this](std::string_view text) { node_->AppendValue(*arena_, text); });
   if (state_ == StateEnd) return;
   const char c = ReadNextChar();
   switch (c) {
@@ -330,14 +427,14 @@ void XMLScanner::ReadValue() {
 void XMLScanner::ReadTagName() {
   const std::string_view name = TakeWord();
   if (name.empty()) Fail(L"Tag without name", NO_NAME_LINE);
-  current_->SetName(name);
+  node_->SetName(*arena_, name);
   state_ = StateAttributes;
 }
 
 bool XMLScanner::ReadCloseTag() {
   const std::string_view name = TakeWord();
   // The root has no tag that could be closed.
-  if (name != current_->GetName() || current_ == root_) Fail(MISMATCH_TEXT, OTHER_NAME_LINE);
+  if (name != node_->GetName() || node_ == root_.get()) Fail(MISMATCH_TEXT, OTHER_NAME_LINE);
   if (ReadNextNonSpaceChar() != '>') Fail(MISMATCH_TEXT, OPEN_CLOSE_TAG_LINE);
   CloseCurrent();
   return true;
@@ -362,13 +459,17 @@ void XMLScanner::ReadAttributeValue() {
   } else {
     Unget(c);
   }
+  SetAttribute(attributeName_, value);
+  state_ = StateAttributes;
+}
+
+void XMLScanner::SetAttribute(std::string_view name, std::string_view value) {
   const bool isPlain = value.find(QUOTE_ENTITY) == std::string_view::npos;
   if (isPlain) {
-    current_->SetAttribute(attributeName_, value);
+    node_->SetAttribute(*arena_, name, value);
   } else {
-    current_->SetAttribute(attributeName_, DecodedQuotes(value));
+    node_->SetAttribute(*arena_, name, DecodedQuotes(value));
   }
-  state_ = StateAttributes;
 }
 
 void XMLScanner::CloseBracket() {

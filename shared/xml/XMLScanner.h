@@ -109,9 +109,9 @@ protected:
   State GetState() const { return state_; }
   void SetState(State state) { state_ = state; }
   const XMLNode::Handle& GetRoot() const { return root_; }
-  const XMLNode::Handle& GetCurrent() const { return current_; }
+  const XMLNode::Handle& GetCurrent() const;
   /// An empty handle, as the parent of the root is, makes the root current.
-  void SetCurrent(XMLNode::Handle node) { current_ = node == nullptr ? root_ : std::move(node); }
+  void SetCurrent(XMLNode::Handle node);
   /// The name that `ReadAttributes` has read.
   const std::string& GetAttributeName() const { return attributeName_; }
   void SetAttributeName(std::string name) { attributeName_ = std::move(name); }
@@ -129,6 +129,12 @@ private:
   bool Refill();
   void OpenChild();
   void CloseCurrent();
+  /// Reads on from `StateValue` as the operations would, many times as fast, as far as text and
+  /// plain tags lie within the buffer. What is left, the operations read.
+  void TakePlainElements();
+  bool TakePlainTag();
+  bool TakePlainAttributes();
+  void SetAttribute(std::string_view name, std::string_view value);
   /// Like `ReadWord` and `ReadLiteral`; the views are good until the next character is read.
   std::string_view TakeWord();
   std::string_view TakeLiteral();
@@ -149,7 +155,10 @@ private:
   bool hasUnread_ = false;
   State state_ = StateValue;
   XMLNode::Handle root_;
-  XMLNode::Handle current_;
+  XMLNode* node_ = nullptr;  ///< The current node.
+  XMLArena* arena_ = nullptr;
+  /// Holds the current node or one above it, so that no handle is made until one is asked for.
+  mutable XMLNode::Handle current_;
   GString fileName_;
   std::string attributeName_;
   std::string scratch_;  ///< Words and literals that lie across the end of the buffer.
