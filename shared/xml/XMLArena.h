@@ -72,8 +72,23 @@ public:
   std::string_view Keep(std::string_view text) {
     if (text.empty()) return {};
     char* const copy = TakeText(text.size());
-    std::memcpy(copy, text.data(), text.size());
+    Copy(text, copy);
     return {copy, text.size()};
+  }
+  /// Copies text that mostly is short: a call would take longer. Requires: not empty.
+  static void Copy(std::string_view text, char* to) noexcept {
+    const std::size_t size = text.size();
+    if (size > 16) {
+      std::memcpy(to, text.data(), size);
+    } else if (size >= 8) {
+      CopyEnds<8>(text, to);
+    } else if (size >= 4) {
+      CopyEnds<4>(text, to);
+    } else {
+      to[0] = text[0];
+      to[size / 2] = text[size / 2];
+      to[size - 1] = text[size - 1];
+    }
   }
 
   /// Held by those who take memory in calls that may run together.
@@ -95,6 +110,16 @@ private:
     char* end = nullptr;
     std::size_t blockSize = FIRST_BLOCK;
   };
+
+  /// Copies the first and the last bytes, which may overlap.
+  template <std::size_t SIZE>
+  static void CopyEnds(std::string_view text, char* to) noexcept {
+    char first[SIZE], last[SIZE];
+    std::memcpy(first, text.data(), SIZE);
+    std::memcpy(last, text.data() + text.size() - SIZE, SIZE);
+    std::memcpy(to, first, SIZE);
+    std::memcpy(to + text.size() - SIZE, last, SIZE);
+  }
 
   XMLArena() = default;
   ~XMLArena() = default;
