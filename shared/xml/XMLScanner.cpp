@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 #include <typeinfo>
 
@@ -58,8 +59,16 @@ const char* FindWordEnd(const char* first, const char* last) {
   return first;
 }
 
-/// Returns the first `c`, or `last`.
+/// Returns the first `c`, or `last`. What is searched mostly is short: a call would take longer.
 inline const char* Find(const char* first, const char* last, char c) {
+#if SHARED_HAS_SSE2
+  const __m128i wanted = _mm_set1_epi8(c);
+  for (int i = 0; i < 4 && last - first >= 16; ++i, first += 16) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(first));
+    const int found = _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, wanted));
+    if (found != 0) return first + std::countr_zero(static_cast<unsigned int>(found));
+  }
+#endif
   if (first == last) return last;
   const void* const found = std::memchr(first, c, static_cast<std::size_t>(last - first));
   return found == nullptr ? last : static_cast<const char*>(found);
@@ -67,7 +76,10 @@ inline const char* Find(const char* first, const char* last, char c) {
 
 /// Requires: as many bytes as the text has are there.
 inline bool IsSame(const char* bytes, std::string_view text) {
-  return std::memcmp(bytes, text.data(), text.size()) == 0;
+  for (const char c : text) {
+    if (*bytes++ != c) return false;
+  }
+  return true;
 }
 
 constexpr std::string_view QUOTE_ENTITY = "&quot;";
