@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Files of 0.5, 5 and 50 MB to trees, and the trees released: records with attributes, entities,
-// comments and mixed content. All contenders read the same file; numbers of elements and
-// attributes and the bytes of their values are compared before anything is timed.
+// Files of 0.5, 5 and 50 MB to trees, by one scanner and by a new one for each, the trees released,
+// and all of it with a walk between: records with attributes, entities, comments and mixed content.
+// All contenders read the same file; numbers of elements and attributes and the bytes of their
+// values are compared before anything is timed.
 
 #include <benchmark/benchmark.h>
 
@@ -78,14 +79,24 @@ void Count(const XMLNode& node, XMLCount& count) {
   }
 }
 
-XMLTree ReadByOurs(const std::string& path) {
-  shr::XMLScanner scanner;
+XMLTree ReadBy(shr::XMLScanner& scanner, const std::string& path) {
   const XMLNode::Handle root = scanner.ScanFile(std::filesystem::path(path).wstring());
   return {root, [root] {
             XMLCount count;
             Count(*root, count);
             return count;
           }};
+}
+
+/// One scanner reads file after file, in memory that it keeps.
+XMLTree ReadByOurs(const std::string& path) {
+  static shr::XMLScanner scanner;
+  return ReadBy(scanner, path);
+}
+
+XMLTree ReadByNewScanner(const std::string& path) {
+  shr::XMLScanner scanner;
+  return ReadBy(scanner, path);
 }
 
 void RequireSameTree(const std::string& path, const XMLContender& contender) {
@@ -117,9 +128,18 @@ void Release(benchmark::State& state, const XMLContender& contender) {
   }
 }
 
+/// From the file to the numbers that the tree is compared by, through handles to all nodes, until
+/// everything is gone.
+void ScanWalkRelease(benchmark::State& state, const XMLContender& contender) {
+  const std::string path = SampleOf(static_cast<std::size_t>(state.range(0))).Path();
+  for (auto _ : state) {
+    XMLCount count = contender.read(path).count();
+    benchmark::DoNotOptimize(count);
+  }
+}
+
 [[maybe_unused]] const bool REGISTERED = [] {
-  std::vector<XMLContender> contenders = shr::bench::XMLPeers();
-  contenders.insert(contenders.begin(), {"ours", ReadByOurs});
+  const std::vector<XMLContender> peers = shr::bench::XMLPeers();
   const auto add = [](const std::string& row, const XMLContender& contender,
                       void (*run)(benchmark::State&, const XMLContender&)) {
     benchmark::RegisterBenchmark(
@@ -130,8 +150,15 @@ void Release(benchmark::State& state, const XMLContender& contender) {
         ->Arg(50000000)
         ->Unit(benchmark::kMillisecond);
   };
-  for (const XMLContender& contender : contenders) add("scan", contender, Scan);
-  for (const XMLContender& contender : contenders) add("release", contender, Release);
+  const auto addAll = [&](const std::string& row, const XMLContender& ours,
+                          void (*run)(benchmark::State&, const XMLContender&)) {
+    add(row, ours, run);
+    for (const XMLContender& peer : peers) add(row, peer, run);
+  };
+  addAll("scan", {"ours", ReadByOurs}, Scan);
+  addAll("scan-once", {"ours", ReadByNewScanner}, Scan);
+  addAll("release", {"ours", ReadByOurs}, Release);
+  addAll("scan-walk-release", {"ours", ReadByOurs}, ScanWalkRelease);
   return true;
 }();
 

@@ -5,7 +5,7 @@
 /// The memory of a tree of `XMLNode`, for the sources of shared/xml only: taken in large blocks,
 /// given back when the last user is gone.
 ///
-///     XMLArena* const arena = XMLArena::Make();       // has no users yet
+///     XMLArena* const arena = XMLArena::Make(nullptr);  // has no users yet
 ///     arena->AddUser();
 ///     auto* const places = static_cast<int*>(arena->Take(5 * sizeof(int), alignof(int)));
 ///     std::string_view name = arena->Keep("name");
@@ -14,25 +14,92 @@
 /// Records and text lie in blocks of their own, so that what grows at the end of either does so in
 /// place while the other is taken from, and text needs no padding.
 ///
-/// Threads: users come and go on any thread; memory is taken by one at a time.
+/// Threads: users come and go on any thread; memory is taken by one at a time. Kept blocks are
+/// taken and given on any thread.
 
 #pragma once
 
 #include <algorithm>
 #include <atomic>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace shr {
 
+/// Blocks of trees that are gone, kept for the next tree: first touches of the pages of fresh ones
+/// take longer than scanning into them.
+class XMLBlocks {
+public:
+  struct Block {
+    std::unique_ptr<char[]> memory;
+    std::size_t size;
+  };
+  static constexpr std::size_t FIRST_SIZE = 512;
+  static constexpr std::size_t LARGEST_SIZE = 16 * 1024 * 1024;
+
+  static Block Make(std::size_t size) {
+    return {std::make_unique_for_overwrite<char[]>(size), size};
+  }
+
+  /// Returns a block of exactly this size.
+  Block Take(std::size_t size) {
+    {
+      const std::scoped_lock lock(mutex_);
+      const auto found = std::find_if(kept_.rbegin(), kept_.rend(),
+                                      [size](const Block& block) { return block.size == size; });
+      if (found != kept_.rend()) {
+        Block block = std::exchange(*found, std::move(kept_.back()));
+        kept_.pop_back();
+        keptBytes_ -= size;
+        return block;
+      }
+    }
+    return Make(size);
+  }
+
+  /// Keeps of the blocks what the limit allows; those of an odd size would hardly be asked for.
+  void Give(std::vector<Block>& blocks) noexcept try {
+    const std::scoped_lock lock(mutex_);
+    kept_.reserve(kept_.size() + blocks.size());
+    for (Block& block : blocks) {
+      if (!std::has_single_bit(block.size) || block.size > limit_ - keptBytes_) continue;
+      keptBytes_ += block.size;
+      kept_.push_back(std::move(block));
+    }
+  } catch (const std::bad_alloc&) {
+    // Then none is kept.
+  }
+
+  /// Gives back what is kept, and keeps up to `limit` bytes from now on.
+  void Limit(std::size_t limit) {
+    std::vector<Block> released;
+    const std::scoped_lock lock(mutex_);
+    kept_.swap(released);
+    keptBytes_ = 0;
+    limit_ = limit;
+  }
+
+private:
+  std::mutex mutex_;
+  std::vector<Block> kept_;
+  std::size_t keptBytes_ = 0;
+  std::size_t limit_ = 0;
+};
+
 class XMLArena {
 public:
-  static XMLArena* Make() { return new XMLArena; }
+  /// Blocks come from `source` and go back there, where there is one.
+  static XMLArena* Make(std::shared_ptr<XMLBlocks> source) {
+    return new XMLArena(std::move(source));
+  }
 
   void AddUser() noexcept { users_.fetch_add(1, std::memory_order_relaxed); }
   void RemoveUser() noexcept {
@@ -95,9 +162,6 @@ public:
   std::mutex& GetMutex() noexcept { return mutex_; }
 
 private:
-  static constexpr std::size_t FIRST_BLOCK = 512;
-  static constexpr std::size_t LARGEST_BLOCK = 1024 * 1024;
-
   struct Region {
     std::size_t Left() const noexcept { return static_cast<std::size_t>(end - next); }
     bool Extend(const void* at, std::size_t size) noexcept {
@@ -108,7 +172,7 @@ private:
 
     char* next = nullptr;
     char* end = nullptr;
-    std::size_t blockSize = FIRST_BLOCK;
+    std::size_t blockSize = XMLBlocks::FIRST_SIZE;
   };
 
   /// Copies the first and the last bytes, which may overlap.
@@ -121,20 +185,23 @@ private:
     std::memcpy(to + text.size() - SIZE, last, SIZE);
   }
 
-  XMLArena() = default;
-  ~XMLArena() = default;
+  explicit XMLArena(std::shared_ptr<XMLBlocks> source) : source_(std::move(source)) {}
+  ~XMLArena() {
+    if (source_ != nullptr) source_->Give(blocks_);
+  }
 
   char* TakeFromNewBlock(Region& region, std::size_t size) {
     // What is large by itself gets a block of its own, and the one in use stays.
     if (size > region.blockSize / 4) {
-      blocks_.push_back(std::make_unique_for_overwrite<char[]>(size));
-      return blocks_.back().get();
+      blocks_.push_back(XMLBlocks::Make(size));
+      return blocks_.back().memory.get();
     }
-    blocks_.push_back(std::make_unique_for_overwrite<char[]>(region.blockSize));
-    char* const taken = blocks_.back().get();
+    const std::size_t blockSize = region.blockSize;
+    blocks_.push_back(source_ == nullptr ? XMLBlocks::Make(blockSize) : source_->Take(blockSize));
+    char* const taken = blocks_.back().memory.get();
     region.next = taken + size;
-    region.end = taken + region.blockSize;
-    region.blockSize = std::min(region.blockSize * 2, LARGEST_BLOCK);
+    region.end = taken + blockSize;
+    region.blockSize = std::min(blockSize * 2, XMLBlocks::LARGEST_SIZE);
     return taken;
   }
 
@@ -142,7 +209,8 @@ private:
   Region records_;
   Region text_;
   std::mutex mutex_;
-  std::vector<std::unique_ptr<char[]>> blocks_;
+  std::shared_ptr<XMLBlocks> source_;
+  std::vector<XMLBlocks::Block> blocks_;
 };
 
 /// Allocates from an arena. What is released one by one is a user of it; what goes with it is none.

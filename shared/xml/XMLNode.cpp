@@ -24,6 +24,15 @@ namespace {
 /// Attributes up to this number are kept in a sorted array.
 constexpr unsigned int FEW = 16;
 
+/// Like `<`, without a call: names are short.
+bool IsLess(std::string_view a, std::string_view b) {
+  const std::size_t size = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < size; ++i) {
+    if (a[i] != b[i]) return static_cast<unsigned char>(a[i]) < static_cast<unsigned char>(b[i]);
+  }
+  return a.size() < b.size();
+}
+
 }  // namespace
 
 struct XMLNode::AttributeMap {
@@ -124,13 +133,17 @@ XMLNode::Handle XMLNode::GetHandle() const {
 
 // Nodes.
 
-XMLNode::Handle XMLNode::Factory() {
-  XMLArena* const arena = XMLArena::Make();
+XMLNode::Handle XMLNode::MakeRoot(std::shared_ptr<XMLBlocks> blocks) {
+  XMLArena* const arena = XMLArena::Make(std::move(blocks));
   // A user while the node is made, so that the arena goes where that fails.
   arena->AddUser();
   const std::unique_ptr<XMLArena, void (*)(XMLArena*)> user(
       arena, [](XMLArena* its) { its->RemoveUser(); });
   return MakeHandle(*arena, *Make(*arena, nullptr), nullptr);
+}
+
+XMLNode::Handle XMLNode::Factory() {
+  return MakeRoot(nullptr);
 }
 
 XMLNode::Handle XMLNode::Factory(std::string_view name) {
@@ -177,7 +190,7 @@ void XMLNode::AppendMore(XMLArena& arena, std::string_view text) {
     value_ = larger;
     hasValueGrown_ = 1;
   }
-  std::memcpy(value_ + size, text.data(), text.size());
+  XMLArena::Copy(text, value_ + size);
   valueSize_ = needed & SIZE_BITS;
 }
 
@@ -185,7 +198,7 @@ void XMLNode::AppendMore(XMLArena& arena, std::string_view text) {
 
 XMLNode::Attribute* XMLNode::PlaceOf(std::string_view name) const {
   return std::lower_bound(few_, few_ + fewCount_, name,
-                          [](const Attribute& a, std::string_view b) { return a.name < b; });
+                          [](const Attribute& a, std::string_view b) { return IsLess(a.name, b); });
 }
 
 const std::string_view* XMLNode::Find(std::string_view name) const {
@@ -209,7 +222,7 @@ void XMLNode::SetAttribute(std::string_view name, std::string_view value) {
 void XMLNode::SetFew(XMLArena& arena, std::string_view name, std::string_view kept) {
   const unsigned int count = fewCount_;
   Attribute* place = few_ + count;
-  if (count > 0 && name <= place[-1].name) {
+  if (count > 0 && !IsLess(place[-1].name, name)) {
     place = PlaceOf(name);
     if (place->name == name) {
       place->value = kept;

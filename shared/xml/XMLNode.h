@@ -29,6 +29,7 @@
 namespace shr {
 
 class XMLArena;
+class XMLBlocks;
 
 /// A node: name, attributes, the text directly inside it, children in document order, parent.
 ///
@@ -105,6 +106,7 @@ private:
   struct AttributeMap;
 
   XMLNode() = default;
+  static Handle MakeRoot(std::shared_ptr<XMLBlocks> blocks);
   /// Makes the last child of `parent`, or a root, without a handle.
   static XMLNode* Make(XMLArena& arena, XMLNode* parent);
   /// Makes the handle of a node that has none.

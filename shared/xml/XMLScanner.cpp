@@ -37,6 +37,9 @@ constexpr const wchar_t* MISMATCH_TEXT = L"Closing tag mismatch";
 
 constexpr std::size_t BUFFER_SIZE = 64 * 1024;
 
+/// How much memory of trees that are gone is kept for the next.
+constexpr std::size_t KEPT_SIZE = 128 * 1024 * 1024;
+
 constexpr bool IsSpace(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
 }
@@ -63,15 +66,13 @@ const char* FindWordEnd(const char* first, const char* last) {
 inline const char* Find(const char* first, const char* last, char c) {
 #if SHARED_HAS_SSE2
   const __m128i wanted = _mm_set1_epi8(c);
-  for (int i = 0; i < 4 && last - first >= 16; ++i, first += 16) {
+  for (; last - first >= 16; first += 16) {
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(first));
     const int found = _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, wanted));
     if (found != 0) return first + std::countr_zero(static_cast<unsigned int>(found));
   }
 #endif
-  if (first == last) return last;
-  const void* const found = std::memchr(first, c, static_cast<std::size_t>(last - first));
-  return found == nullptr ? last : static_cast<const char*>(found);
+  return std::find(first, last, c);
 }
 
 /// Requires: as many bytes as the text has are there.
@@ -115,9 +116,13 @@ std::size_t CountLines(const char* first, const char* last) {
 
 }  // namespace
 
-XMLScanner::XMLScanner() = default;
+XMLScanner::XMLScanner() : blocks_(std::make_shared<XMLBlocks>()) {
+  blocks_->Limit(KEPT_SIZE);
+}
 
-XMLScanner::~XMLScanner() = default;
+XMLScanner::~XMLScanner() {
+  blocks_->Limit(0);
+}
 
 XMLNode::Handle XMLScanner::ScanFile(const GString& path) {
   Reset(path);
@@ -137,6 +142,7 @@ XMLNode::Handle XMLScanner::ScanText(std::string_view text, const GString& name)
 }
 
 void XMLScanner::Close() {
+  blocks_->Limit(KEPT_SIZE);
   file_.Close();
   begin_ = next_ = end_ = nullptr;
 }
@@ -190,11 +196,12 @@ XMLNode::Handle XMLScanner::Scan() {
 }
 
 void XMLScanner::Reset(const GString& name) {
-  Close();
+  file_.Close();
+  begin_ = next_ = end_ = nullptr;
   linesBefore_ = 0;
   hasUnread_ = false;
   state_ = StateValue;
-  root_ = XMLNode::Factory();
+  root_ = XMLNode::MakeRoot(blocks_);
   SetCurrent(root_);
   fileName_ = name;
   attributeName_.clear();
@@ -476,7 +483,8 @@ void XMLScanner::ReadAttributeValue() {
 }
 
 void XMLScanner::SetAttribute(std::string_view name, std::string_view value) {
-  const bool isPlain = value.find(QUOTE_ENTITY) == std::string_view::npos;
+  const char* const end = value.data() + value.size();
+  const bool isPlain = Find(value.data(), end, QUOTE_ENTITY[0]) == end;
   if (isPlain) {
     node_->SetAttribute(*arena_, name, value);
   } else {

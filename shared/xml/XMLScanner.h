@@ -30,13 +30,16 @@
 
 namespace shr {
 
+class XMLBlocks;
+
 /// A state machine, each state of which is the business of one virtual operation. A class that
 /// reads one construct in another way overrides its operation, which takes characters from
 /// `ReadNextChar` and its kin, changes the current node, and says by `SetState` what comes next.
 ///
 /// Unclosed elements at the end of a file stay open and the root is returned; a file that ends
 /// inside a tag is an error. Nothing here recurses. Memory: what the tree holds and a buffer of 64
-/// kB. Cost: O(bytes).
+/// kB. When a tree is gone while its scanner is there, the scanner keeps up to 128 MB of what the
+/// tree took for the next one. Cost: O(bytes).
 class SHARED_API XMLScanner {
 public:
   XMLScanner();
@@ -54,7 +57,8 @@ public:
   /// Reads text that is in memory; `name` stands in messages for the path.
   XMLNode::Handle ScanText(std::string_view text, const GString& name);
 
-  /// Closes the file, which `ScanFile` does itself in the end.
+  /// Closes the file, which `ScanFile` does itself in the end, and gives back the memory that is
+  /// kept for the next tree.
   void Close();
 
 protected:
@@ -146,6 +150,7 @@ private:
   void ReadUpTo(char stop, const Sink& sink);
 
   CFile file_;
+  std::shared_ptr<XMLBlocks> blocks_;
   std::vector<char> buffer_;
   const char* begin_ = nullptr;  ///< What is in memory of the input.
   const char* next_ = nullptr;
