@@ -121,9 +121,7 @@ public:
   }
   /// Takes back the last `size` bytes before `end`; returns false where others were taken since.
   bool GiveRecordsBack(const void* end, std::size_t size) noexcept {
-    if (end != records_.next) return false;
-    records_.next -= size;
-    return true;
+    return records_.GiveBack(end, size);
   }
 
   /// Returns memory for text.
@@ -135,6 +133,10 @@ public:
   }
   /// Like `ExtendRecords`.
   bool ExtendText(const char* end, std::size_t size) noexcept { return text_.Extend(end, size); }
+  /// Like `GiveRecordsBack`.
+  bool GiveTextBack(const char* end, std::size_t size) noexcept {
+    return text_.GiveBack(end, size);
+  }
   /// Returns a copy of a text.
   std::string_view Keep(std::string_view text) {
     if (text.empty()) return {};
@@ -145,8 +147,11 @@ public:
   /// Copies text that mostly is short: a call would take longer. Requires: not empty.
   static void Copy(std::string_view text, char* to) noexcept {
     const std::size_t size = text.size();
-    if (size > 16) {
+    if (size > 64) {
       std::memcpy(to, text.data(), size);
+    } else if (size >= 16) {
+      for (std::size_t i = 0; i + 16 < size; i += 16) std::memcpy(to + i, text.data() + i, 16);
+      std::memcpy(to + size - 16, text.data() + size - 16, 16);
     } else if (size >= 8) {
       CopyEnds<8>(text, to);
     } else if (size >= 4) {
@@ -167,6 +172,12 @@ private:
     bool Extend(const void* at, std::size_t size) noexcept {
       if (at != next || size > Left()) return false;
       next += size;
+      return true;
+    }
+
+    bool GiveBack(const void* at, std::size_t size) noexcept {
+      if (at != next) return false;
+      next -= size;
       return true;
     }
 

@@ -216,7 +216,8 @@ std::string_view XMLNode::GetAttribute(std::string_view name) const {
 }
 
 void XMLNode::SetAttribute(std::string_view name, std::string_view value) {
-  SetAttribute(GetArena(), name, value);
+  XMLArena& arena = GetArena();
+  SetKeptAttribute(arena, name, arena.Keep(value));
 }
 
 void XMLNode::SetFew(XMLArena& arena, std::string_view name, std::string_view kept) {
@@ -248,8 +249,7 @@ void XMLNode::SetFew(XMLArena& arena, std::string_view name, std::string_view ke
     }
   }
   const Attribute attribute{arena.Keep(name), kept};
-  std::memmove(place + 1, place,
-               static_cast<std::size_t>(few_ + count - place) * sizeof(Attribute));
+  for (Attribute* each = few_ + count; each != place; --each) *each = each[-1];
   std::construct_at(place, attribute);
   fewCount_ = (count + 1) & 255;
 }

@@ -121,7 +121,7 @@ private:
   // The same as the public ones, for those who know the arena.
   void SetName(XMLArena& arena, std::string_view name);
   void AppendValue(XMLArena& arena, std::string_view text);
-  void SetAttribute(XMLArena& arena, std::string_view name, std::string_view value);
+  void SetKeptAttribute(XMLArena& arena, std::string_view name, std::string_view kept);
 
   void AppendMore(XMLArena& arena, std::string_view text);
   const std::string_view* Find(std::string_view name) const;

@@ -45,8 +45,8 @@ inline void XMLNode::AppendValue(XMLArena& arena, std::string_view text) {
   hasValueGrown_ = 0;
 }
 
-inline void XMLNode::SetAttribute(XMLArena& arena, std::string_view name, std::string_view value) {
-  const std::string_view kept = arena.Keep(value);
+inline void XMLNode::SetKeptAttribute(XMLArena& arena, std::string_view name,
+                                      std::string_view kept) {
   if (fewCapacity_ == MANY) {
     SetMany(arena, name, kept);
   } else {

@@ -38,7 +38,7 @@ constexpr const wchar_t* MISMATCH_TEXT = L"Closing tag mismatch";
 constexpr std::size_t BUFFER_SIZE = 64 * 1024;
 
 /// How much memory of trees that are gone is kept for the next.
-constexpr std::size_t KEPT_SIZE = 128 * 1024 * 1024;
+constexpr std::size_t KEPT_SIZE = 256 * 1024 * 1024;
 
 constexpr bool IsSpace(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
@@ -85,17 +85,18 @@ inline bool IsSame(const char* bytes, std::string_view text) {
 
 constexpr std::string_view QUOTE_ENTITY = "&quot;";
 
-std::string DecodedQuotes(std::string_view value) {
-  std::string decoded;
-  decoded.reserve(value.size());
-  std::size_t done = 0;
-  for (std::size_t found = value.find(QUOTE_ENTITY); found != std::string_view::npos;
-       found = value.find(QUOTE_ENTITY, done)) {
-    decoded.append(value, done, found - done);
-    decoded += '"';
-    done = found + QUOTE_ENTITY.size();
+/// Returns a copy in the arena.
+std::string_view DecodedQuotes(XMLArena& arena, std::string_view value) {
+  char* const decoded = arena.TakeText(value.size());
+  char* next = decoded;
+  for (std::size_t i = 0; i < value.size(); ++next) {
+    const bool isQuote = value[i] == '&' && value.substr(i).starts_with(QUOTE_ENTITY);
+    *next = isQuote ? '"' : value[i];
+    i += isQuote ? QUOTE_ENTITY.size() : 1;
   }
-  return decoded.append(value, done, std::string_view::npos);
+  const auto size = static_cast<std::size_t>(next - decoded);
+  arena.GiveTextBack(decoded + value.size(), value.size() - size);
+  return {decoded, size};
 }
 
 std::size_t CountLines(const char* first, const char* last) {
@@ -485,11 +486,8 @@ void XMLScanner::ReadAttributeValue() {
 void XMLScanner::SetAttribute(std::string_view name, std::string_view value) {
   const char* const end = value.data() + value.size();
   const bool isPlain = Find(value.data(), end, QUOTE_ENTITY[0]) == end;
-  if (isPlain) {
-    node_->SetAttribute(*arena_, name, value);
-  } else {
-    node_->SetAttribute(*arena_, name, DecodedQuotes(value));
-  }
+  node_->SetKeptAttribute(*arena_, name,
+                          isPlain ? arena_->Keep(value) : DecodedQuotes(*arena_, value));
 }
 
 void XMLScanner::CloseBracket() {

@@ -38,7 +38,7 @@ class XMLBlocks;
 ///
 /// Unclosed elements at the end of a file stay open and the root is returned; a file that ends
 /// inside a tag is an error. Nothing here recurses. Memory: what the tree holds and a buffer of 64
-/// kB. When a tree is gone while its scanner is there, the scanner keeps up to 128 MB of what the
+/// kB. When a tree is gone while its scanner is there, the scanner keeps up to 256 MB of what the
 /// tree took for the next one. Cost: O(bytes).
 class SHARED_API XMLScanner {
 public:
