@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Scans the input from memory; then the tree, written as a file with all its text, must be read as
-// the same tree.
+// Scans the input from memory, once as it is done mostly and once step by step, to the same tree or
+// the same error; then the tree, written as a file with all its text, must be read as the same
+// tree.
 
 #include <cstdint>
 #include <cstdlib>
@@ -41,6 +42,30 @@ std::string Written(const XMLNode& root) {
   return text;
 }
 
+/// Reads every construct by its operation and asks for the current node at every end of a tag.
+class StepwiseScanner : public shr::XMLScanner {
+protected:
+  void CloseBracket() override {
+    if (GetCurrent() == nullptr) std::abort();
+    shr::XMLScanner::CloseBracket();
+  }
+};
+
+struct Outcome {
+  std::string tree;
+  std::wstring error;
+  friend bool operator==(const Outcome&, const Outcome&) = default;
+};
+
+Outcome Scanned(shr::XMLScanner& scanner, const std::string& text) {
+  try {
+    return {Written(*scanner.ScanText(text, L"input")), L""};
+  } catch (const shr::Exception& error) {
+    if (error.GetSrcFile() != L"XMLScanner") std::abort();
+    return {"", std::to_wstring(error.GetSrcLine()) + error.GetDescription().c_str()};
+  }
+}
+
 /// A tag that begins with these is no element when it is written.
 bool HasOtherMarkup(const std::string& text) {
   return text.find("<!") != std::string::npos || text.find("<?") != std::string::npos;
@@ -51,14 +76,10 @@ bool HasOtherMarkup(const std::string& text) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string text(data, data + size);
   shr::XMLScanner scanner;
-  try {
-    const XMLNode::Handle root = scanner.ScanText(text, L"input");
-    const std::string written = Written(*root);
-    if (HasOtherMarkup(written)) return 0;
-    const XMLNode::Handle again = scanner.ScanText(written, L"written");
-    if (Written(*again) != written) std::abort();
-  } catch (const shr::Exception& error) {
-    if (error.GetSrcFile() != L"XMLScanner") std::abort();
-  }
+  StepwiseScanner stepwise;
+  const Outcome outcome = Scanned(scanner, text);
+  if (Scanned(stepwise, text) != outcome) std::abort();
+  if (!outcome.error.empty() || HasOtherMarkup(outcome.tree)) return 0;
+  if (Scanned(scanner, outcome.tree) != outcome) std::abort();
   return 0;
 }

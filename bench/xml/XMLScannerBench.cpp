@@ -118,6 +118,9 @@ void Scan(benchmark::State& state, const XMLContender& contender) {
   state.SetBytesProcessed(state.iterations() * state.range(0));
 }
 
+/// So many rounds, because rounds until a time is over would never end: this takes next to none.
+constexpr int RELEASES = 20;
+
 void Release(benchmark::State& state, const XMLContender& contender) {
   const std::string path = SampleOf(static_cast<std::size_t>(state.range(0))).Path();
   for (auto _ : state) {
@@ -142,22 +145,22 @@ void ScanWalkRelease(benchmark::State& state, const XMLContender& contender) {
   const std::vector<XMLContender> peers = shr::bench::XMLPeers();
   const auto add = [](const std::string& row, const XMLContender& contender,
                       void (*run)(benchmark::State&, const XMLContender&)) {
-    benchmark::RegisterBenchmark(
-        ("xml/" + row + "/" + contender.name).c_str(),
-        [contender, run](benchmark::State& state) { run(state, contender); })
+    return benchmark::RegisterBenchmark(
+               ("xml/" + row + "/" + contender.name).c_str(),
+               [contender, run](benchmark::State& state) { run(state, contender); })
         ->Arg(500000)
         ->Arg(5000000)
         ->Arg(50000000)
         ->Unit(benchmark::kMillisecond);
   };
-  const auto addAll = [&](const std::string& row, const XMLContender& ours,
-                          void (*run)(benchmark::State&, const XMLContender&)) {
+  const auto addAll = [&](const std::string& row, const XMLContender& ours, auto run) {
     add(row, ours, run);
     for (const XMLContender& peer : peers) add(row, peer, run);
   };
   addAll("scan", {"ours", ReadByOurs}, Scan);
   addAll("scan-once", {"ours", ReadByNewScanner}, Scan);
-  addAll("release", {"ours", ReadByOurs}, Release);
+  add("release", {"ours", ReadByOurs}, Release)->Iterations(RELEASES);
+  for (const XMLContender& peer : peers) add("release", peer, Release)->Iterations(RELEASES);
   addAll("scan-walk-release", {"ours", ReadByOurs}, ScanWalkRelease);
   return true;
 }();

@@ -2,13 +2,17 @@
 // Copyright (c) 2026 The Shared authors
 
 // Cases: families and handles; children by name; few and many attributes, in every order; trees
-// too deep and too wide to be released by recursion.
+// that are visited without handles and by several threads, and such as are too deep and too wide to
+// be released by recursion.
 
 #include "shared/xml/XMLNode.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
+#include <thread>
+
+#include "shared/xml/XMLScanner.h"
 
 namespace shr {
 namespace {
@@ -69,6 +73,53 @@ TEST(XMLNode, keepsAttributesInOrder) {
     for (const auto& [name, value] : expected) EXPECT_EQ(node->GetAttribute(name), value);
     EXPECT_FALSE(node->HasAttribute("name"));
     EXPECT_EQ(node->GetAttribute("zzz"), "");
+  }
+}
+
+/// Returns a tree with handles to its root alone: 8 children with 8 children each.
+XMLNode::Handle ScannedTree() {
+  std::string text;
+  for (int i = 0; i < 8; ++i) text += "<a><b/><b/><b/><b/><b/><b/><b/><b n=\"8\"/></a>";
+  return XMLScanner().ScanText(text, L"tree");
+}
+
+TEST(XMLNode, isVisitedWithoutHandles) {
+  const XMLNode::Handle root = ScannedTree();
+  std::string last;
+  int count = 0;
+  root->ForEachChild([&](const XMLNode& a) {
+    a.ForEachChild([&](const XMLNode& b) {
+      ++count;
+      last = b.GetAttribute("n");
+    });
+  });
+  EXPECT_EQ(count, 64);
+  EXPECT_EQ(last, "8");
+  // A visited node has no handle; those from the root down to it are made when it is asked for one.
+  root->ForEachChild([&root](const XMLNode& a) {
+    a.ForEachChild([&](const XMLNode& b) {
+      EXPECT_EQ(b.GetParent().get(), &a);
+      EXPECT_EQ(b.GetParent()->GetParent(), root);
+    });
+  });
+  XMLNode::Factory("leaf")->ForEachChild([](const XMLNode&) { ADD_FAILURE(); });
+}
+
+TEST(XMLNode, makesTheSameHandlesInAllThreads) {
+  for (int round = 0; round < 50; ++round) {
+    const XMLNode::Handle root = ScannedTree();
+    std::vector<XMLNode::Handle> found[3];
+    const auto walk = [&root](std::vector<XMLNode::Handle>& all) {
+      for (const XMLNode::Handle& a : root->GetChildren()) {
+        for (const XMLNode::Handle& b : a->GetChildren()) all.push_back(b);
+      }
+    };
+    std::thread threads[] = {std::thread(walk, std::ref(found[0])),
+                             std::thread(walk, std::ref(found[1])),
+                             std::thread(walk, std::ref(found[2]))};
+    for (std::thread& thread : threads) thread.join();
+    ASSERT_EQ(found[0].size(), 64u);
+    ASSERT_TRUE(found[0] == found[1] && found[1] == found[2]);
   }
 }
 

@@ -58,6 +58,19 @@ private:
   std::filesystem::path path_;
 };
 
+/// Reads every construct by its operation, which the scanner itself does with unusual ones only.
+class StepwiseScanner : public XMLScanner {};
+
+/// Asks for the current node and its kin at every step.
+class CuriousScanner : public XMLScanner {
+protected:
+  void ReadAttributes() override {
+    const XMLNode::Handle parent = GetCurrent()->GetParent();
+    EXPECT_EQ(parent->GetChildren().back(), GetCurrent());
+    XMLScanner::ReadAttributes();
+  }
+};
+
 /// Returns the tree in notation, or the message of the error behind its first line.
 std::string Scanned(std::string_view content) {
   const auto result = [](const auto& scan) -> std::string {
@@ -74,6 +87,10 @@ std::string Scanned(std::string_view content) {
   const std::string fromText = result([&] { return scanner.ScanText(content, L"text"); });
   const TempFile file(content);
   EXPECT_EQ(result([&] { return scanner.ScanFile(file.Path()); }), fromText);
+  StepwiseScanner stepwise;
+  EXPECT_EQ(result([&] { return stepwise.ScanText(content, L"text"); }), fromText);
+  CuriousScanner curious;
+  EXPECT_EQ(result([&] { return curious.ScanText(content, L"text"); }), fromText);
   return fromText;
 }
 
@@ -232,6 +249,60 @@ TEST(XMLScanner, costsNoMoreForHostileElements) {
   EXPECT_EQ(a->GetAttributeCount(), 30000u);
   EXPECT_EQ(a->GetAttribute("n45000"), "\"\"");
   EXPECT_EQ(a->GetValue(), std::string(30000, 'x'));
+}
+
+TEST(XMLScanner, readsAlikeWithAndWithoutOverriding) {
+  // Texts of what tags are made of, most of which are not well formed.
+  const std::string_view pieces[] = {"<a",       "<b",     ">",     "/>",  "</a>", "</b>", "</a >",
+                                     " c=\"1\"", " d='2'", " e",    "<!",  "<!--", "-->",  "text",
+                                     "&quot;",   "\n",     "</aa>", "<?x", "?>",   "=",    "\""};
+  std::mt19937 random(5);
+  for (int i = 0; i < 3000; ++i) {
+    std::string text;
+    for (auto left = random() % 30; left > 0; --left) {
+      // Half of the time a good element, so that scanning gets somewhere.
+      text += random() % 2 == 0 ? "<a b=\"&quot;x&amp;\" a=\"\">t</a>"
+                                : pieces[random() % std::size(pieces)];
+    }
+    Scanned(text);
+    ASSERT_FALSE(HasFailure()) << text;
+  }
+}
+
+/// Hangs what is in "other" below a tree of its own.
+class MovingScanner : public XMLScanner {
+public:
+  XMLNode::Handle other = XMLNode::Factory("other");
+
+protected:
+  void CloseBracket() override {
+    XMLScanner::CloseBracket();
+    if (GetCurrent()->GetName() == "other") SetCurrent(other);
+  }
+};
+
+TEST(XMLScanner, goesOnBelowANodeOfAnotherTree) {
+  MovingScanner scanner;
+  const XMLNode::Handle root = scanner.ScanText("<other>x<a b=\"1\"/></other><c/>", L"moved");
+  EXPECT_EQ(Notation(*scanner.other), "other'x'{a[b=1]}");
+  EXPECT_EQ(Notation(*root), "{other c}");
+}
+
+TEST(XMLScanner, keepsMemoryForTheNextTreeOnly) {
+  XMLNode::Handle last;
+  {
+    XMLScanner scanner;
+    std::string text;
+    for (int i = 0; i < 1000; ++i) text += "<a b=\"1\">text</a>";
+    const std::string expected = Notation(*scanner.ScanText(text, L"first"));
+    last = scanner.ScanText(text, L"second");  // in the memory of the first
+    const XMLNode::Handle together = scanner.ScanText(text, L"third");
+    EXPECT_EQ(Notation(*last), expected);
+    EXPECT_EQ(Notation(*together), expected);
+    scanner.Close();
+    EXPECT_EQ(Notation(*scanner.ScanText(text, L"fourth")), expected);
+  }
+  EXPECT_EQ(last->GetChildren().size(), 1000u);  // outlives its scanner
 }
 
 TEST(XMLScanner, keepsNothingOfATreeAndScansOn) {
