@@ -184,6 +184,11 @@ void CMTContext::CountElement() {
                  static_cast<unsigned>(MT_MAX_ELEMENTS));
 }
 
+CMTContext::Level& CMTContext::Current() {
+  if (levels_.empty()) ThrowInternalError(SHARED_MODULE, L"Context", __LINE__);
+  return levels_.back();
+}
+
 template <typename Change>
 void CMTContext::ChangeAttributes(Change change) {
   MTAttributes attributes = textIF_.GetAttributes();
@@ -246,17 +251,18 @@ void CMTContext::CharCode(unsigned code) {
 
 void CMTContext::Newline() {
   SendText();
+  Level& level = Current();
   if (!braces_.empty()) ThrowUnbalanced();
-  if ((options_ & MT_SINGLE_LINE) == 0) {
+  const bool isSingleLine = (options_ & MT_SINGLE_LINE) != 0;
+  if (!isSingleLine) {
     CountElement();
     AppendCurrentLine();
   }
   textIF_.RestoreState();
   textIF_.PreserveState();
-  Level& level = Current();
   level.positions.clear();
-  if ((options_ & MT_SINGLE_LINE) != 0) {
-    level.pen.y = 0;
+  level.pen.y = 0;
+  if (isSingleLine) {
     AccumulateText(L" ");
     return;
   }

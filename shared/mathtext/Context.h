@@ -59,6 +59,9 @@ inline constexpr int MT_UNBALANCED_BRACES = 1354;
 /// attributes that the whole text begins with. Every line begins with the attributes that the
 /// interface had.
 ///
+/// Runs follow each other from left to right. Within a run its text is ordered and shaped as its
+/// script wants it, so a change of style inside text from right to left begins a run to its right.
+///
 /// A sub-string is a text of its own: its lines begin with the attributes in force at `\ssbeg`, its
 /// pen, offset and saved positions are its own, and behind `\ssend` attributes are those of before.
 /// Braces pair within it.
@@ -104,7 +107,8 @@ public:
 
   double GetHeight() const noexcept { return height_; }
 
-  // What the scanner calls. Errors: those of `Parse`, as `Exception` of source "MTParser".
+  // What the scanner calls while `Parse` works. Errors: those of `Parse`, as `Exception` of source
+  // "MTParser"; outside of `Parse` an internal error.
 
   void Text(const wchar_t* text) override;
   void CharCode(unsigned code) override;
@@ -156,7 +160,7 @@ private:
   double LengthOf(double percent, const wchar_t* command) const;
   template <typename Change>
   void ChangeAttributes(Change change);
-  Level& Current() { return levels_.back(); }
+  Level& Current();
 
   CMTTextIF& textIF_;
   double height_;

@@ -210,17 +210,66 @@ TEST(MathTextContext, tellsWhatDoesNotParse) {
   }
 }
 
+/// Keeps the exceptions that pass through what the scanner calls.
+class ErrorKeeper : public CMTContext {
+public:
+  using CMTContext::CMTContext;
+
+  void Newline() override {
+    Keep([this] { CMTContext::Newline(); });
+  }
+  void PopState() override {
+    Keep([this] { CMTContext::PopState(); });
+  }
+  void Error(const wchar_t* nearText) override {
+    Keep([&] { CMTContext::Error(nearText); });
+  }
+
+  std::vector<Exception> kept;
+
+private:
+  void Keep(const std::function<void()>& action) {
+    try {
+      action();
+    } catch (const Exception& error) {
+      kept.push_back(error);
+      throw;
+    }
+  }
+};
+
 TEST(MathTextContext, raisesErrorsOfTheParser) {
   CMTRecordingTextIF record{MTFixedMetrics()};
-  CMTContext context(record, 10);
-  try {
-    context.Error(L"here");
-    ADD_FAILURE();
-  } catch (const Exception& error) {
+  const struct {
+    const wchar_t* text;
+    const wchar_t* description;
+    bool isUnbalanced;
+  } rows[] = {
+      {L"{\\b x\n}", L"Unbalanced '{' and '}' directives", true},
+      {L"\\b x}", L"Unbalanced '{' and '}' directives", true},
+      {L"a\\here", L"MathText parsing error near '\\here'", false},
+  };
+  for (const auto& row : rows) {
+    ErrorKeeper context(record, 10);
+    std::shared_ptr<CMTMultiLineElement> element;
+    EXPECT_EQ(CMTContext::MT_FAILURE, context.Parse(row.text, element));
+    ASSERT_EQ(1u, context.kept.size());
+    const Exception& error = context.kept[0];
+    EXPECT_EQ(row.description, error.GetDescription());
     EXPECT_EQ(L"MTParser", error.GetSrcFile());
     EXPECT_EQ(L"Shared", error.GetModule());
-    EXPECT_EQ(L"MathText parsing error near 'here'", error.GetDescription());
+    EXPECT_EQ(row.isUnbalanced, error.GetSrcLine() == 1354);
   }
+}
+
+TEST(MathTextContext, refusesToBuildOutsideOfParse) {
+  CMTRecordingTextIF record{MTFixedMetrics()};
+  record.PreserveState();
+  CMTContext context(record, 10);
+  for (const wchar_t* const text : {L"a\\b", L"\n", L"}", L"\\sp1", L"\\ssend", L"\\up5"}) {
+    EXPECT_NE(L"(nothing)", test::Failure([&] { ScanMathText(text, context); })) << text;
+  }
+  EXPECT_EQ(1u, record.GetStateDepth());
 }
 
 GString Repeated(std::wstring_view text, std::size_t count) {
