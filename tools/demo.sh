@@ -9,7 +9,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 cmake --preset release
-cmake --build --preset release --target mapreport georeference datareport
+cmake --build --preset release --target mapreport georeference datareport mathtext
 data=examples/data
 out=$PWD/build/demo
 mkdir -p "$out"
@@ -33,6 +33,8 @@ echo "Mexico alone:"
 echo "A scanned map of Svalbard, by the method that fits best, and points of the image on the map:"
 build/release/bin/georeference --points "$data/control-points-svalbard.csv" \
   --warp-points "$data/control-points-svalbard.csv" --title "Svalbard, from 42 control points" --out "$out/georeference"
+echo "Every command of math text, and names in many scripts: $out/mathtext/gallery.html"
+build/release/bin/mathtext --gallery "$out/mathtext"
 echo "A voyage across the Pacific:"
 "$program" --map "$data/countries-50m.txt" --window=120,-50,-110,60 --track "$data/pacific.kml" --title "Across the Pacific" \
   --csv --out "$out/pacific"
