@@ -23,6 +23,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <span>
@@ -73,6 +74,15 @@ public:
 
 private:
   using GlyphKey = std::pair<std::shared_ptr<CFaceInfo>, std::uint32_t>;
+  /// By address, then by number. The order of `std::shared_ptr` itself does not compile with clang
+  /// 14 beside the deleted operators of shared/geometry/VectorOperators.h.
+  struct GlyphKeyLess {
+    bool operator()(const GlyphKey& a, const GlyphKey& b) const {
+      const CFaceInfo* const faces[] = {a.first.get(), b.first.get()};
+      if (faces[0] != faces[1]) return std::less<const CFaceInfo*>()(faces[0], faces[1]);
+      return a.second < b.second;
+    }
+  };
   struct Glyph {
     std::size_t id = 0;   ///< its number; 0 without curves
     double penWidth = 0;  ///< of those that are drawn with a pen
@@ -99,7 +109,7 @@ private:
   bool inheritsStyle_ = false;
   Color4b haloColor_;
   double haloWidth_ = 0;
-  std::map<GlyphKey, Glyph> glyphs_;
+  std::map<GlyphKey, Glyph, GlyphKeyLess> glyphs_;
   std::size_t glyphCount_ = 0;
 };
 
