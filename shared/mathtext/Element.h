@@ -10,18 +10,20 @@
 /// Every element has a frame of its own: its pen starts at the origin, on the baseline, x to the
 /// right and y upwards.
 ///
+/// ```text
 ///      +-------------+  ascent     generic box: the text, as its face has its lines, whatever
 ///      | #  #  ## ## |             its ink
 ///      | # ##  #  #  |             internal box: that and all that belongs to it: underlines,
 ///      O-------------+-> extent    segments of lines, sub-strings
 ///      +-------------+  -descent
+/// ```
 ///
 /// What is measured is kept until something changes here or in a part. It is valid for every
 /// interface that measures alike, as all do that derive from `CMTFaceTextIF`; for one that measures
 /// differently the text is to be parsed anew.
 ///
-///     const std::shared_ptr<CMTElement> label = std::make_shared<CMTStringElement>(output,
-///     L"Oslo"); label->SetAlignment(HAlignment::Center, VAlignment::Bottom);
+///     const auto label = std::make_shared<CMTStringElement>(output, L"Oslo");
+///     label->SetAlignment(HAlignment::Center, VAlignment::Bottom);
 ///     label->DrawUsingTextIF(output, Vec2d(10.75, 59.91));
 ///
 /// An element is part of one other at most. Errors: one that is part of another already, or would

@@ -5,10 +5,12 @@
 /// `CMTLineElement`, one line of math text: runs of text, each at its offset from the beginning of
 /// the line.
 ///
+/// ```text
 ///              .--------.
 ///     +-----+  | raised |-------+
 ///     O run |--'--------'  run  |    O  frame of the line
 ///     +-----+           +-------+
+/// ```
 ///
 ///     auto line = std::make_shared<CMTLineElement>(output);
 ///     line->AddAssocStringElement(std::make_shared<CMTAssocStringElement>(output, L"E = mc"), {});

@@ -17,7 +17,7 @@
 /// ends with the picture. Of a longer run the longest part is taken first ("ddddd" is `dddd` and
 /// `d`). All other characters stand for themselves.
 ///
-///     GString text = FormatMathTextDateTime(L"d MMMM yyyy", time);   // "5 March 2026"
+///     GString text = FormatMathTextDateTime(L"d MMMM yyyy", moment);   // "5 March 2026"
 ///
 /// Threads: all functions may be called on any thread.
 

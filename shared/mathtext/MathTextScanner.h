@@ -6,9 +6,7 @@
 /// `\color(red)`. docs/math-text.md has the grammar and a picture of each command. The scanner
 /// tells a sink what it meets; the tree of a label is built by shared/mathtext/Context.h.
 ///
-///     struct Words : IMathTextScanner { ... };       // what each construct means to you
-///     Words words;
-///     if (!ScanMathText(L"{\\i E} = mc\\up40\\fs60 2", words)) ...   // words.Error told where
+///     if (!ScanMathText(L"{\\i E} = mc\\up40\\fs60 2", sink)) return;   // sink.Error told where
 ///
 /// Units: what the commands call percent is percent of the height of the text. Threads: all
 /// functions may be called on any thread, one thread a sink.

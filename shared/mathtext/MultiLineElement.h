@@ -5,9 +5,11 @@
 /// `CMTMultiLineElement`, a text of lines below each other: what a label is parsed to, and what a
 /// sub-string is.
 ///
+/// ```text
 ///     O  first line      |    O  frame: on the baseline of the first line, at the left of the
 ///        the widest line |       widest line or of the field, whichever is wider
 ///          third         |       (here the lines are justified about the middle)
+/// ```
 ///
 /// Baselines follow each other by the descent of the line above, the gap of the line below and its
 /// ascent (`CMTLineElement::GetRoom`): of lines set in one face and height that is what the face

@@ -63,6 +63,11 @@ class Examples(unittest.TestCase):
                 if fault is not None:
                     self.assertIn(fault, errors[0])
 
+    def test_drawings_are_no_examples(self):
+        drawing = "/// ```text\n///     +--+\n///     |  |\n/// ```\n///"
+        found = list(header_examples.examples(HEADER.format(drawing + "\n///     Take(1);")))
+        self.assertEqual([(9, ["Take(1);", ""])], found)
+
 
 if __name__ == "__main__":
     unittest.main()

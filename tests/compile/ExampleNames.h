@@ -26,6 +26,7 @@
 #include "shared/commands/SimpleCommand.h"
 #include "shared/geometry/Box2.h"
 #include "shared/geometry/Vec3.h"
+#include "shared/mathtext/RecordingTextIF.h"
 #include "shared/numerics/registration/ImageRegistration.h"
 #include "shared/polygons/GPolygon2d.h"
 #include "shared/polygons/GPolyline.h"
@@ -102,6 +103,14 @@ namespace shr::example::in_IProgress {
 inline GString label_;
 inline std::uint64_t total_ = 0;
 }  // namespace shr::example::in_IProgress
+
+namespace shr::example::in_Context {
+void Tell(const GString& error);
+}
+
+namespace shr::example::in_RecordingTextIF {
+void Replay(const MTDrawCall& call);
+}
 
 namespace shr::example::in_MedianCut {
 inline struct Image {

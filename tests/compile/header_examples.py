@@ -3,9 +3,9 @@
 # Copyright (c) 2026 The Shared authors
 """Compiles the examples in the file comments of the public headers: header_examples.py ROOT -- COMPILER ARGUMENT...
 
-An example is a run of lines of the file comment that are set in by four blanks more. It becomes the body of a function
-behind all public headers, in a namespace that has the name of the header. One that shows a whole function or class is
-compiled as it is. Three dots stand for code of the reader. ExampleNames.h declares what examples take as given; a value
+An example is a run of lines of the file comment that are set in by four blanks more, but for drawings, which stand
+between lines of three backquotes. It becomes the body of a function behind all public headers, in a namespace that has
+the name of the header. One that shows a whole function or class is compiled as it is. Three dots stand for code of the reader. ExampleNames.h declares what examples take as given; a value
 (its name begins small) may be missing there, then what is done with it is not checked. Examples of the headers that
 build on Boost or Eigen compile only where these are. Understands the messages of g++.
 """
@@ -50,9 +50,10 @@ def without_dots(line):
 
 def examples(text):
     """Yields (line number, lines) of every example of a header's file comment."""
-    block, begin = [], 0
+    block, begin, is_drawing = [], 0, False
     for number, line in enumerate(text.splitlines(), 1):
-        match = EXAMPLE.match(line)
+        is_drawing ^= line.startswith("/// ```")
+        match = None if is_drawing else EXAMPLE.match(line)
         if match:
             begin = begin if block else number
             block.append(without_dots(match[1]))
