@@ -5,10 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "shared/fonts/StrokedFace.h"
 #include "shared/fonts/SystemFaceInfo.h"
+#include "shared/fonts/TextLayout.h"
 
 namespace shr {
 namespace {
@@ -25,6 +27,25 @@ TEST(FontsPage, textIsMeasured) {
   // [end]
   EXPECT_GT(width, 3 * height);
   EXPECT_GT(above, height / 2);
+}
+
+TEST(FontsPage, linesAreSetInSeveralFaces) {
+  double right = 0;
+  const auto Draw = [&right](const GlyphVectors& glyph, double x, double) {
+    if (!glyph.fill.verbs.empty()) right = std::max(right, x);
+  };
+  // [layout]
+  TextFace face;
+  face.name = L"DejaVu Sans";
+  const TextLayout line = LayoutText(GString::FromUtf8("Cairo, القاهرة, 開羅"), face);
+  for (const TextRun& run : line.runs) {
+    for (const PlacedGlyph& placed : run.glyphs) {
+      Draw(GetGlyphVectors(run, placed), placed.x, placed.y);
+    }
+  }
+  // [end]
+  EXPECT_GT(right, line.advance - 2);
+  EXPECT_LT(right, line.advance);
 }
 
 TEST(FontsPage, markersAreFoundByName) {
