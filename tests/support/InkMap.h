@@ -43,7 +43,14 @@ public:
   template <typename Place>
   void Fill(const GlyphOutline& outline, Place place) {
     const std::vector<Edge> edges = Flatten(outline, place);
-    for (int row = 0; row < height_ * ROWS_PER_PIXEL; ++row) FillRow(edges, row);
+    double top = height_, bottom = 0;
+    for (const Edge& edge : edges) {
+      top = std::min({top, edge.from.y, edge.to.y});
+      bottom = std::max({bottom, edge.from.y, edge.to.y});
+    }
+    const int first = static_cast<int>(std::max(top, 0.0) * ROWS_PER_PIXEL);
+    const int end = static_cast<int>(std::min<double>(bottom + 1, height_) * ROWS_PER_PIXEL);
+    for (int row = first; row < end; ++row) FillRow(edges, row);
   }
 
   /// Returns the ink that both have as a part of the ink that one of them has, 1 where there is
