@@ -2,10 +2,10 @@
 # SPDX-License-Identifier: MIT
 # Copyright (c) 2026 The Shared authors
 #
-# Builds the examples with optimisation and runs them on the data of the repository: the data report on earthquakes and
-# cities; the map report on Europe from a settings file, with a track, steps taken back and redone, saved, loaded again
-# and logged; Mexico alone; a scanned map of Svalbard; a voyage across the Pacific; the world. Each run prints the path of its report. The last line is
-# that of the world.
+# Builds the examples with optimisation and runs them on the data of the repository: the data report on earthquakes
+# and cities; the map report on Europe from a settings file, with a track, steps taken back and redone, saved, loaded
+# again and logged; Mexico alone; a scanned map of Svalbard; a voyage across the Pacific; the world. Each run prints
+# the path of its report. The last line is that of the world.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 cmake --preset release
@@ -35,9 +35,9 @@ build/release/bin/georeference --points "$data/control-points-svalbard.csv" \
   --warp-points "$data/control-points-svalbard.csv" --title "Svalbard, from 42 control points" --out "$out/georeference"
 echo "Every command of math text, and names in many scripts: $out/mathtext/gallery.html"
 build/release/bin/mathtext --gallery "$out/mathtext"
-echo "A voyage across the Pacific:"
-"$program" --map "$data/countries-50m.txt" --window=120,-50,-110,60 --track "$data/pacific.kml" --title "Across the Pacific" \
-  --csv --out "$out/pacific"
+echo "A voyage across the Pacific, all text as outlines:"
+"$program" --map "$data/countries-50m.txt" --window=120,-50,-110,60 --track "$data/pacific.kml" \
+  --title "{\\b Across the Pacific} by \\i sail" --text outlines --csv --out "$out/pacific"
 echo "The world:"
 "$program" --map "$data/countries-50m.txt" --points "$data/earthquakes.csv" --cities "$data/cities-utf16le.csv" \
   --out "$out"

@@ -29,7 +29,7 @@ packages_of() {
                 libnanoflann-dev libopenblas-dev libpango1.0-dev libpolyclipping-dev libpugixml-dev libqd-dev libxml2-dev \
                 pkg-config python3 \
                 "${windows[@]}" wine wine64 ;;
-    fuzz) echo "${build[@]}" "${clang[@]}" libmpfr-dev ;;
+    fuzz) echo "${build[@]}" "${examples[@]}" "${clang[@]}" libmpfr-dev ;;
     builds) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest "${fonts[@]}" python3 ;;
     tsan) echo "${build[@]}" "${examples[@]}" "${clang[@]}" googletest "${fonts[@]}" tidy ;;
     coverage) echo "${build[@]}" "${examples[@]}" googletest "${fonts[@]}" gcovr tidy ;;

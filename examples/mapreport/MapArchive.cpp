@@ -24,7 +24,7 @@ using namespace shr;
 namespace {
 
 constexpr unsigned int MAGIC = 0x5250414D;  // "MAPR"
-constexpr int VERSION_WITH_TRACKS = 2;
+constexpr int VERSION_2 = 2;
 /// Window coordinates reach from -180 to 360 and shifted ones not much further.
 constexpr double FARTHEST = 1000;
 
@@ -51,7 +51,7 @@ void TransferState(Archive& archive, Model& model) {
   Transfer(archive, model.continent);
   Transfer(archive, model.palette);
   Transfer(archive, model.classes);
-  if (archive.GetVersion() < VERSION_WITH_TRACKS) return;
+  if (archive.GetVersion() < VERSION_2) return;
   Transfer(archive, model.tracks);
   Transfer(archive, model.waypoints);
 }
@@ -146,6 +146,7 @@ const wchar_t* FindFault(const Model& model) {
   }
   if (model.palette.ramp.size() < 2) return L"colors are missing";
   if (!IsDashPattern(model.view.dashes)) return L"the dashes are none";
+  if (model.view.text > TextMode::Portable) return L"the mode of texts is none";
   return nullptr;
 }
 
@@ -265,6 +266,9 @@ void View::Serialize(Archive& archive) {
   archive.Transfer64(labels);
   archive.Transfer64(strongest);
   Transfer(archive, dashes);
+  if (archive.GetVersion() < VERSION_2) return;
+  Transfer(archive, text);
+  Transfer(archive, face);
 }
 
 void Area::Serialize(Archive& archive) {

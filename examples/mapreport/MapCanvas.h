@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include "examples/mapreport/MapText.h"
 #include "examples/mapreport/Markers.h"
 #include "examples/mapreport/Projection.h"
 #include "shared/plots/LabelPlacement.h"
@@ -17,10 +18,15 @@ using shr::LabelPlacer;
 using shr::SvgWriter;
 
 struct MapCanvas {
+  /// Names stay inside `labelled`. The model and the projection must live as long as this.
+  MapCanvas(const Model& model, const Projection& where, const Box2d& labelled)
+      : projection(where), placer(labelled), text(svg, model.view) {}
+
   SvgWriter svg;
   const Projection& projection;
   LabelPlacer placer;  ///< keeps names off each other and off markers
-  MarkerSheet markers{};
+  MarkerSheet markers;
+  MapText text;
 };
 
 }  // namespace mapreport

@@ -167,12 +167,21 @@ struct Palette {
 /// Returns the colors of maps that ask for no others.
 Palette DefaultPalette();
 
+/// How the texts of a map are written.
+enum class TextMode : unsigned char {
+  Text,      ///< as text, measured by the faces of this machine
+  Outlines,  ///< as paths: the same everywhere, also without any font
+  Portable   ///< as text, by estimates: the bytes of the picture depend on no machine
+};
+
 /// How the model is shown.
 struct View {
-  GString title{L"Earthquakes by country"};
-  std::size_t labels = 150;    ///< most city names on the map
-  std::size_t strongest = 20;  ///< rows of the table of strongest events
-  std::vector<double> dashes;  ///< drawn and left out along rivers in turn, in pixels
+  GString title{L"Earthquakes by country"};  ///< math text
+  std::size_t labels = 150;                  ///< most city names on the map
+  std::size_t strongest = 20;                ///< rows of the table of strongest events
+  std::vector<double> dashes;                ///< drawn and left out along rivers in turn, in pixels
+  TextMode text = TextMode::Text;
+  GString face;  ///< of all texts; empty for the default face
 
   void Serialize(shr::Archive& archive);
 };

@@ -8,6 +8,7 @@
 #include "examples/mapreport/SettingsFile.h"
 #include "shared/files/FileUtility.h"
 #include "shared/files/Path.h"
+#include "shared/mathtext/Context.h"
 #include "shared/text/StringUtility.h"
 
 namespace mapreport {
@@ -49,6 +50,8 @@ struct RawOptions {
   GString dashes;
   GString out;
   GString title;
+  GString text;
+  GString face;
   GString log;
   GString remoteLog;
   std::optional<std::size_t> labels;
@@ -93,7 +96,14 @@ void AddSettings(ArgumentParser& parser, RawOptions& raw, Options& options) {
       .AddText("--colors", raw.colors, "C,C...",
                "Colors from few events to many, by name or #rrggbb; two or more")
       .Check(FaultOfColors);
-  parser.AddText("--title", raw.title, "TEXT", "Title of the map and the report");
+  parser.AddText("--title", raw.title, "TEXT", "Title of the map and the report, math text")
+      .Check(FindMathTextFault);
+  parser
+      .AddText("--text", raw.text, "HOW",
+               "How texts of the map are written: text, outlines (looks the same without fonts) or "
+               "portable (the same bytes on every machine)")
+      .MustParse(ParseTextMode, L"is not text, outlines or portable");
+  parser.AddText("--face", raw.face, "NAME", "Face of the texts of the map");
   parser.AddCount("--labels", raw.labels, MOST_ROWS, "Most city names on the map");
   parser.AddCount("--strongest", raw.strongest, MOST_ROWS, "Rows of the table of strongest events");
   parser
@@ -156,6 +166,8 @@ Inputs MakeInputs(const RawOptions& raw, const SettingsFile& file) {
 Settings MakeSettings(const RawOptions& raw) {
   Settings settings;
   if (!raw.title.empty()) settings.title = raw.title;
+  if (!raw.text.empty()) settings.text = ParseTextMode(raw.text);
+  if (!raw.face.empty()) settings.face = raw.face;
   if (!raw.window.empty()) settings.window = ParseWindow(raw.window);
   if (!raw.clip.empty()) settings.clip = raw.clip;
   if (!raw.continent.empty()) settings.continent = raw.continent;

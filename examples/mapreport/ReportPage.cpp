@@ -15,6 +15,8 @@
 #include "examples/mapreport/TableFiles.h"
 #include "examples/mapreport/Tracks.h"
 #include "shared/html/HtmlReport.h"
+#include "shared/mathtext/Context.h"
+#include "shared/mathtext/MathTextHtml.h"
 
 namespace mapreport {
 
@@ -164,7 +166,7 @@ void WritePicture(CHtmlReport& report, const Model& model, const MapPicture& pic
   const std::string name = HtmlEscape(pictureName);
   ImageAttrib image;
   image.SRC = name;
-  image.ALT = "Map of " + HtmlEscape(model.view.title);
+  image.ALT = "Map of " + HtmlEscape(MathTextToSimpleText(model.view.title));
   image.WIDTH = std::to_string(picture.width);
   image.HEIGHT = std::to_string(picture.height);
   report << "<DIV CLASS=\"scroll\">\n" << Img(image) << "</DIV>\n";
@@ -348,8 +350,8 @@ void WriteHistory(CHtmlReport& report, const Model& model) {
 std::string MakePage(const Model& model, const MapPicture& picture, const GString& pictureName,
                      bool tables) {
   CHtmlReport report;
-  const std::string title = HtmlEscape(model.view.title);
-  report << Preamble(title, STYLE) << Heading(1, title);
+  report << Preamble(HtmlEscape(MathTextToSimpleText(model.view.title)), STYLE);
+  report << Heading(1, MathTextToHtml(model.view.title));
   WriteOverview(report);
   WriteSummary(report, model);
   WriteAreas(report, model);

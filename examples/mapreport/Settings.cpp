@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <string>
 
 #include "shared/color/ColorTable.h"
@@ -90,6 +91,8 @@ void Settings::Complete(const Settings& other) {
   Take(sea, other.sea);
   Take(river, other.river);
   Take(dashes, other.dashes);
+  Take(text, other.text);
+  Take(face, other.face);
   Take(clip, other.clip);
   Take(continent, other.continent);
 }
@@ -99,6 +102,8 @@ void Settings::Apply(View& view) const {
   view.labels = labels.value_or(view.labels);
   view.strongest = strongest.value_or(view.strongest);
   view.dashes = dashes.value_or(view.dashes);
+  view.text = text.value_or(view.text);
+  view.face = face.value_or(view.face);
 }
 
 void Settings::Apply(Palette& palette) const {
@@ -195,6 +200,14 @@ std::optional<Color4b> ParseColor(const GString& text) {
   std::size_t index = 0;
   if (!table.IndexFromColor(name, index)) return ParseHexColor(name);
   return Color4b(table[index].Color(), OPAQUE_ALPHA);
+}
+
+std::optional<TextMode> ParseTextMode(const GString& text) {
+  constexpr const wchar_t* NAMES[] = {L"text", L"outlines", L"portable"};
+  for (std::size_t i = 0; i < std::size(NAMES); ++i) {
+    if (text == NAMES[i]) return static_cast<TextMode>(i);
+  }
+  return std::nullopt;
 }
 
 std::optional<std::vector<double>> ParseDashes(const GString& text) {

@@ -30,6 +30,8 @@ struct Settings {
   std::optional<Color4b> sea;
   std::optional<Color4b> river;
   std::optional<std::vector<double>> dashes;
+  std::optional<TextMode> text;
+  std::optional<GString> face;
   std::optional<GString> clip;       ///< what `FindArea` takes
   std::optional<GString> continent;  ///< whose countries are united
 
@@ -72,6 +74,9 @@ GString FaultOfColors(const GString& text);
 GString ColorsText(const std::vector<Color4b>& colors);
 /// Reads "#rrggbb" or the name of a color of `shr::CColorTable`, in any letter case.
 std::optional<Color4b> ParseColor(const GString& text);
+
+/// Reads "text", "outlines" or "portable".
+std::optional<TextMode> ParseTextMode(const GString& text);
 
 /// Reads lengths between commas or blanks, drawn and left out in turn; "solid" is a line without
 /// gaps.

@@ -10,6 +10,7 @@
 #include "examples/mapreport/PointTables.h"
 #include "shared/files/ConfigFile.h"
 #include "shared/files/Path.h"
+#include "shared/mathtext/Context.h"
 
 namespace mapreport {
 
@@ -66,7 +67,13 @@ constexpr Key KEYS[] = {
     {L"Files", L"Tracks",
      [](const GString& v, SettingsFile& f) { return SplitPaths(v, f.tracks); }},
     {L"Map", L"Title",
-     [](const GString& v, SettingsFile& f) { return Store({v}, f.settings.title); }},
+     [](const GString& v, SettingsFile& f) {
+       return FindMathTextFault(v).empty() && Store({v}, f.settings.title);
+     }},
+    {L"Map", L"Text",
+     [](const GString& v, SettingsFile& f) { return Store(ParseTextMode(v), f.settings.text); }},
+    {L"Map", L"Face",
+     [](const GString& v, SettingsFile& f) { return Store({v}, f.settings.face); }},
     {L"Map", L"Window",
      [](const GString& v, SettingsFile& f) { return Store(ParseWindow(v), f.settings.window); }},
     {L"Map", L"Labels",

@@ -14,6 +14,8 @@ using namespace shr;
 
 namespace {
 
+const Color4b DEGREE_COLOR(0x55, 0x62, 0x6B);
+
 std::size_t DecimalsOf(double step) {
   if (step >= 1) return 0;
   if (step >= 0.1) return 1;
@@ -38,16 +40,11 @@ void DrawLine(SvgWriter& svg, const Vec2d& from, const Vec2d& to) {
   svg.Begin("path").Attribute("d", path.Data()).End();
 }
 
-void DrawDegree(SvgWriter& svg, const Vec2d& at, const char* anchor, const GString& text) {
-  svg.Begin("text").Attribute("x", at.x).Attribute("y", at.y).Attribute("text-anchor", anchor);
-  svg.Text(text).End();
-}
-
 /// At the corners of the frame a meridian's label gives way to the one of the parallel.
-const char* AnchorAlong(double x, const Box2d& frame) {
-  constexpr double NEAR = 14;
-  if (x - frame.xMin() < NEAR) return "start";
-  return frame.xMax() - x < NEAR ? "end" : "middle";
+HAlignment SideAlong(double x, const Box2d& frame) {
+  constexpr double CLOSE = 14;
+  if (x - frame.xMin() < CLOSE) return HAlignment::Left;
+  return frame.xMax() - x < CLOSE ? HAlignment::Right : HAlignment::Center;
 }
 
 }  // namespace
@@ -72,25 +69,29 @@ void DrawGraticule(SvgWriter& svg, const Projection& projection, const Graticule
   svg.End();
 }
 
-void DrawFrame(SvgWriter& svg, const Projection& projection, const Graticule& graticule) {
+void DrawFrame(MapCanvas& canvas, const Graticule& graticule) {
+  const Projection& projection = canvas.projection;
   const Box2d& frame = projection.Frame();
   const std::size_t decimals = DecimalsOf(graticule.step);
-  svg.BeginRectangle(frame).Attribute("fill", "none").Attribute("stroke", "#3d4a52").End();
-  svg.Begin("g").Attribute("class", "degree");
+  const auto write = [&](double x, double y, HAlignment side, const GString& text) {
+    canvas.text.Write(Vec2d(x, y), text, {NOTE_SIZE, DEGREE_COLOR, 400, side});
+  };
+  canvas.svg.BeginRectangle(frame).Attribute("fill", "none").Attribute("stroke", "#3d4a52").End();
+  canvas.svg.Begin("g").Attribute("class", "degree");
   for (const double longitude : graticule.meridians) {
     const double x = projection.ToPage(Vec2d(longitude, 0)).x;
     const GString text = FormatLongitude(longitude, decimals);
-    const char* const anchor = AnchorAlong(x, frame);
-    DrawDegree(svg, Vec2d(x, frame.yMin() - 5), anchor, text);
-    DrawDegree(svg, Vec2d(x, frame.yMax() + 13), anchor, text);
+    const HAlignment side = SideAlong(x, frame);
+    write(x, frame.yMin() - 5, side, text);
+    write(x, frame.yMax() + 13, side, text);
   }
   for (const double latitude : graticule.parallels) {
     const double y = projection.ToPage(Vec2d(projection.Window().xMin(), latitude)).y + 3.5;
     const GString text = FormatLatitude(latitude, decimals);
-    DrawDegree(svg, Vec2d(frame.xMin() - 5, y), "end", text);
-    DrawDegree(svg, Vec2d(frame.xMax() + 5, y), "start", text);
+    write(frame.xMin() - 5, y, HAlignment::Right, text);
+    write(frame.xMax() + 5, y, HAlignment::Left, text);
   }
-  svg.End();
+  canvas.svg.End();
 }
 
 }  // namespace mapreport

@@ -8,6 +8,7 @@
 
 #include <vector>
 
+#include "examples/mapreport/MapCanvas.h"
 #include "examples/mapreport/Model.h"
 #include "examples/mapreport/Projection.h"
 #include "shared/plots/SvgWriter.h"
@@ -28,6 +29,6 @@ Graticule MakeGraticule(const Box2d& window);
 void DrawGraticule(SvgWriter& svg, const Projection& projection, const Graticule& graticule);
 
 /// Draws the frame of the map and the degrees on all four sides of it.
-void DrawFrame(SvgWriter& svg, const Projection& projection, const Graticule& graticule);
+void DrawFrame(MapCanvas& canvas, const Graticule& graticule);
 
 }  // namespace mapreport

@@ -15,6 +15,7 @@
 #include "examples/mapreport/SvgPoints.h"
 #include "examples/mapreport/SvgTracks.h"
 #include "examples/mapreport/Tracks.h"
+#include "shared/mathtext/MathTextScanner.h"
 
 namespace mapreport {
 
@@ -30,21 +31,25 @@ constexpr double TRACK_ROW = 24;
 /// Wider windows differ too much in scale from their middle to their edge for one bar.
 constexpr double WIDEST_WITH_BAR = 60;
 
-void Write(SvgWriter& svg, const Vec2d& at, const char* anchor, const char* cssClass,
-           const GString& text) {
-  svg.Begin("text").Attribute("x", at.x).Attribute("y", at.y);
-  if (*anchor != '\0') svg.Attribute("text-anchor", anchor);
-  if (*cssClass != '\0') svg.Attribute("class", cssClass);
-  svg.Text(text).End();
+/// How the legend writes.
+const TextStyle LABEL;
+const TextStyle HEADING{12, TEXT_COLOR, BOLD};
+const TextStyle NOTE{NOTE_SIZE, NOTE_COLOR};
+
+TextStyle Centred(TextStyle style) {
+  style.side = HAlignment::Center;
+  return style;
 }
 
-void DrawSwatch(SvgWriter& svg, const Vec2d& corner, const Color4b& color, const GString& label,
+void DrawSwatch(MapCanvas& canvas, const Vec2d& corner, const Color4b& color, const GString& label,
                 std::size_t countries) {
+  SvgWriter& svg = canvas.svg;
   svg.BeginRectangle(Box2d(corner.x, corner.y, corner.x + SWATCH_WIDTH, corner.y + SWATCH_HEIGHT));
   svg.Attribute("fill", HexColor(color)).Attribute("class", "country").End();
   const double middle = corner.x + SWATCH_WIDTH / 2;
-  Write(svg, Vec2d(middle, corner.y + 29), "middle", "", label);
-  Write(svg, Vec2d(middle, corner.y + 42), "middle", "small", L"(" + FormatCount(countries) + L")");
+  canvas.text.Write(Vec2d(middle, corner.y + 29), label, Centred(LABEL));
+  canvas.text.Write(Vec2d(middle, corner.y + 42), L"(" + FormatCount(countries) + L")",
+                    Centred(NOTE));
 }
 
 GString ClassLabel(const ColorClass& c) {
@@ -60,57 +65,55 @@ std::size_t CountEmptyCountries(const Model& model) {
       }));
 }
 
-void DrawClasses(SvgWriter& svg, const Model& model, const Vec2d& corner) {
-  Write(svg, corner, "", "head", L"Events in the country (number of countries)");
+void DrawClasses(MapCanvas& canvas, const Model& model, const Vec2d& corner) {
+  canvas.text.Write(corner, L"Events in the country (number of countries)", HEADING);
   Vec2d at(corner.x, corner.y + 9);
   if (const std::size_t empty = CountEmptyCountries(model)) {
-    DrawSwatch(svg, at, model.palette.none, L"none", empty);
+    DrawSwatch(canvas, at, model.palette.none, L"none", empty);
     at.x += SWATCH_WIDTH;
   }
   for (const ColorClass& c : model.classes) {
-    DrawSwatch(svg, at, c.color, ClassLabel(c), c.countries);
+    DrawSwatch(canvas, at, c.color, ClassLabel(c), c.countries);
     at.x += SWATCH_WIDTH;
   }
   if (model.clip.IsEmpty()) return;
-  svg.BeginRectangle(Box2d(at.x, at.y, at.x + SWATCH_WIDTH, at.y + SWATCH_HEIGHT));
-  svg.Attribute("class", "ground").End();
-  Write(svg, Vec2d(at.x + SWATCH_WIDTH / 2, at.y + 29), "middle", "", L"not shown");
+  canvas.svg.BeginRectangle(Box2d(at.x, at.y, at.x + SWATCH_WIDTH, at.y + SWATCH_HEIGHT));
+  canvas.svg.Attribute("class", "ground").End();
+  canvas.text.Write(Vec2d(at.x + SWATCH_WIDTH / 2, at.y + 29), L"not shown", Centred(LABEL));
 }
 
-void DrawMagnitudes(SvgWriter& svg, const Model& model, const Vec2d& corner) {
+void DrawMagnitudes(MapCanvas& canvas, const Model& model, const Vec2d& corner) {
+  SvgWriter& svg = canvas.svg;
   const std::vector<std::size_t> strongest = StrongestEvents(model, 1);
   if (strongest.empty()) return;
   const double largest = std::ceil(*model.events[strongest.front()].magnitude);
   const double last = std::clamp(largest, 2.0, LARGEST_SHOWN);
   const EventSizes sizes(model);
-  Write(svg, corner, "", "head",
-        CountCounted(model) == 0 ? L"Magnitude" : L"Magnitude; squares: many events");
+  canvas.text.Write(corner,
+                    CountCounted(model) == 0 ? L"Magnitude" : L"Magnitude; squares: many events",
+                    HEADING);
   Vec2d at(corner.x + 6, corner.y + 20);
   for (double magnitude = std::max(1.0, last - 5); magnitude <= last; ++magnitude) {
     svg.Begin("circle").Attribute("class", "event").Attribute("cx", at.x).Attribute("cy", at.y);
     svg.Attribute("r", sizes.Radius(magnitude)).End();
-    Write(svg, Vec2d(at.x, corner.y + 51), "middle", "small", FormatNumber(magnitude, 0));
+    canvas.text.Write(Vec2d(at.x, corner.y + 51), FormatNumber(magnitude, 0), Centred(NOTE));
     at.x += MAGNITUDE_STEP;
   }
 }
 
 void DrawCitySizes(MapCanvas& canvas, const Vec2d& corner) {
-  struct Row {
-    const wchar_t* text;
-    double advance;
-  };
-  static constexpr Row ROWS[] = {
-      {L"over 5 million people", 165}, {L"over 1 million", 115}, {L"smaller", 0}};
+  static constexpr const wchar_t* ROWS[] = {L"over 5 million people", L"over 1 million",
+                                            L"smaller"};
   SvgWriter& svg = canvas.svg;
-  Write(svg, corner, "", "head", L"City");
+  canvas.text.Write(corner, L"City", HEADING);
   double x = corner.x + 42;
   svg.Begin("g").Attribute("class", "city");
   for (std::size_t i = 0; i < std::size(ROWS); ++i) {
     const Marker marker = CityMarker(CITY_SIZES[i], canvas.projection);
     canvas.markers.Use(svg, marker, Vec2d(x, corner.y - 4));
-    svg.Begin("text").Attribute("x", x + 8).Attribute("y", corner.y);
-    svg.Attribute("font-size", CITY_SIZES[i].type).Text(ROWS[i].text).End();
-    x += ROWS[i].advance;
+    const MapText::Label label = canvas.text.Make(ROWS[i], {CITY_SIZES[i].type});
+    canvas.text.Draw(label, Vec2d(x + 8, corner.y));
+    x += canvas.text.WidthOf(label) + 28;
   }
   svg.End();
 }
@@ -133,12 +136,12 @@ bool HasTracks(const Model& model) {
 
 /// One sample for each kind of what was read from GPX and KML files.
 void DrawTrackKinds(MapCanvas& canvas, const Model& model, const Vec2d& corner) {
-  constexpr double STEP = 105;
   SvgWriter& svg = canvas.svg;
   double x = corner.x;
   const auto write = [&](const GString& text) {
-    Write(svg, Vec2d(x + 34, corner.y), "", "", text);
-    x += STEP;
+    const MapText::Label label = canvas.text.Make(text, LABEL);
+    canvas.text.Draw(label, Vec2d(x + 34, corner.y));
+    x += 34 + canvas.text.WidthOf(label) + 24;
   };
   for (const Track::Kind kind : TRACK_KINDS) {
     if (!HasKind(model, kind)) continue;
@@ -163,7 +166,9 @@ double RoundLength(double limit) {
   return length;
 }
 
-void DrawScaleBar(SvgWriter& svg, const Projection& projection, const Vec2d& right) {
+void DrawScaleBar(MapCanvas& canvas, const Vec2d& right) {
+  SvgWriter& svg = canvas.svg;
+  const Projection& projection = canvas.projection;
   if (projection.Window().xRange() > WIDEST_WITH_BAR) return;
   constexpr double LONGEST = 150;
   const double kilometres = RoundLength(LONGEST / projection.UnitsPerKilometre());
@@ -175,8 +180,10 @@ void DrawScaleBar(SvgWriter& svg, const Projection& projection, const Vec2d& rig
     svg.Attribute("fill", half == 0 ? "#3d4a52" : "#fff").Attribute("stroke", "#3d4a52");
     svg.Attribute("stroke-width", 0.7).End();
   }
-  Write(svg, Vec2d(left - 6, right.y + 1), "end", "small",
-        FormatCount(static_cast<std::size_t>(kilometres)) + L" km");
+  TextStyle style = NOTE;
+  style.side = HAlignment::Right;
+  canvas.text.Write(Vec2d(left - 6, right.y + 1),
+                    FormatCount(static_cast<std::size_t>(kilometres)) + L" km", style);
 }
 
 /// Names each source once, with all the layers that come from it.
@@ -218,21 +225,19 @@ double LegendHeight(const Model& model) {
 }
 
 void DrawLegend(MapCanvas& canvas, const Model& model, const Vec2d& corner, double width) {
-  SvgWriter& svg = canvas.svg;
-  const Projection& projection = canvas.projection;
-  svg.Begin("g").Attribute("font-size", "12px");
-  DrawClasses(svg, model, Vec2d(corner.x, corner.y + 8));
-  DrawMagnitudes(svg, model, Vec2d(corner.x + width - 5.4 * MAGNITUDE_STEP, corner.y + 8));
+  canvas.svg.Begin("g").Attribute("class", "legend");
+  DrawClasses(canvas, model, Vec2d(corner.x, corner.y + 8));
+  DrawMagnitudes(canvas, model, Vec2d(corner.x + width - 5.4 * MAGNITUDE_STEP, corner.y + 8));
   DrawCitySizes(canvas, Vec2d(corner.x, corner.y + 82));
-  DrawScaleBar(svg, projection, Vec2d(corner.x + width, corner.y + 82));
+  DrawScaleBar(canvas, Vec2d(corner.x + width, corner.y + 82));
   double y = corner.y + 108;
   if (HasTracks(model)) {
     DrawTrackKinds(canvas, model, Vec2d(corner.x, corner.y + 82 + TRACK_ROW));
     y += TRACK_ROW;
   }
-  Write(svg, Vec2d(corner.x, y), "", "small", ProjectionLine(projection));
-  Write(svg, Vec2d(corner.x, y + 16), "", "small", SourceLine(model));
-  svg.End();
+  canvas.text.Write(Vec2d(corner.x, y), ProjectionLine(canvas.projection), NOTE);
+  canvas.text.Write(Vec2d(corner.x, y + 16), EscapeMathText(SourceLine(model)), NOTE);
+  canvas.svg.End();
 }
 
 }  // namespace mapreport

@@ -19,6 +19,7 @@
 #include "examples/mapreport/SvgPoints.h"
 #include "examples/mapreport/SvgRivers.h"
 #include "examples/mapreport/SvgTracks.h"
+#include "shared/mathtext/Context.h"
 
 namespace mapreport {
 
@@ -35,29 +36,27 @@ constexpr double LABEL_MARGIN = 3;
 /// Countries that the description of the picture names.
 constexpr std::size_t MOST_DESCRIBED = 3;
 
-/// Scripts that the first faces lack are found by the viewer; East Asian faces by the language of
-/// the text.
-constexpr const char* STYLE_SHEET =
+/// Of portable texts. Scripts that the first faces lack are found by the viewer; East Asian faces
+/// by the language of the text.
+constexpr const char* PORTABLE_STYLE =
     "text{font-family:'Noto Sans','Segoe UI','DejaVu Sans','Noto Sans Arabic','Noto Sans Hebrew',"
-    "'Noto Sans Thai',Arial,sans-serif;fill:#2b2b2b}"
+    "'Noto Sans Thai',Arial,sans-serif}"
+    ".halo{paint-order:stroke;stroke:#fff;stroke-opacity:.85;stroke-width:2.6px;"
+    "stroke-linejoin:round}";
+
+constexpr const char* STYLE_SHEET =
     ".ground{fill:#dbd9d4;stroke:#c8c5bf;stroke-width:.5;stroke-linejoin:round}"
     ".country{stroke:#857a6b;stroke-width:.5;stroke-linejoin:round}"
     ".river{fill:none;stroke-width:1;stroke-linejoin:round}"
     ".clip{stroke:#6b4f3a;stroke-width:.9;stroke-linejoin:round}"
     ".continent{stroke:#3d2b1f;stroke-width:1.6;stroke-linejoin:round}"
     ".graticule{fill:none;stroke:#5f7f93;stroke-width:.5;stroke-opacity:.45}"
-    ".degree{font-size:10.5px;fill:#55626b}"
     ".event{fill:#27368a;fill-opacity:.42;stroke:#fff;stroke-width:.35;stroke-opacity:.7}"
     ".many{fill:#27368a;stroke:none}"
-    ".halo{paint-order:stroke;stroke:#fff;stroke-opacity:.85;stroke-width:2.6px;"
-    "stroke-linejoin:round}"
-    ".strong{font-size:12px;font-weight:700;fill:#1e2a6b}"
-    ".city{color:#1a1a1a}.strong{color:#1e2a6b}.waypoint{color:#8e1045}.waypoint text{fill:#8e1045}"
+    ".city{color:#1a1a1a}.strong{color:#1e2a6b}.waypoint{color:#8e1045}"
     ".track{fill:none;stroke:#b0125b;stroke-width:2;stroke-linejoin:round;stroke-linecap:round}"
     ".route{stroke-dasharray:7 4;stroke-linecap:butt}.outline{stroke-width:1.2}"
-    ".track.ground{stroke:#fff;stroke-width:4;stroke-opacity:.8}"
-    ".head{font-weight:700}"
-    ".small{font-size:10.5px;fill:#555}";
+    ".track.ground{stroke:#fff;stroke-width:4;stroke-opacity:.8}";
 
 struct Page {
   double width;
@@ -89,11 +88,14 @@ GString Subtitle(const Model& model) {
          FormatMagnitude(model.events[strongest.front()].magnitude);
 }
 
-void DrawTitle(SvgWriter& svg, const Model& model, double left) {
-  svg.Begin("text").Attribute("x", left).Attribute("y", 38);
-  svg.Attribute("font-size", "25px").Attribute("font-weight", "700").Text(model.view.title).End();
-  svg.Begin("text").Attribute("x", left).Attribute("y", 60);
-  svg.Attribute("font-size", "14px").Text(Subtitle(model)).End();
+/// A title without markup is bold. One that is wider than the page is set smaller.
+void DrawTitle(MapCanvas& canvas, const Model& model, double left, double room) {
+  const GString& title = model.view.title;
+  TextStyle style{25, TEXT_COLOR, ContainsMathText(title.c_str()) ? 400 : BOLD};
+  const double width = canvas.text.WidthOf(canvas.text.Make(title, style));
+  if (width > room) style.size *= room / width;
+  canvas.text.Write(Vec2d(left, 38), title, style);
+  canvas.text.Write(Vec2d(left, 60), EscapeMathText(Subtitle(model)), {14});
 }
 
 /// What the map shows, for those who do not see it.
@@ -119,9 +121,11 @@ void BeginDocument(SvgWriter& svg, const Page& page, const Model& model) {
   svg.Attribute("width", page.width).Attribute("height", page.height).Attribute("viewBox", box);
   svg.Attribute("xml:lang", "en").Attribute("role", "img");
   svg.Attribute("aria-labelledby", "title desc");
-  svg.Begin("title").Attribute("id", "title").Text(model.view.title).End();
+  svg.Begin("title").Attribute("id", "title").Text(MathTextToSimpleText(model.view.title)).End();
   svg.Begin("desc").Attribute("id", "desc").Text(Description(model)).End();
-  svg.Begin("style").Raw(STYLE_SHEET).End();
+  svg.Begin("style").Raw(STYLE_SHEET);
+  if (model.view.text == TextMode::Portable) svg.Raw(PORTABLE_STYLE);
+  svg.End();
   svg.Begin("clipPath").Attribute("id", "map");
   svg.BeginRectangle(page.projection.Frame()).Attribute("fill", "#fff").End();
   svg.End();
@@ -136,7 +140,7 @@ MapPicture DrawMap(const Model& model) {
   const Graticule graticule = MakeGraticule(model.window);
   Box2d labelled = projection.Frame();
   labelled.Inflate(-LABEL_MARGIN, -LABEL_MARGIN);
-  MapCanvas canvas{SvgWriter(), projection, LabelPlacer(labelled)};
+  MapCanvas canvas(model, projection, labelled);
   SvgWriter& svg = canvas.svg;
   BeginDocument(svg, page, model);
   svg.Begin("g").Attribute("clip-path", "url(#map)");
@@ -149,16 +153,17 @@ MapPicture DrawMap(const Model& model) {
   DrawTracks(canvas, model);
   DrawEvents(svg, model, projection);
   DrawWaypoints(canvas, model);
+  CityPainter cities(canvas, model, model.view.labels);
   DrawEventNames(canvas, model);
   DrawWaypointNames(canvas, model);
   MapPicture picture;
-  picture.cities = DrawCities(canvas, model, model.view.labels);
+  picture.cities = cities.Draw();
   svg.End();
-  DrawFrame(svg, projection, graticule);
+  DrawFrame(canvas, graticule);
   const double left = std::min(projection.Frame().xMin(), (page.width - LEGEND_WIDTH) / 2);
-  DrawTitle(svg, model, left);
-  DrawLegend(canvas, model, Vec2d(left, projection.Frame().yMax() + FRAME_TO_LEGEND),
-             page.width - 2 * left);
+  const double width = page.width - 2 * left;
+  DrawTitle(canvas, model, left, width);
+  DrawLegend(canvas, model, Vec2d(left, projection.Frame().yMax() + FRAME_TO_LEGEND), width);
   canvas.markers.Define(svg);
   svg.End();
   picture.svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + svg.Take();

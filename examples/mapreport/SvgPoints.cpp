@@ -14,7 +14,7 @@
 
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
-#include "examples/mapreport/SvgText.h"
+#include "shared/mathtext/MathTextScanner.h"
 
 namespace mapreport {
 
@@ -124,15 +124,16 @@ std::vector<std::size_t> CitiesByImportance(const Model& model) {
   return order;
 }
 
-void DrawCity(MapCanvas& canvas, const City& city, const Vec2d& at, const LabelPlace& place) {
+void DrawCity(MapCanvas& canvas, const City& city, const Vec2d& at, const MapText::Label& label,
+              const LabelPlace& place) {
   const CitySize& size = SizeOf(city);
   SvgWriter& svg = canvas.svg;
   canvas.markers.Use(svg, CityMarker(size, canvas.projection), at);
-  svg.Begin("g").Attribute("class", "halo").Attribute("font-size", size.type);
+  svg.Begin("g");
   if (const char* const language = LanguageOf(city.countryCode)) {
     svg.Attribute("xml:lang", language);
   }
-  DrawLabel(svg, place, city.name);
+  canvas.text.Draw(label, place);
   svg.End();
 }
 
@@ -182,10 +183,10 @@ void DrawEvents(SvgWriter& svg, const Model& model, const Projection& projection
 
 /// The strongest events bear their magnitude.
 void DrawEventNames(MapCanvas& canvas, const Model& model) {
-  constexpr double SIZE = 12;
+  const TextStyle style{12, Color4b(0x1E, 0x2A, 0x6B), BOLD, HAlignment::Left, true};
   const EventSizes sizes(model);
   std::vector<Box2d> named;
-  canvas.svg.Begin("g").Attribute("class", "strong halo");
+  canvas.svg.Begin("g").Attribute("class", "strong");
   for (const std::size_t index : StrongestEvents(model, EVENT_LABELS)) {
     const double magnitude = *model.events[index].magnitude;
     const Vec2d at = EventPosition(model, index, canvas.projection);
@@ -197,28 +198,55 @@ void DrawEventNames(MapCanvas& canvas, const Model& model) {
     const double radius = sizes.Radius(magnitude);
     named.emplace_back(at.x - radius, at.y - radius, at.x + radius, at.y + radius);
     canvas.markers.Use(canvas.svg, EPICENTRE_MARKER, at);
-    const GString text = L"M\u00A0" + FormatNumber(magnitude, 1);
-    const auto place = canvas.placer.Place({at, radius, ExtentOf(text, SIZE), 0, false});
-    if (place) DrawLabel(canvas.svg, *place, text);
+    const MapText::Label label = canvas.text.Make(L"M\u00A0" + FormatNumber(magnitude, 1), style);
+    const auto place = canvas.placer.Place({at, radius, canvas.text.ExtentOf(label), 0, false});
+    if (place) canvas.text.Draw(label, *place);
   }
   canvas.svg.End();
 }
 
-std::vector<std::size_t> DrawCities(MapCanvas& canvas, const Model& model, std::size_t most) {
-  std::vector<std::size_t> drawn;
-  canvas.svg.Begin("g").Attribute("class", "city");
+CityPainter::CityPainter(MapCanvas& canvas, const Model& model, std::size_t most)
+    : canvas_(canvas), model_(model), most_(most) {
+  constexpr std::size_t LEADERS_OF = 4;
+  std::size_t reserved = 0;
   for (const std::size_t index : CitiesByImportance(model)) {
-    if (drawn.size() >= most) break;
-    const City& city = model.cities[index];
-    const CitySize& size = SizeOf(city);
-    const Vec2d at = canvas.projection.ToPage(*PlaceInWindow(city.position, model.window));
-    const double radius = canvas.markers.Radius(CityMarker(size, canvas.projection));
-    const auto place = canvas.placer.Place({at, radius, ExtentOf(city.name, size.type)});
+    const Box2d marker = MarkerBox(index);
+    const bool isLeader = reserved < most / LEADERS_OF && canvas.placer.IsFree(marker);
+    if (isLeader) canvas.placer.Block(marker);
+    if (isLeader) ++reserved;
+    cities_.push_back({index, isLeader});
+  }
+}
+
+Vec2d CityPainter::PositionOf(std::size_t index) const {
+  const City& city = model_.cities[index];
+  return canvas_.projection.ToPage(*PlaceInWindow(city.position, model_.window));
+}
+
+Box2d CityPainter::MarkerBox(std::size_t index) const {
+  const Marker marker = CityMarker(SizeOf(model_.cities[index]), canvas_.projection);
+  const double radius = canvas_.markers.Radius(marker);
+  const Vec2d at = PositionOf(index);
+  return Box2d(at.x - radius, at.y - radius, at.x + radius, at.y + radius);
+}
+
+std::vector<std::size_t> CityPainter::Draw() {
+  std::vector<std::size_t> drawn;
+  canvas_.svg.Begin("g").Attribute("class", "city");
+  for (const auto& [index, hasMarker] : cities_) {
+    if (drawn.size() >= most_) break;
+    const City& city = model_.cities[index];
+    const TextStyle style{SizeOf(city).type, TEXT_COLOR, 400, HAlignment::Left, true};
+    const MapText::Label label = canvas_.text.Make(EscapeMathText(city.name), style);
+    const Vec2d at = PositionOf(index);
+    const double radius = MarkerBox(index).xRange() / 2;
+    const auto place =
+        canvas_.placer.Place({at, radius, canvas_.text.ExtentOf(label), 0, !hasMarker});
     if (!place) continue;
-    DrawCity(canvas, city, at, *place);
+    DrawCity(canvas_, city, at, label, *place);
     drawn.push_back(index);
   }
-  canvas.svg.End();
+  canvas_.svg.End();
   std::sort(drawn.begin(), drawn.end());
   return drawn;
 }

@@ -59,7 +59,30 @@ void DrawEvents(SvgWriter& svg, const Model& model, const Projection& projection
 /// Marks the strongest events and writes their magnitudes beside them.
 void DrawEventNames(MapCanvas& canvas, const Model& model);
 
-/// Draws at most `most` cities whose names find room. Returns them in the order of the model.
-std::vector<std::size_t> DrawCities(MapCanvas& canvas, const Model& model, std::size_t most);
+/// Draws cities whose names find room.
+class CityPainter {
+public:
+  /// Keeps names off the markers of the cities that are a quarter of the `most` that may be drawn,
+  /// the most important ones, so that the name of one does not drive the next out. The canvas and
+  /// the model must live as long as this.
+  CityPainter(MapCanvas& canvas, const Model& model, std::size_t most);
+
+  /// Draws them and returns them in the order of the model.
+  std::vector<std::size_t> Draw();
+
+private:
+  struct Ranked {
+    std::size_t index;
+    bool hasMarker;  ///< its marker has its place already
+  };
+
+  Vec2d PositionOf(std::size_t index) const;
+  Box2d MarkerBox(std::size_t index) const;
+
+  MapCanvas& canvas_;
+  const Model& model_;
+  std::size_t most_;
+  std::vector<Ranked> cities_;  ///< the most important ones first
+};
 
 }  // namespace mapreport

@@ -9,14 +9,17 @@
 
 #include "examples/mapreport/Analysis.h"
 #include "examples/mapreport/Format.h"
-#include "examples/mapreport/SvgText.h"
 #include "examples/mapreport/Tracks.h"
+#include "shared/mathtext/MathTextScanner.h"
 
 namespace mapreport {
 
 using namespace shr;
 
 namespace {
+
+/// A pin stands on its point and needs to be larger than what lies around it.
+constexpr int SYMBOL_SIZE = 16;
 
 /// The classes of the style sheet.
 const char* ClassOf(Track::Kind kind) {
@@ -69,7 +72,7 @@ Marker MarkerOf(const Waypoint& waypoint, const MarkerSheet& markers) {
     if (name == written) name = known;
   }
   if (name.empty() || !markers.Has(name)) return WAYPOINT_MARKER;
-  return Marker{name, WAYPOINT_MARKER.size};
+  return Marker{name, SYMBOL_SIZE};
 }
 
 Vec2d PositionOf(const Waypoint& waypoint, const Model& model, const Projection& projection) {
@@ -111,14 +114,15 @@ void DrawWaypoints(MapCanvas& canvas, const Model& model) {
 }
 
 void DrawWaypointNames(MapCanvas& canvas, const Model& model) {
-  constexpr double SIZE = 11;
-  canvas.svg.Begin("g").Attribute("class", "waypoint halo").Attribute("font-size", SIZE);
+  const TextStyle style{11, Color4b(0x8E, 0x10, 0x45), 400, HAlignment::Left, true};
+  canvas.svg.Begin("g").Attribute("class", "waypoint");
   for (const Waypoint& waypoint : model.waypoints) {
     if (!waypoint.visible || waypoint.name.empty()) continue;
     const Vec2d at = PositionOf(waypoint, model, canvas.projection);
     const double radius = canvas.markers.Radius(MarkerOf(waypoint, canvas.markers));
-    const auto place = canvas.placer.Place({at, radius, ExtentOf(waypoint.name, SIZE), 0, false});
-    if (place) DrawLabel(canvas.svg, *place, waypoint.name);
+    const MapText::Label label = canvas.text.Make(EscapeMathText(waypoint.name), style);
+    const auto place = canvas.placer.Place({at, radius, canvas.text.ExtentOf(label), 0, false});
+    if (place) canvas.text.Draw(label, *place);
   }
   canvas.svg.End();
 }

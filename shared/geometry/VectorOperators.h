@@ -216,7 +216,9 @@ void operator-(const A& a, const B& b) = delete;
 template <class A, class B>
 requires UnrelatedVectors<A, B>
 void operator==(const A& a, const B& b) = delete;
-template <class A, class B>
+/// Of classes alone: clang 14 looks at constraints last, and the standard library asks for this by
+/// name with pointers to classes of this namespace.
+template <class A, class B, class = std::enable_if_t<std::is_class_v<A> && std::is_class_v<B>>>
 requires UnrelatedVectors<A, B>
 void operator<=>(const A& a, const B& b) = delete;
 

@@ -29,7 +29,7 @@ Model FullModel() {
   model.rivers[0].visible = {{Vec2d(0, 1), Vec2d(1, 2)}, {2}};
   model.clip = {L"clip", {{Vec2d(0, 0), Vec2d(0, 9), Vec2d(9, 9)}, {3}}};
   model.continent = {L"continent", {{Vec2d(0, 0), Vec2d(0, 8), Vec2d(8, 8)}, {3}}};
-  model.view = {L"", 7, 8, {6, 2.5}};
+  model.view = {L"", 7, 8, {6, 2.5}, TextMode::Outlines, L"Arial"};
   Track track{
       L"Stra\x00DF"
       L"e",
@@ -136,6 +136,7 @@ TEST(MapArchive, contentThatNoMapHoldsIsRefused) {
       {"kind", [](Model& m) { m.tracks[0].kind = static_cast<Track::Kind>(3); }, L"track"},
       {"waypoint", [](Model& m) { m.waypoints[0].position.x = 40; }, L"waypoint"},
       {"elevation", [](Model& m) { m.waypoints[0].elevation = NAN; }, L"waypoint"},
+      {"text", [](Model& m) { m.view.text = static_cast<TextMode>(3); }, L"mode"},
       {"clip", [](Model& m) { m.clip.rings.counts.clear(); }, L"area"},
       {"ramp", [](Model& m) { m.palette.ramp.resize(1); }, L"colors"},
       {"dashes",

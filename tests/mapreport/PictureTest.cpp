@@ -74,6 +74,33 @@ TEST(Projection, theGraticuleHasFiveToFifteenSteps) {
   }
 }
 
+TEST(SvgMap, textsAreMeasuredWhereTheyAreDrawn) {
+  Model model = SmallModel();
+  model.view.title = L"{\\b A\\{} \\i b";
+  model.cities[0].name = L"x{y\\b";
+  for (const TextMode mode : {TextMode::Text, TextMode::Outlines, TextMode::Portable}) {
+    model.view.text = mode;
+    model.view.face = L"Shared Stroke";
+    const std::string svg = Draw(model, Box2d(-5, -5, 15, 15)).svg;
+    const auto name = static_cast<int>(mode);
+    EXPECT_TRUE(Contains(svg, "<title id=\"title\">A{ b</title>")) << name;
+    EXPECT_TRUE(Contains(svg, "x{y\\b")) << name;
+    // Symbol sets are no faces of a viewer, so their text is outlines in two modes.
+    EXPECT_EQ(mode == TextMode::Portable, Contains(svg, "x{y\\b</text>")) << name;
+    EXPECT_EQ(mode != TextMode::Portable, Contains(svg, "href=\"#glyph1\"")) << name;
+  }
+}
+
+TEST(SvgMap, aTitleThatIsTooWideIsSetSmaller) {
+  Model model = SmallModel();
+  model.view.title = GString(std::wstring(200, L'W'));
+  const std::string svg = Draw(model, Box2d(-5, -5, 15, 15)).svg;
+  EXPECT_TRUE(Contains(svg, "WWW</text>"));
+  EXPECT_FALSE(Contains(svg, "font-size=\"25\""));
+  model.view.title = L"{\\b unbalanced";
+  EXPECT_TRUE(Contains(Draw(model, Box2d(-5, -5, 15, 15)).svg, ">{\\b unbalanced</text>"));
+}
+
 TEST(SvgMap, drawsTracksAndWaypoints) {
   Model model = SmallModel();
   const Contours line = {{Vec2d(1, 1), Vec2d(2, 3)}, {2}};

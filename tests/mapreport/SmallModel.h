@@ -34,6 +34,7 @@ inline Model SmallModel() {
   model.cities.push_back(city);
   model.sources.push_back({L"Events", L"e.csv", L"ASCII", L"1 event", L""});
   model.view.title = L"Title & more";
+  model.view.text = TextMode::Portable;
   return model;
 }
 

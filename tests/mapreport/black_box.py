@@ -88,7 +88,8 @@ class MapReport(ProgramTest):
         self.assertEqual(0, status)
         for option in ("--map", "--points", "--cities", "--window", "--out", "--quiet", "--save", "--load", "--undo",
                        "--log", "--remote-log", "--last", "--remember", "--colors", "--config", "--rivers", "--clip",
-                       "--union-continent", "--geojson", "--dashes", "--attributes", "--track"):
+                       "--union-continent", "--geojson", "--dashes", "--attributes", "--track", "--text",
+                       "--face"):
             self.assertIn(option, text)
         status, text = self.run_program("--version")
         self.assertEqual(0, status)
@@ -264,6 +265,31 @@ class MapReport(ProgramTest):
                 self.assertEqual(1, status, text)
                 self.assert_one_line(text, part)
                 self.assertFalse(os.path.exists(self.out))
+
+    def test_texts_are_math_text_in_the_mode_that_is_asked_for(self):
+        title = r"{\b Big} & \i small\plain {\up40\fs60 2}"
+        self.good["--cities"] = self.write("names.csv", CITIES + rb"a\b{c,YY,60,60,5" + b"\n")
+        for mode, texts, paths in (("text", True, False), ("portable", True, False), ("outlines", False, True)):
+            with self.subTest(mode=mode):
+                status, text = self.run_inputs("--title", title, "--text", mode)
+                self.assertEqual(0, status, text)
+                svg, page = self.outputs()["map.svg"], self.outputs()["report.html"]
+                self.assertEqual(texts, b"<text" in svg)
+                self.assertEqual(paths, b'id="glyph1"' in svg)
+                self.assertEqual(mode == "text", b"textLength" in svg)
+                self.assertIn(b'<title id="title">Big &amp; small2</title>', svg)
+                self.assertIn(b"<TITLE>Big &amp; small2</TITLE>", page)
+                self.assertIn(b"font-style:italic", page)
+                self.assertIn(b"a\\b{c", svg)
+        for option, value, part in (("--title", "\\fs0", "fs0"), ("--title", "{\\b x", "Unbalanced"), ("--text", "huge", "'huge'")):
+            with self.subTest(value=value):
+                status, text = self.run_inputs(option, value)
+                self.assertEqual(2, status, text)
+                self.assert_one_line(text, part)
+        self.write("map.ini", b"[Map]\nTitle=\\fs0\n")
+        status, text = self.run_inputs("--config", self.path("map.ini"))
+        self.assertEqual(1, status)
+        self.assert_one_line(text, "map.ini: [Map] Title")
 
     def test_the_log_tells_the_run(self):
         log = self.path("run.log")
