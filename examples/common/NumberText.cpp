@@ -33,7 +33,7 @@ GString FormatNumber(double value, std::size_t decimals) {
   GString text(DoubleToStringW(std::abs(value), decimals));
   const bool isZero =
       std::all_of(text.begin(), text.end(), [](wchar_t ch) { return ch == L'0' || ch == L'.'; });
-  return value < 0 && !isZero ? L"\u2212" + text : text;
+  return value < 0 && !isZero ? MINUS + text : text;
 }
 
 GString FormatShort(double value, std::size_t decimals) {
