@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 #include <string>
 
 #include "shared/diagnostics/ThrowError.h"
@@ -102,32 +103,65 @@ private:
 constexpr int WIDTH = 700, HEIGHT = 300;
 const Vec2d ORIGIN(20, 280);  // pixel of the origin of user units
 
+Vec2d ToPixel(const Vec2d& point) {
+  return Vec2d(ORIGIN.x + point.x, ORIGIN.y - point.y);
+}
+
+void FillText(const MTDrawCall& call, InkMap& ink) {
+  const double angle = call.rotation * PI / 180;
+  const double height = call.attributes.height;
+  for (const TextRun& run : LayoutText(call.text, call.attributes.face).runs) {
+    for (const PlacedGlyph& placed : run.glyphs) {
+      ink.Fill(GetGlyphVectors(run, placed).fill, [&](const OutlinePoint& point) {
+        const double x = height * (placed.x + point.x), y = height * (placed.y + point.y);
+        return ToPixel(call.from + Vec2d(x * std::cos(angle) - y * std::sin(angle),
+                                         x * std::sin(angle) + y * std::cos(angle)));
+      });
+    }
+  }
+}
+
+void FillLine(const MTDrawCall& call, InkMap& ink) {
+  Vec2d half = call.to - call.from;
+  half.Normalize();
+  half = Vec2d(-half.y, half.x) * (call.thickness / 2);
+  GlyphOutline outline;
+  outline.Move(call.from.x + half.x, call.from.y + half.y);
+  for (const Vec2d& corner : {call.to + half, call.to - half, call.from - half}) {
+    outline.Line(corner.x, corner.y);
+  }
+  outline.Close();
+  ink.Fill(outline, [](const OutlinePoint& point) { return ToPixel(Vec2d(point.x, point.y)); });
+}
+
 /// Fills what a recorder was told to draw by the outlines of the layout.
 InkMap InkOf(const CMTRecordingTextIF& record) {
   InkMap ink(WIDTH, HEIGHT);
   for (const MTDrawCall& call : record.GetCalls()) {
-    if (call.kind != MTDrawCall::Kind::Text) continue;
-    const double angle = call.rotation * PI / 180;
-    const double height = call.attributes.height;
-    for (const TextRun& run : LayoutText(call.text, call.attributes.face).runs) {
-      for (const PlacedGlyph& placed : run.glyphs) {
-        ink.Fill(GetGlyphVectors(run, placed).fill, [&](const OutlinePoint& point) {
-          const double x = height * (placed.x + point.x), y = height * (placed.y + point.y);
-          return Vec2d(ORIGIN.x + call.from.x + x * std::cos(angle) - y * std::sin(angle),
-                       ORIGIN.y - call.from.y - x * std::sin(angle) - y * std::cos(angle));
-        });
-      }
-    }
+    call.kind == MTDrawCall::Kind::Text ? FillText(call, ink) : FillLine(call, ink);
   }
   return ink;
 }
 
-void DrawLabel(CMTTextIF& output, const GString& text, double height, double rotation) {
+constexpr const char* EVERY_COMMAND =
+    "plain {\\b bold} {\\i slanted} {\\ul underlined} {\\strike struck out}\n"
+    "{\\f\"Times New Roman\"serif} {\\fs150 larger} {\\fs60 smaller} E = mc{\\up40\\fs60 2} "
+    "H{\\dn20\\fs60 2}O\n"
+    "x\\sp1{\\up40\\fs60 2}\\rp1{\\dn20\\fs60 i} {\\red red} {\\color(#4682b4)steel} {\\rgbb255 "
+    "blue}\tat a tab\n"
+    "left\\line(0,60,left) top\\line(150,0,top) "
+    "bottom\\line(200,-20,bottom)right\\line(60,60,right)\n"
+    "from \\ssbeg(300,0,right,baseline)1\n250\nmany\\ssend  by "
+    "\\ssbeg(0,0,center,bottom)top\n\\line(300,0,left)below\\ssend \\a0x3B1 \\{\\}";
+
+void DrawLabel(CMTTextIF& output, const GString& text, double height, double rotation,
+               std::uint16_t options = MT_IGNORE_COLORS, const Vec2d& anchor = Vec2d(0, 100)) {
   CMTContext context(output, height);
+  context.SetOptions(options);
   std::shared_ptr<CMTMultiLineElement> element;
   ASSERT_EQ(CMTContext::MT_SUCCESS, context.Parse(text, element)) << context.GetError();
   output.SetRotation(rotation);
-  element->DrawUsingTextIF(output, Vec2d(0, 100));
+  element->DrawUsingTextIF(output, anchor);
 }
 
 TEST(GdiTextIF, drawsWhatWasLaidOut) {
@@ -176,6 +210,42 @@ TEST(GdiTextIF, drawsWhatWasLaidOut) {
       RecordProperty(row.name + std::string(isText ? "-text" : ""), std::to_string(overlap));
       EXPECT_GE(overlap, isText ? OVERLAP_OF_TEXT : OVERLAP) << row.name;
     }
+  }
+}
+
+TEST(GdiTextIF, drawsEveryCommand) {
+  const GString text = GString::FromUtf8(EVERY_COMMAND);
+  for (const double rotation : {0.0, -10.0}) {
+    const Vec2d anchor(40, 240);
+    CMTRecordingTextIF record;
+    DrawLabel(record, text, 18, rotation, MT_IGNORE_COLORS, anchor);
+    Bitmap bitmap(WIDTH, HEIGHT);
+    CMTGdiTextIF output(bitmap.Device(), ORIGIN, 1);
+    DrawLabel(output, text, 18, rotation, MT_IGNORE_COLORS, anchor);
+    EXPECT_GE(InkOf(record).Overlap(bitmap.Ink()), 0.98) << rotation;
+  }
+  for (const GdiTextMode mode : {GdiTextMode::Outlines, GdiTextMode::Text}) {
+    Bitmap bitmap(WIDTH, HEIGHT);
+    CMTGdiTextIF output(bitmap.Device(), ORIGIN, 1, mode);
+    DrawLabel(output, text, 22, 0, 0, Vec2d(40, 250));
+    bitmap.Save(mode == GdiTextMode::Text ? "commands-text" : "commands");
+    EXPECT_GT(bitmap.Ink().Sum(), 1000);
+  }
+}
+
+TEST(GdiTextIF, drawsColors) {
+  for (const GdiTextMode mode : {GdiTextMode::Outlines, GdiTextMode::Text}) {
+    Bitmap bitmap(WIDTH, HEIGHT);
+    CMTGdiTextIF output(bitmap.Device(), ORIGIN, 1, mode);
+    DrawLabel(output, L"\\fs300\\red II\\color(#4682b4)II", 40, 0, 0);
+    bitmap.Save(mode == GdiTextMode::Text ? "colors-text" : "colors");
+    bitmap.Finish();
+    std::map<std::uint32_t, int> counts;
+    for (int y = 0; y < HEIGHT; ++y) {
+      for (int x = 0; x < WIDTH; ++x) ++counts[bitmap.At(x, y)];
+    }
+    EXPECT_GT(counts[0xFF0000], 500);
+    EXPECT_GT(counts[0x4682B4], 500);
   }
 }
 
