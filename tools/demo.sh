@@ -4,8 +4,8 @@
 #
 # Builds the examples with optimisation and runs them on the data of the repository: the data report on earthquakes
 # and cities; the map report on Europe from a settings file, with a track, steps taken back and redone, saved, loaded
-# again and logged; Mexico alone; a scanned map of Svalbard; a voyage across the Pacific; the world. Each run prints
-# the path of its report. The last line is that of the world.
+# again and logged; Mexico alone; a scanned map of Svalbard; the gallery of math text; a voyage across the Pacific;
+# the world. Each run prints the path of its report. The last line is that of the world.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 cmake --preset release

@@ -154,6 +154,7 @@ protected:
     std::string text;
     while (GetState() != StateEnd && !text.ends_with(CLOSE)) text += ReadNextChar();
     CheckEnd();
+    if (GetState() == StateEnd) return;
     text.erase(text.size() - CLOSE.size());
     text.erase(0, OPEN.size());
     AppendPlain(text);

@@ -214,6 +214,8 @@ TEST(Tracks, tellsTheLineOfWhatIsWrong) {
        L"Error parsing 't.xml', line 2:\nThe file ends inside an element."},
       {"cut off in text", "<gpx><![CDATA[",
        L"Error parsing 't.xml', line 1:\nThe file ends inside an element."},
+      {"section outside of elements", "<gpx/><![CDATA[",
+       L"t.xml:1: The file holds no track, no route and no waypoint."},
       {"other end", "<gpx>\n<wpt></gpx>", L"Error parsing 't.xml', line 2:\nClosing tag mismatch"},
   };
   for (const Row& row : rows) EXPECT_EQ(row.message, ReadFailure(row.bytes)) << row.name;

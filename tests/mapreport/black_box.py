@@ -236,7 +236,8 @@ class MapReport(ProgramTest):
                             .encode("utf-16"))
         self.write("b.kml", b"<kml><Placemark><LineString><coordinates>3,3 4,4</coordinates></LineString></Placemark></kml>")
         saved = self.path("saved.map")
-        status, text = self.run_inputs("--track", self.path("a.gpx"), "--track", self.path("b.kml"), "--csv", "--save", saved)
+        status, text = self.run_inputs("--track", self.path("a.gpx"), "--track", self.path("b.kml"), "--csv", "--save", saved,
+                                       "--text", "portable")
         self.assertEqual(0, status, text)
         before = self.outputs()
         self.assertIn("Γ &lt; 山 &amp;amp;</text>".encode(), before["map.svg"])
