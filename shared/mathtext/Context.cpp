@@ -139,17 +139,19 @@ void CMTContext::PartialReset() {
   text_.clear();
   levels_.clear();
   braces_.clear();
-  base_ = nullptr;
   tabWidth_ = 0;
   elements_ = 0;
 }
 
 void CMTContext::BeginText() {
   PartialReset();
-  if (textIF_.GetAttributes().height != height_) {
-    ChangeAttributes([this](MTAttributes& attributes) { attributes.height = height_; });
+  if (given_ != textIF_.ShareAttributes()) {
+    MTAttributes attributes = textIF_.GetAttributes();
+    attributes.height = height_;
+    base_ = std::make_shared<const MTAttributes>(std::move(attributes));
+    given_ = textIF_.ShareAttributes();
   }
-  base_ = textIF_.ShareAttributes();
+  textIF_.SetAttributes(base_);
   BeginLevel();
 }
 

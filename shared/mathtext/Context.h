@@ -171,9 +171,10 @@ private:
 
   std::wstring text_;  // pending
   std::vector<Level> levels_;
-  std::vector<double> braces_;  // offsets of the baseline at each
-  double tabWidth_ = 0;         // 0: not known yet
-  std::shared_ptr<const MTAttributes> base_;
+  std::vector<double> braces_;                 // offsets of the baseline at each
+  double tabWidth_ = 0;                        // 0: not known yet
+  std::shared_ptr<const MTAttributes> given_;  // by the interface to the last text
+  std::shared_ptr<const MTAttributes> base_;   // those at the height of the context
   std::size_t elements_ = 0;
 };
 

@@ -148,6 +148,28 @@ TEST(MathTextContext, heedsItsOptions) {
   }
 }
 
+TEST(MathTextContext, beginsWithTheAttributesOfTheInterface) {
+  CMTRecordingTextIF record{MTFixedMetrics()};
+  CMTContext context(record, 10);
+  for (const Color4b& color : {Color4b::Red, Color4b::Red, Color4b::Blue}) {
+    MTAttributes attributes;
+    attributes.color = color;
+    attributes.height = 33;
+    attributes.hAlignment = HAlignment::Right;
+    record.SetAttributes(attributes);
+    for (const wchar_t* const text : {L"a", L"\\plain a", L"\\green x\na"}) {
+      std::shared_ptr<CMTMultiLineElement> element;
+      ASSERT_EQ(CMTContext::MT_SUCCESS, context.Parse(text, element));
+      EXPECT_EQ(HAlignment::Right, element->GetAttributes().hAlignment);
+      const CMTLineElement& line = *element->GetLine(element->GetCount() - 1);
+      const MTAttributes& last = line.GetElement(line.GetCount() - 1)->GetAttributes();
+      EXPECT_EQ(color, last.color);
+      EXPECT_EQ(10, last.height);
+      EXPECT_EQ(33, record.GetAttributes().height);
+    }
+  }
+}
+
 TEST(MathTextContext, writesTheTimeOfItsClock) {
   CMTRecordingTextIF record{MTFixedMetrics()};
   CMTContext context(record, 10);
