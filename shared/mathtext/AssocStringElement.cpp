@@ -115,7 +115,8 @@ void CMTAssocStringElement::InternalDraw(CMTTextIF& textIF, const Vec2d& origin)
 
 void CMTAssocStringElement::AssociateLineSegment(Side side, const Vec2d& vector,
                                                  std::shared_ptr<const MTAttributes> style) {
-  segments_.push_back({side, vector, style == nullptr ? ShareAttributes() : std::move(style)});
+  if (style == nullptr) style = ShareAttributes();
+  segments_.push_back({side, vector, std::move(style)});
   InvalidateTextMetrics();
 }
 

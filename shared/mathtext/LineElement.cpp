@@ -98,9 +98,9 @@ void CMTLineElement::InternalDraw(CMTTextIF& textIF, const Vec2d& origin) {
 
 void CMTLineElement::AddAssocStringElement(std::shared_ptr<CMTAssocStringElement> element,
                                            const Vec2d& offset) {
-  items_.push_back({element, offset});
+  items_.push_back({std::move(element), offset});
   try {
-    Hold(element.get());
+    Hold(items_.back().element.get());
   } catch (...) {
     items_.pop_back();
     throw;

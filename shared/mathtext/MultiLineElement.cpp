@@ -124,14 +124,14 @@ void CMTMultiLineElement::InternalDraw(CMTTextIF& textIF, const Vec2d& origin) {
 void CMTMultiLineElement::AppendLine(const CMTTextIF& textIF,
                                      std::shared_ptr<CMTLineElement> line) {
   if (line == nullptr) ThrowInvalid(__LINE__);
-  lines_.push_back(line);
+  lines_.push_back(std::move(line));
   try {
-    Hold(line.get());
+    Hold(lines_.back().get());
   } catch (...) {
     lines_.pop_back();
     throw;
   }
-  if (line->empty()) line->GetAttributes(textIF);
+  if (lines_.back()->empty()) lines_.back()->GetAttributes(textIF);
 }
 
 void CMTMultiLineElement::SetField(double width, double height) {
