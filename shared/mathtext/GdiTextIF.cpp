@@ -78,6 +78,13 @@ struct CMTGdiTextIF::Shapes {
   };
   std::vector<GlyphOutline> fills;
   std::vector<Stroke> strokes;
+
+  /// Returns the shapes with an edge so wide around them.
+  Shapes Widened(double edge) && {
+    for (Stroke& stroke : strokes) stroke.width += 2 * edge;
+    for (const GlyphOutline& fill : fills) strokes.push_back({fill, 2 * edge});
+    return std::move(*this);
+  }
 };
 
 CMTGdiTextIF::CMTGdiTextIF(HDC__* device, const Vec2d& origin, double pixelsPerUnit,
@@ -98,19 +105,38 @@ Vec2d CMTGdiTextIF::ToDevice(const Vec2d& point) const noexcept {
   return Vec2d(origin_.x + scale_ * point.x, origin_.y - scale_ * point.y);
 }
 
+void CMTGdiTextIF::SetHalo(const Color4b& color, double width) {
+  if (!(width >= 0) || !std::isfinite(width)) {
+    ThrowErrorImpl(L"GdiTextIF", __LINE__, INVALID_PARAMETER_TEXT);
+  }
+  haloColor_ = color;
+  haloWidth_ = width;
+}
+
 void CMTGdiTextIF::DrawString(const Vec2d& baselineBegin, std::wstring_view text) {
   const MTAttributes& attributes = GetAttributes();
   if (attributes.color.alpha == 0) return;
   const Vec2d along = TurnDirection(Vec2d(attributes.height * scale_, 0));
   const Vec2d em(along.x, -along.y);
   const Vec2d begin = ToDevice(baselineBegin);
+  const TextLayout layout = LayoutText(text, attributes.face);
+  if (haloWidth_ > 0) {
+    Draw(ShapesOf(layout, begin, em).Widened(haloWidth_ * scale_), haloColor_);
+  }
   Shapes shapes;
-  for (const TextRun& run : LayoutText(text, attributes.face).runs) {
+  for (const TextRun& run : layout.runs) {
     const bool isDrawn = mode_ == GdiTextMode::Text &&
                          DrawAsText(*page_, run, begin, em, attributes.color.GetCOLORREF());
     if (!isDrawn) AddRun(run, begin, em, shapes);
   }
-  Draw(shapes);
+  Draw(shapes, attributes.color);
+}
+
+CMTGdiTextIF::Shapes CMTGdiTextIF::ShapesOf(const TextLayout& layout, const Vec2d& begin,
+                                            const Vec2d& em) {
+  Shapes shapes;
+  for (const TextRun& run : layout.runs) AddRun(run, begin, em, shapes);
+  return shapes;
 }
 
 void CMTGdiTextIF::DrawLine(const Vec2d& from, const Vec2d& to, double thickness) {
@@ -132,7 +158,7 @@ void CMTGdiTextIF::DrawLine(const Vec2d& from, const Vec2d& to, double thickness
   outline.Close();
   Shapes shapes;
   shapes.fills.push_back(std::move(outline));
-  Draw(shapes);
+  Draw(shapes, color);
 }
 
 void CMTGdiTextIF::AddRun(const TextRun& run, const Vec2d& begin, const Vec2d& em, Shapes& shapes) {
@@ -147,7 +173,7 @@ void CMTGdiTextIF::AddRun(const TextRun& run, const Vec2d& begin, const Vec2d& e
   }
 }
 
-void CMTGdiTextIF::Draw(const Shapes& shapes) {
+void CMTGdiTextIF::Draw(const Shapes& shapes, const Color4b& color) {
   Box2d box;
   for (const GlyphOutline& fill : shapes.fills) ExtendBy(box, fill, 0);
   for (const Shapes::Stroke& stroke : shapes.strokes) {
@@ -157,7 +183,6 @@ void CMTGdiTextIF::Draw(const Shapes& shapes) {
   const GdiRectangle all = PixelsOf(box, page_->GetClip());
   if (all.width == 0) return;
   const int rows = std::max(1, MOST_PIXELS / all.width);
-  const Color4b& color = GetAttributes().color;
   for (int row = 0; row < all.height; row += rows) {
     const GdiRectangle band = {all.left, all.top + row, all.width,
                                std::min(rows, all.height - row)};

@@ -57,6 +57,11 @@ public:
                GdiTextMode mode = GdiTextMode::Outlines);
   ~CMTGdiTextIF() override;
 
+  /// Text stands out from what is below it by an edge of so many user units in `color`; none for a
+  /// width of 0, as at first. Lines have none. Errors: a width that is negative or not finite is an
+  /// invalid parameter.
+  void SetHalo(const Color4b& color, double width);
+
   void DrawString(const Vec2d& baselineBegin, std::wstring_view text) override;
   void DrawLine(const Vec2d& from, const Vec2d& to, double thickness) override;
 
@@ -67,13 +72,16 @@ private:
   struct Shapes;
 
   void AddRun(const TextRun& run, const Vec2d& begin, const Vec2d& em, Shapes& shapes);
-  void Draw(const Shapes& shapes);
+  Shapes ShapesOf(const TextLayout& layout, const Vec2d& begin, const Vec2d& em);
+  void Draw(const Shapes& shapes, const Color4b& color);
   const GlyphVectors& VectorsOf(const TextRun& run, const PlacedGlyph& placed);
 
   std::unique_ptr<platform::GdiPage> page_;
   Vec2d origin_;
   double scale_;
   GdiTextMode mode_;
+  Color4b haloColor_;
+  double haloWidth_ = 0;
   std::map<std::pair<std::shared_ptr<CFaceInfo>, std::uint32_t>, GlyphVectors> glyphs_;
 };
 

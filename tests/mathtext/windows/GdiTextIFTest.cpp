@@ -3,9 +3,9 @@
 
 // Cases: what is drawn into a bitmap beside the outlines of the same layout, by how far their ink
 // overlaps, in both modes: scripts, fallback, shaping, heights that are no whole pixels, styles,
-// rotation, raised text; symbols and lines; transparent colors; the state of the device context;
-// bad arguments. With the environment variable SHARED_TEST_PICTURES the bitmaps are written into
-// the folder it names.
+// rotation, raised text; symbols, halos and lines; transparent colors; the state of the device
+// context; bad arguments. With the environment variable SHARED_TEST_PICTURES the bitmaps are
+// written into the folder it names.
 
 #include "shared/mathtext/GdiTextIF.h"
 
@@ -291,6 +291,32 @@ TEST(GdiTextIF, blendsTransparentColors) {
   output.DrawLine(Vec2d(0, 40), Vec2d(100, 40), 20);
   bitmap.Finish();
   EXPECT_EQ(0xA3A3FFu, bitmap.At(50, 50));
+}
+
+TEST(GdiTextIF, drawsHalosAroundText) {
+  for (const GdiTextMode mode : {GdiTextMode::Outlines, GdiTextMode::Text}) {
+    Bitmap bitmap(WIDTH, HEIGHT);
+    CMTGdiTextIF output(bitmap.Device(), ORIGIN, 2, mode);
+    const auto count = [&bitmap](std::uint32_t color) {
+      bitmap.Finish();
+      int pixels = 0;
+      for (int i = 0; i < WIDTH * HEIGHT; ++i) pixels += bitmap.At(i % WIDTH, i / WIDTH) == color;
+      return pixels;
+    };
+    output.SetHalo(Color4b::Yellow, 3);
+    DrawLabel(output, L"Oslo", 40, 0);
+    bitmap.Save(mode == GdiTextMode::Text ? "halo-text" : "halo");
+    const int black = count(0), yellow = count(0xFFFF00);
+    EXPECT_GT(black, 500);
+    EXPECT_GT(yellow, black);
+    output.SetHalo(Color4b::Yellow, 0);
+    DrawLabel(output, L"Oslo", 40, 0);
+    EXPECT_LE(yellow - 100, count(0xFFFF00));
+    for (const double width : {-1.0, std::nan(""), HUGE_VAL}) {
+      EXPECT_EQ(INVALID_PARAMETER_TEXT,
+                test::Failure([&] { output.SetHalo(Color4b::Yellow, width); }));
+    }
+  }
 }
 
 TEST(GdiTextIF, drawsLines) {
