@@ -20,6 +20,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <bit>
 #include <cstddef>
@@ -49,15 +50,14 @@ public:
     return {std::make_unique_for_overwrite<char[]>(size), size};
   }
 
-  /// Returns a block of exactly this size.
+  /// Returns a block of this size. Requires: it is a power of two times `FIRST_SIZE`.
   Block Take(std::size_t size) {
     {
       const std::scoped_lock lock(mutex_);
-      const auto found = std::find_if(kept_.rbegin(), kept_.rend(),
-                                      [size](const Block& block) { return block.size == size; });
-      if (found != kept_.rend()) {
-        Block block = std::exchange(*found, std::move(kept_.back()));
-        kept_.pop_back();
+      std::vector<Block>& kept = kept_[ClassOf(size)];
+      if (!kept.empty()) {
+        Block block = std::move(kept.back());
+        kept.pop_back();
         keptBytes_ -= size;
         return block;
       }
@@ -68,28 +68,32 @@ public:
   /// Keeps of the blocks what the limit allows; those of an odd size would hardly be asked for.
   void Give(std::vector<Block>& blocks) noexcept try {
     const std::scoped_lock lock(mutex_);
-    kept_.reserve(kept_.size() + blocks.size());
     for (Block& block : blocks) {
-      if (!std::has_single_bit(block.size) || block.size > limit_ - keptBytes_) continue;
-      keptBytes_ += block.size;
-      kept_.push_back(std::move(block));
+      const std::size_t size = block.size;
+      const bool isUsual = std::has_single_bit(size) && size >= FIRST_SIZE && size <= LARGEST_SIZE;
+      if (!isUsual || size > limit_ - keptBytes_) continue;
+      kept_[ClassOf(size)].push_back(std::move(block));
+      keptBytes_ += size;
     }
   } catch (const std::bad_alloc&) {
-    // Then none is kept.
+    // Then no more are kept.
   }
 
   /// Gives back what is kept, and keeps up to `limit` bytes from now on.
   void Limit(std::size_t limit) {
-    std::vector<Block> released;
     const std::scoped_lock lock(mutex_);
-    kept_.swap(released);
+    kept_ = {};
     keptBytes_ = 0;
     limit_ = limit;
   }
 
 private:
+  static constexpr std::size_t ClassOf(std::size_t size) {
+    return static_cast<std::size_t>(std::bit_width(size / FIRST_SIZE) - 1);
+  }
+
   std::mutex mutex_;
-  std::vector<Block> kept_;
+  std::array<std::vector<Block>, std::bit_width(LARGEST_SIZE / FIRST_SIZE)> kept_;
   std::size_t keptBytes_ = 0;
   std::size_t limit_ = 0;
 };

@@ -24,6 +24,8 @@ namespace {
 /// Attributes up to this number are kept in a sorted array.
 constexpr unsigned int FEW = 16;
 
+static_assert(sizeof(XMLNode) == 80, "as the header tells");
+
 /// Like `<`, without a call: names are short.
 bool IsLess(std::string_view a, std::string_view b) {
   const std::size_t size = std::min(a.size(), b.size());
