@@ -175,7 +175,8 @@ void ScanWalkRelease(benchmark::State& state, const XMLContender& contender) {
   };
   addAll("scan", {OURS.data(), ReadByOurs}, Scan);
   addAll("scan-once", {OURS.data(), ReadByNewScanner}, Scan);
-  add("release", {OURS.data(), ReadByOurs}, Release)->Iterations(RELEASES);
+  // Too little for the clock of a target without peers.
+  if (!peers.empty()) add("release", {OURS.data(), ReadByOurs}, Release)->Iterations(RELEASES);
   for (const XMLContender& peer : peers) add("release", peer, Release)->Iterations(RELEASES);
   addAll("scan-walk-release", {OURS.data(), ReadByOurs}, ScanWalkRelease);
   return true;

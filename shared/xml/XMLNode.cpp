@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <mutex>
 #include <vector>
 
@@ -180,7 +179,7 @@ void XMLNode::AppendValue(std::string_view text) {
   AppendValue(GetArena(), text);
 }
 
-void XMLNode::AppendMore(XMLArena& arena, std::string_view text) {
+void XMLNode::AppendMore(XMLArena& arena, const std::string_view& text) {
   if (text.empty()) return;
   const std::size_t size = valueSize_;
   const std::size_t needed = size + text.size();
@@ -188,7 +187,7 @@ void XMLNode::AppendMore(XMLArena& arena, std::string_view text) {
       hasValueGrown_ ? needed <= std::bit_ceil(size) : arena.ExtendText(value_ + size, text.size());
   if (!hasRoom) {
     char* const larger = arena.TakeText(std::bit_ceil(needed));
-    std::memcpy(larger, value_, size);
+    XMLArena::Copy({value_, size}, larger);
     value_ = larger;
     hasValueGrown_ = 1;
   }
@@ -222,7 +221,7 @@ void XMLNode::SetAttribute(std::string_view name, std::string_view value) {
   SetKeptAttribute(arena, name, arena.Keep(value));
 }
 
-void XMLNode::SetFew(XMLArena& arena, std::string_view name, std::string_view kept) {
+void XMLNode::SetFew(XMLArena& arena, const std::string_view& name, const std::string_view& kept) {
   const unsigned int count = fewCount_;
   Attribute* place = few_ + count;
   if (count > 0 && !IsLess(place[-1].name, name)) {

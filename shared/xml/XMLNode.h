@@ -123,10 +123,11 @@ private:
   void AppendValue(XMLArena& arena, std::string_view text);
   void SetKeptAttribute(XMLArena& arena, std::string_view name, std::string_view kept);
 
-  void AppendMore(XMLArena& arena, std::string_view text);
+  // Views by reference: the Windows convention passes copies by way of memory.
+  void AppendMore(XMLArena& arena, const std::string_view& text);
   const std::string_view* Find(std::string_view name) const;
   Attribute* PlaceOf(std::string_view name) const;
-  void SetFew(XMLArena& arena, std::string_view name, std::string_view kept);
+  void SetFew(XMLArena& arena, const std::string_view& name, const std::string_view& kept);
   void SetMany(XMLArena& arena, std::string_view name, std::string_view kept);
   void VisitMany(void (*visit)(void*, std::string_view, std::string_view), void* data) const;
 

@@ -237,6 +237,13 @@ void XMLScanner::CloseCurrent() {
 
 // The usual way.
 
+inline void XMLScanner::SetAttribute(std::string_view name, std::string_view value) {
+  const char* const end = value.data() + value.size();
+  const bool isPlain = Find(value.data(), end, QUOTE_ENTITY[0]) == end;
+  node_->SetKeptAttribute(*arena_, name,
+                          isPlain ? arena_->Keep(value) : DecodedQuotes(*arena_, value));
+}
+
 void XMLScanner::TakePlainElements() {
   while (TakePlainTag() && TakePlainAttributes()) {
   }
@@ -481,13 +488,6 @@ void XMLScanner::ReadAttributeValue() {
   }
   SetAttribute(attributeName_, value);
   state_ = StateAttributes;
-}
-
-void XMLScanner::SetAttribute(std::string_view name, std::string_view value) {
-  const char* const end = value.data() + value.size();
-  const bool isPlain = Find(value.data(), end, QUOTE_ENTITY[0]) == end;
-  node_->SetKeptAttribute(*arena_, name,
-                          isPlain ? arena_->Keep(value) : DecodedQuotes(*arena_, value));
 }
 
 void XMLScanner::CloseBracket() {
