@@ -53,9 +53,11 @@ class SharedRecipe(ConanFile):
         self.requires("boost/[>=1.81 <2]", options={"header_only": True})
         if self.settings.os == "Linux":
             self.requires("icu/[>=72]")
-            # Their headers; programs that ask for fonts load the libraries of the system.
+            # Their headers; programs that lay text out load the libraries of the system.
             self.requires("freetype/[>=2.12 <3]")
             self.requires("fontconfig/[>=2.14 <3]")
+            self.requires("harfbuzz/[>=6]")
+            self.requires("fribidi/[>=1.0.8]")
 
     def generate(self):
         toolchain = CMakeToolchain(self)
