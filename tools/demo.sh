@@ -5,7 +5,7 @@
 # Builds the examples with optimisation and runs them on the data of the repository: the data report on earthquakes
 # and cities; the map report on Europe from a settings file, with a track, steps taken back and redone, saved, loaded
 # again and logged; Mexico alone; a scanned map of Svalbard; the gallery of math text; a voyage across the Pacific;
-# the world. Each run prints the path of its report. The last line is that of the world.
+# names in 15 scripts; the world. Each run prints the path of its report. The last line is that of the world.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 cmake --preset release
@@ -38,6 +38,9 @@ build/release/bin/mathtext --gallery "$out/mathtext"
 echo "A voyage across the Pacific, all text as outlines:"
 "$program" --map "$data/countries-50m.txt" --window=120,-50,-110,60 --track "$data/pacific.kml" \
   --title "{\\b Across the Pacific} by \\i sail" --text outlines --csv --out "$out/pacific"
+echo "Names in 15 scripts, as outlines:"
+"$program" --points "$data/earthquakes.csv" --cities "$data/cities-scripts.csv" --title "Names in {\\i 15} scripts" \
+  --text outlines --out "$out/scripts"
 echo "The world:"
 "$program" --map "$data/countries-50m.txt" --points "$data/earthquakes.csv" --cities "$data/cities-utf16le.csv" \
   --out "$out"

@@ -222,6 +222,7 @@ void City::Serialize(Archive& archive) {
   Transfer(archive, position);
   Transfer(archive, population);
   Transfer(archive, visible);
+  if (archive.GetVersion() >= VERSION_2) Transfer(archive, isCapital);
 }
 
 void Track::Serialize(Archive& archive) {

@@ -94,6 +94,7 @@ struct City {
   GString countryCode;  ///< two letters
   Vec2d position;
   double population = 0;
+  bool isCapital = false;
 
   bool visible = false;
 

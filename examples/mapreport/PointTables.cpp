@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "examples/common/InputError.h"
 #include "examples/common/TableReader.h"
 #include "shared/files/FileUtility.h"
 
@@ -60,12 +61,25 @@ std::vector<Event> ReadEvents(const GString& path, const TextFormat& format) {
   return events;
 }
 
+/// Reads "yes" or "no", in short or as numbers; an empty field is no.
+bool ReadFlag(const TableReader& table, std::size_t column) {
+  const GString text = table.Field(column).ToLower();
+  for (const wchar_t* const yes : {L"yes", L"y", L"true", L"1"}) {
+    if (text == yes) return true;
+  }
+  for (const wchar_t* const no : {L"", L"no", L"n", L"false", L"0"}) {
+    if (text == no) return false;
+  }
+  table.Fail(Quoted(table.Field(column)) + L" in column 'capital' is neither yes nor no.");
+}
+
 std::vector<City> ReadCities(const GString& path, const TextFormat& format) {
   TableReader table(path, format);
   const PositionColumns position(table);
   const std::size_t name = table.Column({L"name", L"city"});
   const std::size_t country = table.FindColumn({L"country"});
   const std::size_t population = table.FindColumn({L"population"});
+  const std::size_t capital = table.FindColumn({L"capital"});
   std::vector<City> cities;
   while (table.NextRow()) {
     City city;
@@ -75,6 +89,7 @@ std::vector<City> ReadCities(const GString& path, const TextFormat& format) {
     if (!table.Field(population).empty()) {
       city.population = table.Number(population, 0, LARGEST_POPULATION);
     }
+    city.isCapital = ReadFlag(table, capital);
     cities.push_back(std::move(city));
   }
   std::stable_sort(cities.begin(), cities.end(),

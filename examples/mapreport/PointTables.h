@@ -20,8 +20,9 @@ namespace mapreport {
 /// the file cannot be read; `ThrowInputError` with the line otherwise.
 std::vector<Event> ReadEvents(const GString& path, const TextFormat& format);
 
-/// Returns the cities of a table with the columns name, lat and lon and, where it has them, country
-/// and population; the largest come first, equal ones in the order of the table. Errors: as above.
+/// Returns the cities of a table with the columns name, lat and lon and, where it has them,
+/// country, population and capital (yes or no); the largest come first, equal ones in the order of
+/// the table. Errors: as above.
 std::vector<City> ReadCities(const GString& path, const TextFormat& format);
 
 /// Returns the continents of countries by their names, from a table with the columns name and

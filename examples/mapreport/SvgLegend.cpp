@@ -101,19 +101,25 @@ void DrawMagnitudes(MapCanvas& canvas, const Model& model, const Vec2d& corner) 
   }
 }
 
-void DrawCitySizes(MapCanvas& canvas, const Vec2d& corner) {
+void DrawCitySizes(MapCanvas& canvas, const Model& model, const Vec2d& corner) {
   static constexpr const wchar_t* ROWS[] = {L"over 5 million people", L"over 1 million",
                                             L"smaller"};
   SvgWriter& svg = canvas.svg;
   canvas.text.Write(corner, L"City", HEADING);
   double x = corner.x + 42;
   svg.Begin("g").Attribute("class", "city");
-  for (std::size_t i = 0; i < std::size(ROWS); ++i) {
-    const Marker marker = CityMarker(CITY_SIZES[i], canvas.projection);
+  const auto write = [&](const Marker& marker, const wchar_t* text, double size) {
     canvas.markers.Use(svg, marker, Vec2d(x, corner.y - 4));
-    const MapText::Label label = canvas.text.Make(ROWS[i], {CITY_SIZES[i].type});
+    const MapText::Label label = canvas.text.Make(text, {size});
     canvas.text.Draw(label, Vec2d(x + 8, corner.y));
     x += canvas.text.WidthOf(label) + 28;
+  };
+  if (std::any_of(model.cities.begin(), model.cities.end(),
+                  [](const City& city) { return city.isCapital && city.visible; })) {
+    write(CapitalMarker(canvas.projection), L"capital", LABEL.size);
+  }
+  for (std::size_t i = 0; i < std::size(ROWS); ++i) {
+    write(CityMarker(CITY_SIZES[i], canvas.projection), ROWS[i], CITY_SIZES[i].type);
   }
   svg.End();
 }
@@ -228,7 +234,7 @@ void DrawLegend(MapCanvas& canvas, const Model& model, const Vec2d& corner, doub
   canvas.svg.Begin("g").Attribute("class", "legend");
   DrawClasses(canvas, model, Vec2d(corner.x, corner.y + 8));
   DrawMagnitudes(canvas, model, Vec2d(corner.x + width - 5.4 * MAGNITUDE_STEP, corner.y + 8));
-  DrawCitySizes(canvas, Vec2d(corner.x, corner.y + 82));
+  DrawCitySizes(canvas, model, Vec2d(corner.x, corner.y + 82));
   DrawScaleBar(canvas, Vec2d(corner.x + width, corner.y + 82));
   double y = corner.y + 108;
   if (HasTracks(model)) {

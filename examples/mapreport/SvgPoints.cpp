@@ -94,6 +94,15 @@ const CitySize& SizeOf(const City& city) {
   });
 }
 
+bool IsWide(const Projection& projection) {
+  constexpr double WIDE = 90;  // degrees
+  return projection.Window().xRange() > WIDE;
+}
+
+Marker MarkerOf(const City& city, const Projection& projection) {
+  return city.isCapital ? CapitalMarker(projection) : CityMarker(SizeOf(city), projection);
+}
+
 /// The language picks the shapes that East Asian characters have in the country.
 const char* LanguageOf(const GString& countryCode) {
   static constexpr std::pair<const wchar_t*, const char*> LANGUAGES[] = {
@@ -105,8 +114,8 @@ const char* LanguageOf(const GString& countryCode) {
   return nullptr;
 }
 
-/// A city that leads its country counts as much as one several times its size elsewhere; else whole
-/// parts of the world stay without a name.
+/// A capital and the largest city of a country count as much as one several times their size
+/// elsewhere; else whole parts of the world stay without a name.
 std::vector<std::size_t> CitiesByImportance(const Model& model) {
   constexpr double LEADER_BONUS = 6;
   std::set<GString> seen;
@@ -115,7 +124,7 @@ std::vector<std::size_t> CitiesByImportance(const Model& model) {
     const City& city = model.cities[i];
     if (!city.visible) continue;
     const bool leads = !city.countryCode.empty() && seen.insert(city.countryCode).second;
-    ranked.emplace_back(city.population * (leads ? LEADER_BONUS : 1), i);
+    ranked.emplace_back(city.population * (leads || city.isCapital ? LEADER_BONUS : 1), i);
   }
   std::stable_sort(ranked.begin(), ranked.end(),
                    [](const auto& a, const auto& b) { return a.first > b.first; });
@@ -126,9 +135,8 @@ std::vector<std::size_t> CitiesByImportance(const Model& model) {
 
 void DrawCity(MapCanvas& canvas, const City& city, const Vec2d& at, const MapText::Label& label,
               const LabelPlace& place) {
-  const CitySize& size = SizeOf(city);
   SvgWriter& svg = canvas.svg;
-  canvas.markers.Use(svg, CityMarker(size, canvas.projection), at);
+  canvas.markers.Use(svg, MarkerOf(city, canvas.projection), at);
   svg.Begin("g");
   if (const char* const language = LanguageOf(city.countryCode)) {
     svg.Attribute("xml:lang", language);
@@ -153,8 +161,11 @@ double EventSizes::Radius(double magnitude) const {
 }
 
 Marker CityMarker(const CitySize& size, const Projection& projection) {
-  constexpr double WIDE = 90;  // degrees
-  return Marker{size.marker, projection.Window().xRange() > WIDE ? 8 : 11};
+  return Marker{size.marker, IsWide(projection) ? 8 : 11};
+}
+
+Marker CapitalMarker(const Projection& projection) {
+  return Marker{L"capital", IsWide(projection) ? 11 : 14};
 }
 
 std::size_t CountCounted(const Model& model) {
@@ -224,7 +235,7 @@ Vec2d CityPainter::PositionOf(std::size_t index) const {
 }
 
 Box2d CityPainter::MarkerBox(std::size_t index) const {
-  const Marker marker = CityMarker(SizeOf(model_.cities[index]), canvas_.projection);
+  const Marker marker = MarkerOf(model_.cities[index], canvas_.projection);
   const double radius = canvas_.markers.Radius(marker);
   const Vec2d at = PositionOf(index);
   return Box2d(at.x - radius, at.y - radius, at.x + radius, at.y + radius);

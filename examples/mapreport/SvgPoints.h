@@ -37,8 +37,10 @@ struct CitySize {
 inline constexpr CitySize CITY_SIZES[] = {
     {5e6, 12, L"large city"}, {1e6, 11, L"city"}, {0, 10, L"town"}};
 
-/// Returns the marker of cities of a size; on maps of large parts of the world they are smaller.
+/// Return the marker of cities of a size, and of capitals; on maps of large parts of the world they
+/// are smaller.
 Marker CityMarker(const CitySize& size, const Projection& projection);
+Marker CapitalMarker(const Projection& projection);
 
 /// The marker of the strongest events.
 inline const Marker EPICENTRE_MARKER{L"epicentre", 16};

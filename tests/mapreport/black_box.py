@@ -32,6 +32,7 @@ BAD_INPUTS = [
     ("number.csv", "--points", POINTS + b"1,east,2\n", "number.csv:3:"),
     ("row.csv", "--cities", CITIES + b"Y,YY,1\n", "row.csv:3:"),
     ("quote.csv", "--cities", CITIES + b'"Y,YY,1,1,1\n', "quote.csv:3:"),
+    ("capital.csv", "--cities", b"name,lat,lon,capital\nA,1,1,yes\nB,2,2,maybe\n", "capital.csv:3: 'maybe'"),
     ("column.csv", "--points", b"lat,magnitude\n1,2\n", "column.csv:1:"),
     ("line.csv", "--points", POINTS + b"x" * 3_000_000, "line.csv:3:"),
     ("Ünï地.csv", "--points", POINTS + b"1,east,2\n", "Ünï地.csv:3:"),
@@ -291,6 +292,15 @@ class MapReport(ProgramTest):
         status, text = self.run_inputs("--config", self.path("map.ini"))
         self.assertEqual(1, status)
         self.assert_one_line(text, "map.ini: [Map] Title")
+
+    def test_names_in_fifteen_scripts_and_capitals(self):
+        status, text = self.run_inputs("--text", "portable", cities=os.path.join(DATA, "cities-scripts.csv"))
+        self.assertEqual(0, status, text)
+        svg = self.outputs()["map.svg"].decode()
+        for name in ("القاهرة", "मुंबई", "北京", "さっぽろ", "서울", "Αθήνα", "Москва", "ירושלים", "กรุงเทพฯ", "ბათუმი", "Երևան",
+                     "Reykjavík", "ວຽງຈັນ", "ⵔⴱⴰⵟ", "ᐃᖃᓗᐃᑦ"):
+            self.assertIn(name + "</text>", svg)
+        self.assertEqual(24, svg.count('"#marker-capital-'), "23 capitals and the one of the legend")
 
     def test_the_log_tells_the_run(self):
         log = self.path("run.log")
