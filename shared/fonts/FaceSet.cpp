@@ -192,13 +192,21 @@ const std::shared_ptr<CFaceInfo>& FaceSet::Find(std::wstring_view cluster) {
   return FaceOf(rest.empty() ? FindCharacter(base) : FindCluster(cluster, base));
 }
 
-FaceSet::FaceNumber FaceSet::FindCharacter(char32_t character) {
-  std::unique_ptr<Page>& page = pages_[character >> PAGE_SHIFT];
+FaceSet::Page& FaceSet::PageOf(char32_t character) {
+  const char32_t number = character >> PAGE_SHIFT;
+  if (lastPage_ != nullptr && lastNumber_ == number) return *lastPage_;
+  std::unique_ptr<Page>& page = pages_[number];
   if (page == nullptr) {
     page = std::make_unique<Page>();
     page->faces.fill(UNKNOWN_FACE);
   }
-  FaceNumber& face = page->faces[character % PAGE_SIZE];
+  lastNumber_ = number;
+  lastPage_ = page.get();
+  return *page;
+}
+
+FaceSet::FaceNumber FaceSet::FindCharacter(char32_t character) {
+  FaceNumber& face = PageOf(character).faces[character % PAGE_SIZE];
   if (face == UNKNOWN_FACE) {
     wchar_t units[2] = {static_cast<wchar_t>(character), 0};
     std::size_t length = 1;

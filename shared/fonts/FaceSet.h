@@ -77,6 +77,7 @@ private:
   const std::shared_ptr<CFaceInfo>& FaceOf(FaceNumber number) const {
     return number == 0 ? primary_ : others_[number - 1u];
   }
+  Page& PageOf(char32_t character);
   FaceNumber FindCharacter(char32_t character);
   FaceNumber FindCluster(std::wstring_view cluster, char32_t base);
   FaceNumber Search(std::wstring_view cluster);
@@ -88,6 +89,8 @@ private:
   std::vector<std::shared_ptr<CFaceInfo>> others_;  // from number 1 on, as they are asked
   bool hasOthers_ = false;                          // they are collected when first needed
   std::unordered_map<char32_t, std::unique_ptr<Page>> pages_;
+  char32_t lastNumber_ = 0;  // of the page used last, so that runs of one script look it up once
+  Page* lastPage_ = nullptr;
   TextMap<FaceNumber> clusters_;
   TextMap<Measure> measures_;
 };

@@ -48,12 +48,15 @@ platform::Font* CTrueTypeFaceInfo::Open() const {
 
 std::uint32_t CTrueTypeFaceInfo::GetGlyphOf(char32_t character) const {
   const std::lock_guard<std::mutex> lock(fontMutex_);
+  if (const auto known = numbers_.find(character); known != numbers_.end()) return known->second;
   platform::Font* const font = Open();
   if (font == nullptr) return platform::MISSING_GLYPH;
-  const std::uint32_t glyph = font->GetGlyph(character);
+  std::uint32_t glyph = font->GetGlyph(character);
   const bool isSymbol = glyph == platform::MISSING_GLYPH && character < SYMBOL_COUNT &&
                         ServesCharset(platform::SYMBOL_CHARACTERS);
-  return isSymbol ? font->GetGlyph(SYMBOL_BASE + character) : glyph;
+  if (isSymbol) glyph = font->GetGlyph(SYMBOL_BASE + character);
+  numbers_.emplace(character, glyph);
+  return glyph;
 }
 
 bool CTrueTypeFaceInfo::MayHave(char32_t character) const {
@@ -125,6 +128,7 @@ void CTrueTypeFaceInfo::Release() const {
   font_.reset();
   failed_ = false;
   glyphs_.clear();
+  numbers_.clear();
   const std::lock_guard<std::mutex> shaperLock(shaperMutex_);
   shaper_.reset();
   shaperFailed_ = false;

@@ -79,6 +79,7 @@ private:
   mutable std::unique_ptr<platform::Font> font_;
   mutable bool failed_ = false;
   mutable std::unordered_map<std::uint32_t, GlyphMetrics> glyphs_;  // that were asked for by number
+  mutable std::unordered_map<char32_t, std::uint32_t> numbers_;     // of glyphs, by character
 };
 
 }  // namespace shr
