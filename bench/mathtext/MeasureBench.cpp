@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) 2026 The Shared authors
 
-// Labels of a map parsed and measured: from the text of a label to its box. Names are real and in
-// many scripts, so that some are shaped and fall back on other faces. "measure" has labels that
-// were met before, whose shaped runs our interface remembers; "measure-first" has each label once
-// and an interface that knows nothing, but faces and glyphs are warm. Our labels must come out with
-// their name and a box before anything is timed; the peer must find a Latin sample as wide.
+// Warm labels of a map parsed and measured: from the text of a label to its box. Names are real and
+// in many scripts, so that some are shaped and fall back on other faces; what was shaped once is
+// remembered. Our labels must come out with their name and a box before anything is timed; the peer
+// must find a Latin sample as wide.
 
 #include "bench/mathtext/MeasureBench.h"
 
@@ -110,24 +109,6 @@ BENCHMARK(MeasureOurs)
     ->Arg(1000)
     ->Arg(10000)
     ->Arg(100000)
-    ->Unit(benchmark::kMillisecond);
-
-void MeasureFirst(benchmark::State& state) {
-  const std::vector<GString> texts = MakeTexts(static_cast<std::size_t>(state.range(0)));
-  const auto measureAnew = [&texts] {
-    CMTFaceTextIF measure;
-    measure.SetAttributes(LabelAttributes());
-    return MeasureAll(texts, measure);
-  };
-  measureAnew();
-  for (auto _ : state) benchmark::DoNotOptimize(measureAnew());
-  state.SetItemsProcessed(state.iterations() * state.range(0));
-}
-BENCHMARK(MeasureFirst)
-    ->Name("mathtext/measure-first/ours")
-    ->Arg(30)
-    ->Arg(300)
-    ->Arg(3000)
     ->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -73,11 +73,4 @@ BENCHMARK(MeasurePango)
     ->Arg(10000)
     ->Arg(100000)
     ->Unit(benchmark::kMillisecond);
-BENCHMARK(MeasurePango)
-    ->Name("mathtext/measure-first/pango")
-    ->Arg(30)
-    ->Arg(300)
-    ->Arg(3000)
-    ->Unit(benchmark::kMillisecond);
-
 }  // namespace

@@ -4,23 +4,16 @@
 #include "shared/mathtext/FaceTextIF.h"
 
 #include <algorithm>
-#include <functional>
-#include <string>
-#include <unordered_map>
 
 #include "shared/fonts/FaceInfo.h"
 #include "shared/fonts/FaceSet.h"
 #include "shared/fonts/SystemFaceInfo.h"
-#include "shared/fonts/TextCharacters.h"
 
 namespace shr {
 namespace {
 
 /// As many faces as labels of one map alternate between.
 constexpr std::size_t MAX_KNOWN_FACES = 8;
-/// What is remembered of texts that are shaped: labels are not longer.
-constexpr std::size_t MAX_KNOWN_TEXTS = 4096;
-constexpr std::size_t MAX_KNOWN_LENGTH = 64;
 
 bool IsSame(const TextFace& a, const TextFace& b) {
   return a.weight == b.weight && a.italic == b.italic && a.charset == b.charset &&
@@ -36,49 +29,18 @@ MTLineMetrics EmMetrics(const CFaceInfo& face) {
           underline.thickness, strikeout.begin.y, strikeout.thickness};
 }
 
-bool IsPlain(std::wstring_view text) {
-  while (!text.empty()) {
-    if (!IsSimple(NextCharacter(text))) return false;
-  }
-  return true;
-}
-
-struct TextHash {
-  using is_transparent = void;
-  std::size_t operator()(std::wstring_view text) const {
-    return std::hash<std::wstring_view>()(text);
-  }
-};
-
 }  // namespace
 
 struct CMTFaceTextIF::KnownFace {
-  double GetEmExtent(std::wstring_view text);
-
   TextFace request;
-  std::shared_ptr<CFaceInfo> face;
   MTLineMetrics metrics;
   double averageWidth;
-  std::unordered_map<std::wstring, double, TextHash, std::equal_to<>> extents;  // of shaped texts
 };
-
-/// Returns what `MeasureText` does.
-double CMTFaceTextIF::KnownFace::GetEmExtent(std::wstring_view text) {
-  double extent = 0;
-  if (IsPlain(text) && face->CalcEmExtentOfKnown(text, extent) == text.size()) return extent;
-  const auto known = extents.find(text);
-  if (known != extents.end()) return known->second;
-  extent = MeasureText(text, request);
-  if (text.size() > MAX_KNOWN_LENGTH) return extent;
-  if (extents.size() >= MAX_KNOWN_TEXTS) extents.clear();
-  extents.emplace(text, extent);
-  return extent;
-}
 
 CMTFaceTextIF::CMTFaceTextIF() = default;
 CMTFaceTextIF::~CMTFaceTextIF() = default;
 
-CMTFaceTextIF::KnownFace& CMTFaceTextIF::Face() {
+const CMTFaceTextIF::KnownFace& CMTFaceTextIF::Face() {
   const unsigned int generation = CSystemFaceInfo::Instance().GetGeneration();
   if (generation != generation_) known_.clear();
   generation_ = generation;
@@ -92,7 +54,7 @@ CMTFaceTextIF::KnownFace& CMTFaceTextIF::Face() {
   }
   const std::shared_ptr<CFaceInfo> face = FaceSet::Get(request)->GetPrimary();
   auto known = std::make_unique<KnownFace>(
-      KnownFace{request, face, EmMetrics(*face), face->GetOTM().averageWidth, {}});
+      KnownFace{request, EmMetrics(*face), face->GetOTM().averageWidth});
   if (known_.size() == MAX_KNOWN_FACES) known_.pop_back();
   return **known_.insert(known_.begin(), std::move(known));
 }
@@ -102,7 +64,7 @@ MTLineMetrics CMTFaceTextIF::GetLineMetrics() {
 }
 
 double CMTFaceTextIF::GetTextExtent(std::wstring_view text) {
-  return Face().GetEmExtent(text) * GetAttributes().height;
+  return MeasureText(text, GetAttributes().face) * GetAttributes().height;
 }
 
 Box2d CMTFaceTextIF::GetTextBounds(std::wstring_view text) {

@@ -11,10 +11,10 @@
 ///     context.Parse(L"Depth, m\\up40\\fs60 2", label);
 ///     const Box2d box = label->GetInternalBBox(measure);
 ///
-/// Text is measured as shared/fonts/TextLayout.h lays it out. Where there are no fonts the stroked
-/// text face serves. The faces used last are remembered with their metrics and the extents of short
-/// texts that need shaping or other faces, so that labels met before are looked up and shaped no
-/// more, until the faces are collected anew (`CSystemFaceInfo::Refresh`).
+/// Text is measured by `MeasureText` of shared/fonts/TextLayout.h, which remembers what it shaped.
+/// Where there are no fonts the stroked text face serves. The metrics of the faces used last are
+/// kept here until the faces are collected anew (`CSystemFaceInfo::Refresh`), so that labels of one
+/// map look no face up.
 ///
 /// Threads: one thread an interface.
 
@@ -49,7 +49,7 @@ public:
 private:
   struct KnownFace;
 
-  KnownFace& Face();
+  const KnownFace& Face();
 
   std::vector<std::unique_ptr<KnownFace>> known_;  // the last used first
   unsigned int generation_ = 0;                    // of the faces, when they were looked up
