@@ -64,19 +64,17 @@ struct XMLNode::Family : std::enable_shared_from_this<Family> {
 XMLNode::Family::~Family() {
   if (count == 0) return;
   // Who goes together with a node that is being released hands its children over to that.
-  thread_local std::vector<Handle>* waiting = nullptr;
-  const bool isFirst = waiting == nullptr;
-  std::vector<Handle> mine;
-  if (isFirst) waiting = &mine;
-  for (Handle& child : std::span(children, count)) {
-    // Most have no children, and go at once.
-    if (child->lastChild_ != nullptr) waiting->push_back(std::move(child));
+  thread_local std::vector<std::span<Handle>>* waiting = nullptr;
+  if (waiting != nullptr) {
+    waiting->emplace_back(children, count);
+    return;
   }
-  std::destroy_n(children, count);
-  if (!isFirst) return;
+  std::vector<std::span<Handle>> mine = {{children, count}};
+  waiting = &mine;
   while (!mine.empty()) {
-    const Handle node = std::move(mine.back());
+    const std::span<Handle> next = mine.back();
     mine.pop_back();
+    std::destroy(next.begin(), next.end());
   }
   waiting = nullptr;
 }
