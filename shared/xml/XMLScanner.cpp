@@ -4,7 +4,9 @@
 // The states and what they read are told in docs/xml.md. Characters come from a buffer; runs of
 // text, words and literals are taken from it as a whole as far as it goes, and character by
 // character only where one was pushed back. Lines are not counted on the way: line feeds are
-// counted when a buffer is left behind and when somebody asks.
+// counted when a buffer is left behind and when somebody asks. Text and plain tags, which most
+// files are made of, are read in two loops that stop before anything unusual; the operations go on
+// there.
 
 #include "shared/xml/XMLScanner.h"
 
