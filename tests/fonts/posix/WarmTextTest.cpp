@@ -17,15 +17,21 @@ thread_local std::size_t blocksTaken = 0;
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   ++blocksTaken;
-  if (void* const block = std::malloc(size != 0 ? size : 1)) return block;
+  return std::malloc(size != 0 ? size : 1);
+}
+void* operator new(std::size_t size) {
+  if (void* const block = operator new(size, std::nothrow)) return block;
   throw std::bad_alloc();
 }
 void operator delete(void* block) noexcept {
   std::free(block);
 }
 void operator delete(void* block, std::size_t) noexcept {
+  std::free(block);
+}
+void operator delete(void* block, const std::nothrow_t&) noexcept {
   std::free(block);
 }
 
