@@ -2,10 +2,10 @@
 // Copyright (c) 2026 The Shared authors
 
 // Boxes that are taken lie in a hashed grid of levels. A level holds the boxes of about one width
-// and one height (each by powers of two) in cells at least that large, so that a box lies in four
-// cells at most; and because labels do not overlap, a cell holds a few of them at most. A search
-// looks at every level, of which there are a few, into the cells that it overlaps, or at all boxes
-// of the level where these are fewer. So neither crowds nor a mixture of sizes make it slow.
+// and one height (each by powers of four) in cells at least that large, so that a box lies in four
+// cells at most; and because labels do not overlap, a cell holds few of them. A search looks at
+// every level, of which there are a few, into the cells that it overlaps, or at all boxes of the
+// level where these are fewer. So neither crowds nor a mixture of sizes make it slow.
 
 #include "shared/plots/LabelPlacement.h"
 
@@ -106,20 +106,27 @@ struct Range {
   std::uint64_t Count() const { return last - first + 1; }
 };
 
-/// The cells along one axis: those of a level are the smallest power of two above its boxes.
+/// The cells along one axis: those of a level are the smallest power of four above its boxes.
 class Axis {
 public:
   Axis(double origin, double length)
       : origin_(origin), least_(std::max(ExponentOf(length) - FINEST, LEAST)) {}
 
-  int LevelOf(double size) const { return std::max(ExponentOf(size), least_); }
+  int LevelOf(double size) const {
+    const int exponent = std::max(ExponentOf(size), least_);
+    return exponent + (exponent & 1);
+  }
   Range CellsOf(double from, double to, double cellsPerUnit) const {
-    return {static_cast<std::uint64_t>((from - origin_) * cellsPerUnit),
-            static_cast<std::uint64_t>((to - origin_) * cellsPerUnit)};
+    return {CellAt(from, cellsPerUnit), CellAt(to, cellsPerUnit)};
   }
 
 private:
   static constexpr int LEAST = -1000;  ///< whose inverse is finite
+
+  /// Signed on the way, which processors convert at once.
+  std::uint64_t CellAt(double at, double cellsPerUnit) const {
+    return static_cast<std::uint64_t>(static_cast<std::int64_t>((at - origin_) * cellsPerUnit));
+  }
 
   /// Returns the least power of two that is above `size`; for 0 one below all others.
   static int ExponentOf(double size) {
