@@ -62,6 +62,8 @@ std::vector<CharacterRange> ReadCoverage(const FontDescription& description) {
     const std::size_t count = std::min<std::size_t>(set->cRanges, room);
     for (std::size_t i = 0; i < count; ++i) {
       const char32_t first = set->ranges[i].wcLow;
+      // Wine goes on beyond U+FFFF with the lower half of the number.
+      if (!ranges.empty() && first <= ranges.back().last) break;
       if (set->ranges[i].cGlyphs > 0) ranges.push_back({first, first + set->ranges[i].cGlyphs - 1});
     }
   }
