@@ -9,7 +9,6 @@
 #include "shared/fonts/TextLayout.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "shared/fonts/FaceSet.h"
 #include "shared/fonts/TextCharacters.h"
@@ -88,6 +87,7 @@ void PlaceCharacters(std::wstring_view text, TextRun& run) {
   const CFaceInfo& face = *run.face;
   const auto* const outline = dynamic_cast<const CTrueTypeFaceInfo*>(&face);
   std::wstring_view rest = text.substr(run.begin, run.length);
+  run.glyphs.reserve(run.length);
   while (!rest.empty()) {
     const std::size_t begin = run.begin + run.length - rest.size();
     const char32_t character = NextCharacter(rest);
@@ -119,25 +119,31 @@ bool PlaceShaped(std::wstring_view text, const TextItem& piece, TextRun& run) {
   return true;
 }
 
+/// Adds a part of an item to the right of the line.
+void AddPart(std::wstring_view text, const TextItem& item, const Part& part, TextLayout& layout) {
+  TextRun& run = layout.runs.emplace_back();
+  run.face = *part.face;
+  run.begin = part.begin;
+  run.length = part.end - part.begin;
+  run.isRightToLeft = item.IsRightToLeft();
+  run.x = layout.advance;
+  const TextItem piece = {run.begin, run.length, item.level, item.script};
+  if (!part.isShaped || !PlaceShaped(text, piece, run)) PlaceCharacters(text, run);
+  for (PlacedGlyph& glyph : run.glyphs) glyph.x += run.x;
+  layout.advance += run.advance;
+}
+
 /// Adds the parts of an item to the right of the line.
 void AddItem(std::wstring_view text, const TextItem& item, FaceSet& faces, TextLayout& layout) {
-  std::vector<Part> parts;
   PartReader reader(faces, text, item);
-  for (Part part; reader.Next(part);) parts.push_back(part);
-  if (item.IsRightToLeft()) std::reverse(parts.begin(), parts.end());
-  for (const Part& part : parts) {
-    TextRun run;
-    run.face = *part.face;
-    run.begin = part.begin;
-    run.length = part.end - part.begin;
-    run.isRightToLeft = item.IsRightToLeft();
-    run.x = layout.advance;
-    const TextItem piece = {run.begin, run.length, item.level, item.script};
-    if (!part.isShaped || !PlaceShaped(text, piece, run)) PlaceCharacters(text, run);
-    for (PlacedGlyph& glyph : run.glyphs) glyph.x += run.x;
-    layout.advance += run.advance;
-    layout.runs.push_back(std::move(run));
+  if (!item.IsRightToLeft()) {
+    for (Part part; reader.Next(part);) AddPart(text, item, part, layout);
+    return;
   }
+  std::vector<Part> parts;
+  for (Part part; reader.Next(part);) parts.push_back(part);
+  std::for_each(parts.rbegin(), parts.rend(),
+                [&](const Part& part) { AddPart(text, item, part, layout); });
 }
 
 bool IsPlain(std::wstring_view text) {
