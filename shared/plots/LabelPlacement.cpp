@@ -10,6 +10,7 @@
 #include "shared/plots/LabelPlacement.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <numeric>
@@ -47,7 +48,11 @@ bool IsFrame(const Box2d& frame) {
 /// chained through one array.
 class CellTable {
 public:
-  CellTable() : slots_(64) {}
+  /// Takes memory for so many values at once.
+  explicit CellTable(std::size_t expected)
+      : slots_(std::bit_ceil(std::max<std::size_t>(2 * expected, 64))) {
+    entries_.reserve(expected);
+  }
 
   void Add(std::uint64_t cell, std::uint32_t value) {
     if (2 * used_ >= slots_.size()) Grow();
@@ -144,8 +149,12 @@ private:
 /// The boxes that are taken in a frame that is none too odd.
 class LabelPlacer::TakenBoxes {
 public:
-  explicit TakenBoxes(const Box2d& frame)
-      : x_(frame.xMin(), frame.xRange()), y_(frame.yMin(), frame.yRange()) {}
+  TakenBoxes(const Box2d& frame, std::size_t expectedLabels)
+      : x_(frame.xMin(), frame.xRange()),
+        y_(frame.yMin(), frame.yRange()),
+        cells_(CELLS_A_LABEL * expectedLabels) {
+    boxes_.reserve(2 * expectedLabels);
+  }
 
   /// Requires: the box lies in the frame. One without an area takes no room.
   void Add(const Box2d& box) {
@@ -175,6 +184,9 @@ public:
   }
 
 private:
+  /// A label lies in two or so and its marker in one.
+  static constexpr std::size_t CELLS_A_LABEL = 3;
+
   struct Level {
     int x;  ///< cells are two to this power wide
     int y;
@@ -275,7 +287,7 @@ bool HasSize(const PointLabel& label) {
 
 LabelPlacer::LabelPlacer(const Box2d& frame, const LabelOptions& options)
     : frame_(frame), options_(options) {
-  if (IsFrame(frame)) taken_ = std::make_unique<TakenBoxes>(frame);
+  if (IsFrame(frame)) taken_ = std::make_unique<TakenBoxes>(frame, options.expectedLabels);
 }
 
 LabelPlacer::~LabelPlacer() = default;
@@ -322,7 +334,9 @@ std::vector<std::optional<LabelPlace>> PlaceLabels(std::span<const PointLabel> l
   std::iota(order.begin(), order.end(), std::size_t{0});
   std::stable_sort(order.begin(), order.end(),
                    [&](std::size_t a, std::size_t b) { return rank(a) > rank(b); });
-  LabelPlacer placer(frame, options);
+  LabelOptions sized = options;
+  sized.expectedLabels = std::max(options.expectedLabels, labels.size());
+  LabelPlacer placer(frame, sized);
   for (const Box2d& box : obstacles) placer.Block(box);
   std::vector<std::optional<LabelPlace>> places(labels.size());
   for (const std::size_t i : order) places[i] = placer.Place(labels[i]);

@@ -85,6 +85,8 @@ struct LabelOptions {
   /// Those that are tried, best first. Lifetime: the memory must outlive the placer.
   std::span<const LabelPosition> positions = EIGHT_LABEL_POSITIONS;
   double gap = 2.5;  ///< between a marker and the label beside it
+  /// For how many labels memory is taken at once; more find room, too.
+  std::size_t expectedLabels = 0;
 };
 
 /// Places labels one after the other.
