@@ -110,6 +110,18 @@ void ArgumentParser::AddFlag(const char* name, bool& value, const char* help) {
   app_->add_flag(name, value, help);
 }
 
+void ArgumentParser::AddTextMode(shr::SvgTextMode& value) {
+  const auto store = [&value](const std::string& how) {
+    if (how != "text" && how != "outlines") {
+      throw CLI::ValidationError("--text", "'" + how + "' is not text or outlines");
+    }
+    value = how == "text" ? shr::SvgTextMode::Text : shr::SvgTextMode::Outlines;
+  };
+  app_->add_option_function<std::string>(
+          "--text", store, "How text is drawn: text, or outlines, the same on any machine")
+      ->type_name("HOW");
+}
+
 ParsedArguments ArgumentParser::Parse(const std::vector<GString>& arguments) {
   const GString program = GString::FromUtf8(app_->get_name());
   // The parser takes the arguments from the back.

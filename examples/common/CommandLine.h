@@ -22,6 +22,7 @@
 #include <string>
 #include <vector>
 
+#include "shared/plots/SvgTextMode.h"
 #include "shared/text/GString.h"
 
 namespace CLI {
@@ -91,6 +92,8 @@ public:
   ArgumentOption AddCodePage(const char* name, std::optional<std::uint32_t>& value,
                              const char* help);
   void AddFlag(const char* name, bool& value, const char* help);
+  /// `--text HOW`: how the text of pictures is written, "text" or "outlines".
+  void AddTextMode(shr::SvgTextMode& value);
 
   /// Reads the arguments, the program's name first.
   ParsedArguments Parse(const std::vector<GString>& arguments);

@@ -55,7 +55,6 @@ CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
   Options& options = result.options;
   GString separator;
   std::vector<GString> labels;
-  bool outlines = false;
   ArgumentParser parser("datareport",
                         "Describes a table of any size and encoding as an HTML report: summaries, "
                         "distributions, relations.",
@@ -83,7 +82,7 @@ CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
       .AddTexts("--label", labels, "COLUMN=TEXT",
                 "What to call a column, math text; may be given for each")
       .Check(FaultOfLabel);
-  parser.AddFlag("--outlines", outlines, "Draw the text of pictures as outlines, for any machine");
+  parser.AddTextMode(options.textMode);
   parser.AddText("--x", options.x, "COLUMN", "Column of places: east or longitude");
   parser.AddText("--y", options.y, "COLUMN", "Column of places: north or latitude");
   parser.AddText("--z", options.z, "COLUMN", "Column of values at the places");
@@ -95,7 +94,6 @@ CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
   if (result.action != ParsedArguments::Action::Run) return result;
   if (!separator.empty()) options.separator = ParseSeparator(separator);
   for (const GString& label : labels) options.labels.push_back(*ParseLabel(label));
-  if (outlines) options.textMode = shr::SvgTextMode::Outlines;
   static_cast<ParsedArguments&>(result) = CheckOptions(options);
   return result;
 }

@@ -79,7 +79,6 @@ CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
   CommandLine result;
   Options& options = result.options;
   GString method = L"auto";
-  bool outlines = false;
   ArgumentParser parser("georeference",
                         "Fits a scanned image to a map by control points and reports how well.",
                         GEOREFERENCE_VERSION);
@@ -109,11 +108,10 @@ CommandLine ParseCommandLine(const std::vector<GString>& arguments) {
       .Check(FindMathTextFault);
   parser.AddText("--y-label", options.yLabel, "TEXT", "Name of the second coordinate, math text")
       .Check(FindMathTextFault);
-  parser.AddFlag("--outlines", outlines, "Draw the text of the picture as outlines");
+  parser.AddTextMode(options.textMode);
   parser.AddFlag("--quiet", options.quiet, "Write nothing but errors");
   static_cast<examples::ParsedArguments&>(result) = parser.Parse(arguments);
   if (result.action != CommandLine::Action::Run) return result;
-  if (outlines) options.textMode = SvgTextMode::Outlines;
   if (options.outFolder.empty()) return Fault(L"--out is empty");
   if (options.grid < FEWEST_CELLS) return Fault(L"--grid takes 2 cells or more");
   if (!IsAuto(method)) options.method = ParseMethod(method);

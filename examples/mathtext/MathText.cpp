@@ -3,7 +3,7 @@
 
 // Draws a label of math text as an SVG picture, or a gallery of all commands.
 //
-//     mathtext "{\b Oslo} \fs70 59.9\a176 N" --svg oslo.svg --outlines
+//     mathtext "{\b Oslo} \fs70 59.9\a176 N" --svg oslo.svg --text outlines
 //     mathtext --gallery gallery
 
 #include <ctime>
@@ -30,7 +30,7 @@ constexpr double MOST_HEIGHT = 10000;
 struct Settings {
   GString markup, svg, gallery, pictures;
   GString height, face, color, background, rotation, alignment, now;
-  bool outlines = false;
+  SvgTextMode textMode = SvgTextMode::Text;
 };
 
 std::optional<double> ReadHeight(const GString& text) {
@@ -66,7 +66,7 @@ std::tm CalendarOf(double seconds) {
 
 LabelStyle StyleOf(const Settings& settings) {
   LabelStyle style;
-  if (settings.outlines) style.mode = SvgTextMode::Outlines;
+  style.mode = settings.textMode;
   style.face = settings.face;
   style.height = ReadHeight(settings.height).value_or(style.height);
   style.color = ReadColor(settings.color).value_or(style.color);
@@ -81,7 +81,7 @@ LabelStyle StyleOf(const Settings& settings) {
 
 void AddStyle(examples::ArgumentParser& parser, Settings& settings) {
   parser.BeginGroup("Style");
-  parser.AddFlag("--outlines", settings.outlines, "Draw glyphs as paths, not as text");
+  parser.AddTextMode(settings.textMode);
   parser.AddText("--height", settings.height, "N", "Height of the text in pixels, 1 to 10000 (24)")
       .MustParse(ReadHeight, L"is no height from 1 to 10000");
   parser.AddText("--face", settings.face, "NAME", "Face to begin with");

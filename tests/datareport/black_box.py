@@ -57,6 +57,7 @@ ODD_TABLES = [
 
 # Math text: options, what is wrong with them.
 BAD_MARKUP = [
+    (["--text", "paths"], "'paths' is not text or outlines"),
     (["--title", r"{\b x"], "--title: Unbalanced"),
     (["--title", r"\bogus"], r"near '\bogus'"),
     (["--label", "a"], "COLUMN=TEXT"),
@@ -86,7 +87,7 @@ class DataReport(ProgramTest):
 
     def test_labels_are_math_text(self):
         label = r"a={\i M}{\dn25\fs70 w}"
-        for more in ([], ["--outlines"]):
+        for more in ([], ["--text", "outlines"]):
             status, _ = self.run_table(TABLE, "--title", r"{\b <T>} x", "--label", label, *more)
             self.assertEqual(0, status)
             self.assert_sound()

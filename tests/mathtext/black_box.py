@@ -49,7 +49,7 @@ class MathText(ProgramTest):
         self.assertEqual("Oslo 5 March", root.find(f"{SVG}title").text)
 
     def test_a_label_is_drawn_as_outlines_alone(self):
-        root = self.draw(r"x\up40\fs60 2", "--outlines", "--background", "none")
+        root = self.draw(r"x\up40\fs60 2", "--text", "outlines", "--background", "none")
         self.assertIsNone(root.find(f".//{SVG}text"))
         self.assertIsNone(root.find(f".//{SVG}rect"))
         self.assertEqual(2, len(root.findall(f".//{SVG}use")))
@@ -98,7 +98,7 @@ class MathText(ProgramTest):
     def test_help_and_version(self):
         status, text = self.run_program("--help")
         self.assertEqual(0, status)
-        for option in ("--svg", "--outlines", "--gallery", "--height", "--face", "--color", "--rotate", "--align"):
+        for option in ("--svg", "--text", "--gallery", "--height", "--face", "--color", "--rotate", "--align"):
             self.assertIn(option, text)
         status, text = self.run_program("--version")
         self.assertEqual(0, status)
