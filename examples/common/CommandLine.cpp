@@ -146,6 +146,16 @@ ParsedArguments ArgumentParser::Parse(const std::vector<GString>& arguments) {
   return ParsedArguments();
 }
 
+ExitStatus RunParsed(const GString& program, const ParsedArguments& parsed,
+                     const std::function<ExitStatus()>& run,
+                     const std::function<void(const GString&)>& onFailure) {
+  if (parsed.action == ParsedArguments::Action::Run) return run();
+  if (parsed.action == ParsedArguments::Action::ShowText) return Show(program, parsed.text);
+  const GString complaint = Complain(program, parsed.text);
+  if (onFailure) onFailure(complaint);
+  return ExitStatus::Usage;
+}
+
 ParsedArguments UsageError(const GString& program, const GString& what) {
   return {ParsedArguments::Action::UsageError,
           what + L" (" + program + L" --help tells the options)"};

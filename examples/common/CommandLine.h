@@ -22,6 +22,7 @@
 #include <string>
 #include <vector>
 
+#include "examples/common/Program.h"
 #include "shared/plots/SvgTextMode.h"
 #include "shared/text/GString.h"
 
@@ -104,6 +105,12 @@ private:
 
   std::unique_ptr<CLI::App> app_;
 };
+
+/// Does what the command line asks for: runs `run`, shows the text, or complains of it.
+/// `onFailure`, when given, gets the complaint.
+ExitStatus RunParsed(const GString& program, const ParsedArguments& parsed,
+                     const std::function<ExitStatus()>& run,
+                     const std::function<void(const GString&)>& onFailure = {});
 
 /// Returns a usage error of `program` that names its help.
 ParsedArguments UsageError(const GString& program, const GString& what);

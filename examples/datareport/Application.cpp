@@ -22,17 +22,10 @@ constexpr const wchar_t* PROGRAM = L"datareport";
 
 ExitStatus RunArguments(const std::vector<GString>& arguments) {
   const CommandLine commandLine = ParseCommandLine(arguments);
-  switch (commandLine.action) {
-    case CommandLine::Action::ShowText:
-      return Show(PROGRAM, commandLine.text);
-    case CommandLine::Action::UsageError:
-      Complain(PROGRAM, commandLine.text);
-      return ExitStatus::Usage;
-    case CommandLine::Action::Run:
-      break;
-  }
-  const GString page = Run(commandLine.options);
-  return commandLine.options.quiet ? ExitStatus::Success : Show(PROGRAM, page + L"\n");
+  return RunParsed(PROGRAM, commandLine, [&commandLine] {
+    const GString page = Run(commandLine.options);
+    return commandLine.options.quiet ? ExitStatus::Success : Show(PROGRAM, page + L"\n");
+  });
 }
 
 }  // namespace

@@ -52,16 +52,7 @@ ExitStatus Run(const Options& options) {
 
 ExitStatus RunArguments(const std::vector<GString>& arguments) {
   const CommandLine commandLine = ParseCommandLine(arguments);
-  switch (commandLine.action) {
-    case CommandLine::Action::ShowText:
-      return examples::Show(PROGRAM, commandLine.text);
-    case CommandLine::Action::UsageError:
-      examples::Complain(PROGRAM, commandLine.text);
-      return ExitStatus::Usage;
-    case CommandLine::Action::Run:
-      break;
-  }
-  return Run(commandLine.options);
+  return examples::RunParsed(PROGRAM, commandLine, [&] { return Run(commandLine.options); });
 }
 
 }  // namespace

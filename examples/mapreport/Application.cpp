@@ -66,16 +66,8 @@ ExitStatus Run(const Options& options) {
 
 ExitStatus RunArguments(const std::vector<GString>& arguments) {
   const CommandLine commandLine = ParseCommandLine(arguments);
-  switch (commandLine.action) {
-    case CommandLine::Action::ShowText:
-      return Show(PROGRAM, commandLine.text);
-    case CommandLine::Action::UsageError:
-      LogFailure(Complain(PROGRAM, commandLine.text));
-      return ExitStatus::Usage;
-    case CommandLine::Action::Run:
-      break;
-  }
-  return Run(commandLine.options);
+  return RunParsed(
+      PROGRAM, commandLine, [&] { return Run(commandLine.options); }, LogFailure);
 }
 
 }  // namespace

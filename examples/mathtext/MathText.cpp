@@ -134,17 +134,10 @@ void Draw(const Settings& settings) {
 examples::ExitStatus Run(const std::vector<GString>& arguments) {
   Settings settings;
   const examples::ParsedArguments parsed = Parse(arguments, settings);
-  switch (parsed.action) {
-    case examples::ParsedArguments::Action::ShowText:
-      return examples::Show(PROGRAM, parsed.text);
-    case examples::ParsedArguments::Action::UsageError:
-      examples::Complain(PROGRAM, parsed.text);
-      return examples::ExitStatus::Usage;
-    case examples::ParsedArguments::Action::Run:
-      break;
-  }
-  Draw(settings);
-  return examples::ExitStatus::Success;
+  return examples::RunParsed(PROGRAM, parsed, [&settings] {
+    Draw(settings);
+    return examples::ExitStatus::Success;
+  });
 }
 
 }  // namespace

@@ -205,16 +205,7 @@ ExitStatus RunArguments(const std::vector<GString>& arguments) {
       .Required();
   parser.AddText("FOLDER", folder, "DIR", "Folder for the pictures; made when missing").Required();
   const examples::ParsedArguments parsed = parser.Parse(arguments);
-  switch (parsed.action) {
-    case examples::ParsedArguments::Action::ShowText:
-      return examples::Show(PROGRAM, parsed.text);
-    case examples::ParsedArguments::Action::UsageError:
-      examples::Complain(PROGRAM, parsed.text);
-      return ExitStatus::Usage;
-    case examples::ParsedArguments::Action::Run:
-      break;
-  }
-  return Run(data, folder);
+  return examples::RunParsed(PROGRAM, parsed, [&] { return Run(data, folder); });
 }
 
 }  // namespace

@@ -125,6 +125,15 @@ std::string Draw(const Sheet& sheet, std::size_t columns) {
   return svg.Take();
 }
 
+examples::ExitStatus WriteSheet(const Settings& settings) {
+  const Sheet sheet = settings.face.empty() ? SheetOfSet(settings.set) : SheetOfFace(settings.face);
+  const std::string picture = Draw(sheet, settings.columns);
+  CReplacementFile file(settings.svg);
+  file.Write(picture);
+  file.Commit();
+  return examples::ExitStatus::Success;
+}
+
 examples::ParsedArguments Parse(const std::vector<GString>& arguments, Settings& settings) {
   examples::ArgumentParser parser(
       "symbols", "Draws a sheet of the glyphs of a symbol set or of an installed face.",
@@ -148,21 +157,7 @@ examples::ParsedArguments Parse(const std::vector<GString>& arguments, Settings&
 examples::ExitStatus Run(const std::vector<GString>& arguments) {
   Settings settings;
   const examples::ParsedArguments parsed = Parse(arguments, settings);
-  switch (parsed.action) {
-    case examples::ParsedArguments::Action::ShowText:
-      return examples::Show(PROGRAM, parsed.text);
-    case examples::ParsedArguments::Action::UsageError:
-      examples::Complain(PROGRAM, parsed.text);
-      return examples::ExitStatus::Usage;
-    case examples::ParsedArguments::Action::Run:
-      break;
-  }
-  const Sheet sheet = settings.face.empty() ? SheetOfSet(settings.set) : SheetOfFace(settings.face);
-  const std::string picture = Draw(sheet, settings.columns);
-  CReplacementFile file(settings.svg);
-  file.Write(picture);
-  file.Commit();
-  return examples::ExitStatus::Success;
+  return examples::RunParsed(PROGRAM, parsed, [&settings] { return WriteSheet(settings); });
 }
 
 }  // namespace

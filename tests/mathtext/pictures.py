@@ -10,12 +10,11 @@ After an intended change, run it with --update and look at the new pictures.
 
 import os
 import pathlib
-import re
-import shutil
-import subprocess
 import sys
-import tempfile
 import xml.etree.ElementTree as ElementTree
+
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "common"))
+from picture_test import check, run  # noqa: E402
 
 SVG = "{http://www.w3.org/2000/svg}"
 STYLE = ["--face", "Liberation Sans", "--height", "20", "--now", "2026-03-05T14:30"]
@@ -32,29 +31,12 @@ def faults_of(path):
         yield "defines other glyphs than it uses"
 
 
-def main(arguments):
-    update = arguments[:1] == ["--update"]
-    pictures, *command = arguments[1:] if update else arguments
+def main(update, arguments):
+    pictures, *command = arguments
     pictures = pathlib.Path(pictures)
-    faults = []
-    with tempfile.TemporaryDirectory() as folder:
-        subprocess.run([*command, "--pictures", folder, *STYLE], check=True)
-        drawn = sorted(os.listdir(folder))
-        for name in drawn:
-            path = pathlib.Path(folder) / name
-            faults += [f"{name}: {fault}" for fault in faults_of(path)]
-            if update:
-                pictures.mkdir(exist_ok=True)
-                shutil.copy(path, pictures / name)
-            elif not (pictures / name).is_file() or (pictures / name).read_bytes() != path.read_bytes():
-                faults.append(f"{name} is not what {pictures.name}/ holds; pictures.py --update")
-    page = (pictures.parent.parent / "math-text.md").read_text(encoding="utf-8")
-    shown = set(re.findall(r"pictures/mathtext/([\w-]+\.svg)", page))
-    if not drawn or shown != set(drawn):
-        faults.append(f"docs/math-text.md shows other pictures: {sorted(shown ^ set(drawn))}")
-    print("\n".join(faults) or "No fault found.")
-    return 1 if faults else 0
+    page = pictures.parent.parent / "math-text.md"
+    return check(page, pictures, [*command, *STYLE, "--pictures"], faults_of, update)
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1:]))
+    run(main)

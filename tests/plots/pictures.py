@@ -10,12 +10,11 @@ After an intended change of plots, run it with --update and look at the new pict
 
 import os
 import pathlib
-import re
-import shutil
-import subprocess
 import sys
-import tempfile
 import xml.etree.ElementTree as ElementTree
+
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "common"))
+from picture_test import check, run  # noqa: E402
 
 SVG = "{http://www.w3.org/2000/svg}"
 
@@ -32,28 +31,11 @@ def faults_of(path):
         yield "has no dark colors"
 
 
-def main(arguments):
-    update = arguments[:1] == ["--update"]
-    pictures, data, *command = arguments[1:] if update else arguments
+def main(update, arguments):
+    pictures, data, *command = arguments
     pictures = pathlib.Path(pictures)
-    with tempfile.TemporaryDirectory() as folder:
-        subprocess.run([*command, data, folder], check=True)
-        drawn = sorted(os.listdir(folder))
-        faults = []
-        for name in drawn:
-            path = pathlib.Path(folder) / name
-            faults += [f"{name}: {fault}" for fault in faults_of(path)]
-            if update:
-                pictures.mkdir(exist_ok=True)
-                shutil.copy(path, pictures / name)
-            elif not (pictures / name).is_file() or (pictures / name).read_bytes() != path.read_bytes():
-                faults.append(f"{name} is not what docs/pictures/ holds; pictures.py --update")
-    shown = set(re.findall(r"pictures/([\w-]+\.svg)", (pictures.parent / "plots.md").read_text(encoding="utf-8")))
-    if not drawn or shown != set(drawn):
-        faults.append("docs/plots.md shows other pictures than are drawn")
-    print("\n".join(faults) or "No fault found.")
-    return 1 if faults else 0
+    return check(pictures.parent / "plots.md", pictures, [*command, data], faults_of, update)
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1:]))
+    run(main)
