@@ -12,6 +12,7 @@
 #include "shared/fonts/TrueTypeFaceInfo.h"
 #include "shared/platform/FontFallback.h"
 #include "shared/platform/ForkSafeMutex.h"
+#include "shared/text/Utf.h"
 
 namespace shr {
 namespace {
@@ -208,14 +209,8 @@ FaceSet::Page& FaceSet::PageOf(char32_t character) {
 FaceSet::FaceNumber FaceSet::FindCharacter(char32_t character) {
   FaceNumber& face = PageOf(character).faces[character % PAGE_SIZE];
   if (face == UNKNOWN_FACE) {
-    wchar_t units[2] = {static_cast<wchar_t>(character), 0};
-    std::size_t length = 1;
-    if (sizeof(wchar_t) == 2 && character > 0xFFFF) {
-      units[0] = static_cast<wchar_t>(0xD800 + ((character - 0x10000) >> 10));
-      units[1] = static_cast<wchar_t>(0xDC00 + (character & 0x3FF));
-      length = 2;
-    }
-    face = Search(std::wstring_view(units, length));
+    wchar_t units[UNITS_PER_CHARACTER];
+    face = Search(std::wstring_view(units, CharacterToWide(character, units)));
     if (face == UNKNOWN_FACE) face = 0;
   }
   return face;

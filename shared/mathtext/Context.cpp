@@ -12,6 +12,7 @@
 #include "shared/mathtext/MathTextDateTime.h"
 #include "shared/mathtext/RecordingTextIF.h"
 #include "shared/platform/Clock.h"
+#include "shared/text/Utf.h"
 
 namespace shr {
 namespace {
@@ -42,15 +43,6 @@ constexpr double TAB_TOLERANCE = 1e-9;
 
 std::tm LocalTimeNow() {
   return platform::ToLocalTime(std::time(nullptr));
-}
-
-/// Appends a character: on Windows those beyond U+FFFF as a pair.
-void AppendCharacter(char32_t code, std::wstring& text) {
-  if (sizeof(wchar_t) == 2 && code > 0xFFFF) {
-    text += static_cast<wchar_t>(0xD7C0 + (code >> 10));
-    code = 0xDC00 + (code & 0x3FF);
-  }
-  text += static_cast<wchar_t>(code);
 }
 
 bool IsPositive(double value) {
@@ -248,7 +240,8 @@ void CMTContext::Text(const wchar_t* text) {
 void CMTContext::CharCode(unsigned code) {
   const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
   if (code == 0 || code > MATH_TEXT_MAX_CODE || isSurrogate) ThrowNearNumber(L"\\a", code);
-  AppendCharacter(static_cast<char32_t>(code), text_);
+  wchar_t units[UNITS_PER_CHARACTER];
+  text_.append(units, CharacterToWide(static_cast<char32_t>(code), units));
 }
 
 void CMTContext::Newline() {

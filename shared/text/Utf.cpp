@@ -95,13 +95,7 @@ Decoded DecodeSequence(const unsigned char* in, const unsigned char* end) {
 }
 
 wchar_t* PutWide(char32_t ch, wchar_t* out) {
-  if (WIDE_IS_UTF16 && ch > 0xFFFF) {
-    *out++ = static_cast<wchar_t>(0xD7C0 + (ch >> 10));
-    *out++ = static_cast<wchar_t>(0xDC00 | (ch & 0x3FF));
-    return out;
-  }
-  *out++ = static_cast<wchar_t>(ch);
-  return out;
+  return out + CharacterToWide(ch, out);
 }
 
 #if SHARED_HAS_SSE2

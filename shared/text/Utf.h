@@ -21,6 +21,24 @@ namespace shr {
 
 enum class ByteOrder { LittleEndian, BigEndian };
 
+/// The most wide units that a character takes.
+inline constexpr std::size_t UNITS_PER_CHARACTER = sizeof(wchar_t) == 2 ? 2 : 1;
+
+/// Writes a character to `out` and returns the number of its units: 2 on Windows beyond U+FFFF,
+/// else
+/// 1. Requires: `character` is at most U+10FFFF, and `out` has room for `UNITS_PER_CHARACTER`.
+inline std::size_t CharacterToWide(char32_t character, wchar_t* out) noexcept {
+  if constexpr (UNITS_PER_CHARACTER == 2) {
+    if (character > 0xFFFF) {
+      out[0] = static_cast<wchar_t>(0xD7C0 + (character >> 10));
+      out[1] = static_cast<wchar_t>(0xDC00 | (character & 0x3FF));
+      return 2;
+    }
+  }
+  out[0] = static_cast<wchar_t>(character);
+  return 1;
+}
+
 /// Decodes UTF-8 and returns the number of units written to `out`.
 /// Every maximal part of an ill-formed sequence becomes one U+FFFD (The Unicode Standard,
 /// section 3.9, "U+FFFD Substitution of Maximal Subparts"). Requires: `out` has room for
